@@ -1,0 +1,279 @@
+/*
+ * The scanner interface of vyrabrenvozulta.dll, for hosts in C (C89 and later) and C++.
+ *
+ * Order of calls
+ *   VyraInitialize_N          once, before anything else
+ *   VyraGetDeviceList[_N]     names the attached scanners
+ *   VyraOpenDevice            opens one by name and gives its handle
+ *   VyraBrenvoStartVideo      starts capture
+ *   VyraSubmitVideoRequest,   hand empty buffers in and fetch filled ones,
+ *   VyraGetVideoResult        for as long as video runs
+ *   VyraStopVideo             stops capture
+ *   VyraCloseDevice_N         closes the scanner
+ *   VyraTerminate             closes what is still open and releases the driver; the cycle may then start again
+ *
+ * Conventions
+ *
+ * Status     Every function but VyraBreakEnable returns a status of status.h: 0 is success. Every function that is not
+ *            said to have a fixed result may return 9000 (the library was busy for 5 seconds, or failed internally)
+ *            and 9001 (no memory), and, but for VyraInitialize_N, 9101 (not initialized). Those statuses are not
+ *            repeated below.
+ * Handles    A handle is an unsigned 32-bit number; 0xFFFFFFFF (VYRA_NO_HANDLE) names none. A new handle is the number
+ *            of scanners open at that moment. After closing handle 0 of two, the next open therefore gives handle 1
+ *            again and displaces the scanner that had it: close in reverse order of opening. Every function that takes
+ *            a handle may return 9108 (no open scanner has it), 9110 (the system sleeps, or the scanner is not open)
+ *            and 9005 (the scanner's object is missing), unless said otherwise.
+ * Names      Zero-terminated 8-bit text, as the device lists give it. Opening compares names without regard to case.
+ * Memory     The host owns every buffer and record it passes. A function that fails leaves results as they were unless
+ *            said otherwise. A video buffer belongs to the library from submit until its result comes back, or until
+ *            video is started again or stopped, or the scanner is closed. Result pointers must be valid where no null
+ *            test is mentioned.
+ * Threads    Every function may be called from any thread. All calls but VyraGetStatus are carried out one at a time: a
+ *            call waits for the one before it, at most 5 seconds, and then returns 9000. "At once" below means: as soon
+ *            as that wait is over.
+ * Callbacks  Host callbacks run while the library works for that call or event. They may call any function of this
+ *            header on their own thread, except where said otherwise, but must not wait for another thread that calls
+ *            the library, and must not throw.
+ * Units      Sizes are in bytes, images are 8-bit grey, one byte a pixel, rows from top to bottom without padding.
+ */
+#ifndef VYRA_H
+#define VYRA_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "vyra/status.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define VYRA_NO_HANDLE 0xFFFFFFFFu
+#define VYRA_MAX_SCANNERS 8u       /* scanners that can be open, and that a device list can hold */
+#define VYRA_MAX_VIDEO_REQUESTS 8u /* video requests that can be outstanding on one scanner */
+#define VYRA_NAME_SLOT 255u        /* bytes of one name in VyraGetDeviceList's buffer */
+
+/* Called when a scanner is plugged in (plugged is 1) or pulled out (0). event is always 5; name is valid during the call
+   only. The result is ignored. Runs on a thread of the driver library. */
+typedef int32_t (*VyraDeviceEventCallback)(int32_t event, const char* name, int32_t plugged);
+#define VYRA_EVENT_DEVICE 5
+
+/* Called after every LED command of a scanner with the context that was registered. Runs inside VyraBrenvoSetDevUI. */
+typedef void (*VyraUICallback)(void* context);
+
+/* One scanner in the list of VyraGetDeviceList_N, 260 bytes. */
+typedef struct DeviceListRecord {
+    uint8_t reserved_0[4]; /* not written */
+    char name[255];        /* padded with zeros; without terminator when the name has 255 characters or more */
+    uint8_t reserved_259;  /* not written */
+} DeviceListRecord;
+
+/* Who made the scanner and which one it is, 52 bytes. All texts are zero-terminated. */
+typedef struct DeviceInfo {
+    char manufacturer[8]; /* "ORVANE" */
+    char model[16];       /* "RQ7-3050" */
+    char serial_number[16];
+    char version[12]; /* firmware version: major, minor, revision letter, for instance "2.5.b" */
+} DeviceInfo;
+
+/* What one capture index offers, 56 bytes. */
+typedef struct DeviceCapabilities {
+    uint32_t constant_0;  /* always 1 */
+    uint32_t constant_1;  /* always 1 */
+    uint32_t resolution;  /* pixels per inch */
+    uint32_t area_width;  /* thousandths of an inch */
+    uint32_t area_height; /* thousandths of an inch */
+    uint32_t image_width; /* pixels */
+    uint32_t image_height;
+    uint32_t reserved[7]; /* written as 0 */
+} DeviceCapabilities;
+
+/* The LEDs of a scanner in three groups, 52 bytes. A position is 0 (off), 1, 2 or 3 (its lit states); any other value is
+   kept but shown as off. Of the groups that are switched on, only the first is shown. */
+typedef struct DevUI {
+    uint32_t group_a[4];
+    uint32_t group_b[4];
+    uint32_t group_c[2];
+    uint32_t group_a_on; /* non-zero: show group A */
+    uint32_t group_b_on;
+    uint32_t group_c_on;
+} DevUI;
+
+/* ---- Session ------------------------------------------------------------------------------------------------------ */
+
+/* Brings up the driver library, reads the list of attached scanners and starts the notification service (notify.h). When
+   the library is initialized already, it is terminated first. callback may be null. log_level is 0 (off), 1 (tracing
+   only) or 3 (errors and events, and tracing); values above 3 mean 0. log_limit is the size in bytes at which the log
+   file is exchanged for a new one; values below 1 mean 52,428,800. Returns 9000 when the driver does not come up, 9110
+   when it reports that the scanner is unavailable. After a failure to list scanners the library is initialized all the
+   same, but without hot-plug and power events; call VyraTerminate before the next try. */
+int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, int32_t log_limit);
+
+/* Closes every open scanner, releases the driver, stops the notification service and closes the log. Every waiting
+   VyraGetStatus returns. Video need not be stopped first, but should be: it is not stopped here. Returns 9000 when the
+   driver cannot be released; the library then stays initialized. Waits for a notification subscriber that is running;
+   not to be called from one. */
+int32_t VyraTerminate(void);
+
+/* Lists the attached scanners by name. count: in, the number of 255-byte slots at buffer (0 gives 9109); out, the number
+   of slots filled, also after a failure. A name of 255 characters or more runs over its slot. Null count or buffer: 9103.
+   No scanner attached: 9000. Asks the driver each time. */
+int32_t VyraGetDeviceList(uint32_t* count, void* buffer);
+
+/* The same with records of 260 bytes. count: in, the number of records at buffer (0 gives 9109); out, the number of
+   records filled, unchanged after a failure. Null count: 9103. buffer is not tested for null. */
+int32_t VyraGetDeviceList_N(uint32_t* count, DeviceListRecord* buffer);
+
+/* ---- Opening and closing ------------------------------------------------------------------------------------------ */
+
+/* Opens the scanner called name and stores its handle. handle holds VYRA_NO_HANDLE after every failure. Returns 9108 when
+   8 scanners are open, 9110 when this one is open already or the system sleeps, 9109 for a null name or handle, otherwise
+   the driver's refusal (9005 for a name that no attached scanner has). All LEDs are switched off. */
+int32_t VyraOpenDevice(const char* name, uint32_t* handle);
+
+/* The same; unused is not read. */
+int32_t VyraOpenDevice_N(const char* name, const void* unused, uint32_t* handle);
+
+/* The same; option is accepted and has no effect. */
+int32_t VyraBrenvoZultaOpenDevice(const char* name, uint32_t* handle, uint8_t option);
+
+/* Closes the scanner and gives its handle up, whatever the driver answers. A waiting VyraGetStatus returns. Stop video
+   first: closing does not. Works while the system sleeps. */
+int32_t VyraCloseDevice_N(uint32_t handle);
+
+/* Restarts the scanner and waits until it is back, for at most 2 seconds; 9005 when it does not come back. The handle
+   stays valid. Blocks every other call meanwhile. */
+int32_t VyraBusReset_N(uint32_t handle);
+
+/* Waits, without a limit, for a change: a scanner is closed, plugged or unplugged, the system goes to sleep, the library
+   is terminated. Returns 9005 when this scanner is unplugged, else 0, and 0 at once when no open scanner has the handle.
+   One change releases one waiter, and a change that nobody waited for is kept for the next call. Does not block other
+   calls; call it on a thread of its own. Never call it from a callback. */
+int32_t VyraGetStatus(uint32_t handle);
+
+/* ---- Video -------------------------------------------------------------------------------------------------------- */
+
+/* Starts video in a mode: modes 1, 2 and 4 to 8 capture flat fingers (1600 x 1500 pixels on a standard scanner), modes 0
+   and 9 to 18 rolled fingers (1608 x 1000). Mode 3 and modes above 18: 9109. 9114 when the scanner does not have the
+   configuration. unused is not read. Outstanding requests are dropped. A running video is stopped first, which takes 200
+   milliseconds. One processor stays busy while video runs. */
+int32_t VyraBrenvoStartVideo(uint32_t handle, uint32_t mode, uint32_t unused);
+
+/* Starts video of flat fingers. As VyraBrenvoStartVideo in mode 1. */
+int32_t VyraBrenvoZultaStartCamera(uint32_t handle);
+
+/* Stops video and drops the outstanding requests: when it returns 0, no buffer is written any more. Waits for an image
+   that is being copied. Returns the driver's refusal when the capture cannot be stopped. Also allowed when video does not
+   run. */
+int32_t VyraStopVideo(uint32_t handle);
+
+/* Hands in a buffer for one image, large enough for the whole image of the mode, and a value of the host's own that comes
+   back with it. Returns at once: 9104 when 8 requests are outstanding, 9105 when video does not run, 9109 for a null
+   buffer. */
+int32_t VyraSubmitVideoRequest(uint32_t handle, void* buffer, uint64_t context);
+
+/* Fetches the oldest filled buffer and its value (context may be null). Returns at once: 9106 when no image is ready, 9105
+   when video does not run. *buffer is null after every failure that reaches the scanner (9105, 9106). */
+int32_t VyraGetVideoResult(uint32_t handle, void** buffer, uint64_t* context);
+
+/* ---- Identity ----------------------------------------------------------------------------------------------------- */
+
+/* Reads the identity of an open scanner. 9000 when the driver fails, with the record all zero. */
+int32_t VyraBrenvoGetDeviceInfo(uint32_t handle, DeviceInfo* record);
+
+/* The same for a scanner that need not be open, by its exact name. unused is not read. 9000 when no scanner is known by
+   that name, with manufacturer and model filled all the same; 9109 for a null name; 9110 while the system sleeps. */
+int32_t VyraBrenvoMGGetDeviceInfo(const char* name, const void* unused, DeviceInfo* record);
+
+/* Describes a capture index: 0 is roll capture, 1 and 2 are flat capture. Indexes 3 to 5, and 0 on a scanner without
+   roll capture, return 0 and leave the record untouched: fill it beforehand to tell. Above 5: 9109. */
+int32_t VyraBrenvoGetCapabilities(uint32_t handle, uint32_t index, DeviceCapabilities* record);
+
+/* Reads the driver's number for the port the scanner is attached to. Null: 9109, before anything else is looked at. */
+int32_t VyraBrenvoZultaGetPortType(uint32_t handle, uint32_t* port_type);
+
+/* Stores 1 when the scanner can capture rolled fingers, else 0. */
+int32_t VyraBrenvoZultaIsRollSupported(uint32_t handle, uint8_t* supported);
+
+/* ---- Operator feedback -------------------------------------------------------------------------------------------- */
+
+/* Shows a record on the scanner's LEDs. Does nothing when it equals the last one. When the scanner refuses, the driver's
+   own result is returned, and the record counts as shown: send another one before trying again. */
+int32_t VyraBrenvoSetDevUI(uint32_t handle, const DevUI* record);
+
+/* Reads the last record shown, all zero after opening. Null: 9109. */
+int32_t VyraBrenvoGetDevUI(uint32_t handle, DevUI* record);
+
+/* Registers callback for LED changes of this scanner until it is opened again; null ends it. */
+int32_t VyraBrenvoSetUICallBack(uint32_t handle, VyraUICallback callback, void* context);
+
+/* Plays a tone on the host computer: 0 is 1000 Hz for 200 and then 300 ms, 1 is 1000 Hz for 600 ms, 2 is 1000 Hz for 300
+   ms, 3 is 800 Hz for 600 ms; any other pattern: 9109. Returns when the tone is over. The last two arguments are not
+   read. */
+int32_t VyraBrenvoSetBuzzer(uint32_t handle, uint32_t pattern, const void* unused_1, const void* unused_2);
+
+/* Accepts a parameter and its value without effect. */
+int32_t VyraBrenvoZultaSetParameters(uint32_t handle, uint8_t parameter, uint32_t value);
+
+/* ---- Device data and firmware ------------------------------------------------------------------------------------- */
+
+/* Stores the size in bytes of the scanner's parameter container. */
+int32_t VyraBrenvoZultaGetGlobalParamSize(uint32_t handle, uint32_t* size);
+
+/* Reads size bytes of the parameter container. After a failure the buffer may be partly written. */
+int32_t VyraBrenvoZultaReadGlobalParam(uint32_t handle, void* buffer, uint32_t size);
+
+/* Takes a snapshot into buffer. The three values are the driver's own and pass through unchanged. */
+int32_t VyraBrenvoZultaGetSnapshotAcquisition(uint32_t handle, void* buffer, uint32_t a, uint32_t b, uint32_t c);
+
+/* Accepts the request without effect. */
+int32_t VyraBrenvoZultaReadFilters(uint32_t handle, void* a, void* b, void* c);
+
+/* Copies the scanner model's flat-field calibration image: 3216 x 2004 pixels, exactly VYRA_CALIBRATION_SIZE bytes. Null
+   buffer or any other size: 9109, with nothing copied. 9000 when the library's file was renamed. */
+int32_t VyraBrenvoZultaReadUniformityBuffers(uint32_t handle, void* buffer, int32_t size);
+#define VYRA_CALIBRATION_WIDTH 3216
+#define VYRA_CALIBRATION_HEIGHT 2004
+#define VYRA_CALIBRATION_SIZE 6444864
+
+/* Loads a firmware image into the scanner and restarts it; does not wait for it to come back. Null image: 9109. Blocks
+   every other call for as long as the transfer takes; calls that wait longer than 5 seconds fail with 9000. */
+int32_t VyraPutMemory(uint32_t handle, const void* image, size_t length);
+
+/* ---- Present for compatibility ------------------------------------------------------------------------------------ */
+
+/* Each of these returns 0, whatever it is given, and does nothing. */
+int32_t VyraBusReset(void);
+int32_t VyraGetBufSize(void);
+int32_t VyraGetImage(void);
+int32_t VyraGetMemory(void);
+int32_t VyraGetVideoBandPosition(void);
+int32_t VyraInitialization(void); /* VyraInitialize_N initializes; this and the next do not */
+int32_t VyraInitialize(void);
+int32_t VyraBrenvoCalibrateScanner(void);
+int32_t VyraBrenvoDeviceConnected(void);
+int32_t VyraBrenvoGetFinalImage(void);
+int32_t VyraPutBitmap(void);
+int32_t VyraPutCommand(void);
+int32_t VyraPutImage(void);
+int32_t VyraSetTimeouts(void);
+int32_t VyraSetVideoBandParams(void);
+int32_t VyraStartVideo(void); /* VyraBrenvoStartVideo starts video; this does not */
+
+/* Return 0 without reading their arguments. */
+int32_t VyraGetVerInfo(void* unused);
+int32_t VyraGetVersion(void* unused_1, uint32_t unused_2);
+
+/* Each of these returns 9019, whatever it is given. */
+int32_t VyraBrenvoGetDetectedFingersBox(void);
+int32_t VyraBrenvoGetFFDParameters(void);
+int32_t VyraBrenvoSetFFDParameters(void);
+
+/* Does nothing. */
+void VyraBreakEnable(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
