@@ -29,30 +29,30 @@ using UsbEventCallback = void (*)(int vendorId, int productId, UsbPlugEventType 
 using PowerEventCallback = void (*)(SysPowerEventType event);
 
 // Starts the notifier: clears all USB subscriptions and creates the thread, without waiting for its window. Events are
-// delivered from the moment the window exists. windowClassName names the window's class; the text is not copied and must
-// stay valid until the notifier has stopped. Returns true when the notifier was started or runs already.
+// delivered from the moment the window exists. windowClassName names the window's class; the text is not copied and
+// must stay valid until the notifier has stopped. Returns true when the notifier was started or runs already.
 bool InitUsbNotifier(char* windowClassName);
 
 // Stops the notifier and waits for its thread, subscribers included. Subscriptions stay in their tables. Always returns
-// true, also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself, and the
-// call ends in the thread library's resource-deadlock exception.
+// true, also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself, and
+// the call ends in the thread library's resource-deadlock exception.
 bool TerminateUsbNotifier(char* windowClassName);
 
 // Subscribes callback to the arrival and removal of USB devices with this vendor and product identifier (0 to 0xFFFF
 // each). A null callback occupies a place and is never called. Returns false when the pair is subscribed already (its
-// first callback stays), when 9 subscriptions exist, or for the pair 0, 0 as long as a place is free. May be called from
-// a USB subscriber.
+// first callback stays), when 9 subscriptions exist, or for the pair 0, 0 as long as a place is free. May be called
+// from a USB subscriber.
 bool SubscribeToUsbEvent(int vendorId, int productId, UsbEventCallback callback);
 
-// Ends the subscription of this pair. A call that is already under way may still arrive. Returns false when there is none.
-// The pair 0, 0 matches a free place: true is returned, and the count of subscriptions falls by one all the same. May be
-// called from a USB subscriber.
+// Ends the subscription of this pair. A call that is already under way may still arrive. Returns false when there is
+// none. The pair 0, 0 matches a free place: true is returned, and the count of subscriptions falls by one all the same.
+// May be called from a USB subscriber.
 bool UnSubscribeToUsbEvent(int vendorId, int productId);
 
-// Subscribes callback to sleep and resume; subscribers are called in the order of their places in a table of 10. Returns
-// true when the function is in the table afterwards (a second subscription changes nothing) and for a null callback while
-// a place is free; false when all places are taken. Waits for a power dispatch that is under way. Never call it from a
-// power subscriber: it would wait for itself.
+// Subscribes callback to sleep and resume; subscribers are called in the order of their places in a table of 10.
+// Returns true when the function is in the table afterwards (a second subscription changes nothing) and for a null
+// callback while a place is free; false when all places are taken. Waits for a power dispatch that is under way. Never
+// call it from a power subscriber: it would wait for itself.
 bool SubscribeToPowerEvent(PowerEventCallback callback);
 
 // Ends the subscription. Once it has returned, the function is not called any more. Returns false when the function is

@@ -76,8 +76,9 @@ typedef struct DeviceInfo {
     char version[12]; /* firmware version: major, minor, revision letter, for instance "2.5.b" */
 } DeviceInfo;
 
-/* What one capture index offers, 56 bytes. */
-typedef struct DeviceCapabilities {
+/* What one capture index offers, 56 bytes. <windows.h> has a macro of the record's short name: a host that includes it
+   uses the long one. */
+typedef struct VyraDeviceCapabilities {
     uint32_t constant_0;  /* always 1 */
     uint32_t constant_1;  /* always 1 */
     uint32_t resolution;  /* pixels per inch */
@@ -86,7 +87,10 @@ typedef struct DeviceCapabilities {
     uint32_t image_width; /* pixels */
     uint32_t image_height;
     uint32_t reserved[7]; /* written as 0 */
-} DeviceCapabilities;
+} VyraDeviceCapabilities;
+#ifndef DeviceCapabilities
+typedef VyraDeviceCapabilities DeviceCapabilities;
+#endif
 
 /* The LEDs of a scanner in three groups, 52 bytes. A position is 0 (off), 1, 2 or 3 (its lit states); any other value is
    kept but shown as off. Of the groups that are switched on, only the first is shown. */
@@ -187,7 +191,7 @@ int32_t VyraBrenvoMGGetDeviceInfo(const char* name, const void* unused, DeviceIn
 
 /* Describes a capture index: 0 is roll capture, 1 and 2 are flat capture. Indexes 3 to 5, and 0 on a scanner without
    roll capture, return 0 and leave the record untouched: fill it beforehand to tell. Above 5: 9109. */
-int32_t VyraBrenvoGetCapabilities(uint32_t handle, uint32_t index, DeviceCapabilities* record);
+int32_t VyraBrenvoGetCapabilities(uint32_t handle, uint32_t index, VyraDeviceCapabilities* record);
 
 /* Reads the driver's number for the port the scanner is attached to. Null: 9109, before anything else is looked at. */
 int32_t VyraBrenvoZultaGetPortType(uint32_t handle, uint32_t* port_type);

@@ -1,8 +1,8 @@
 // The driver library BrenvoZulta_USB as this library uses it: its twenty functions and the records they fill.
 //
-// Every function returns 0 on success and a driver result (1 to 19 as far as known) otherwise. Its driver_handle is opaque
-// here. The driver calls the acquisition callback on its acquisition thread and the hot-plug listener on a thread of its
-// own.
+// Every function returns 0 on success and a driver result (1 to 19 as far as known) otherwise. Its driver_handle is
+// opaque here. The driver calls the acquisition callback on its acquisition thread and the hot-plug listener on a
+// thread of its own.
 #pragma once
 
 #include <cstddef>
