@@ -1,0 +1,66 @@
+#include "api/get_manager.h"
+
+#include <atomic>
+#include <boost/smart_ptr/allocate_shared_array.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/thread/once.hpp>
+#include <cstddef>
+#include <new>
+
+#include "manager/manager.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+using manager_owner = boost::shared_ptr<brenvozulta_manager>;
+
+// The manager with its reference count, and the global owner. They are never destroyed: a host's threads may still be
+// in a call when the process ends.
+alignas(std::max_align_t) unsigned char manager_storage[sizeof(brenvozulta_manager) + 128];
+alignas(manager_owner) unsigned char owner_storage[sizeof(manager_owner)];
+
+std::atomic<manager_owner*> global_owner{nullptr};
+boost::once_flag created = BOOST_ONCE_INIT;
+
+// Hands out manager_storage, once.
+template <class T>
+struct manager_storage_allocator {
+    using value_type = T;
+
+    manager_storage_allocator() = default;
+    template <class U>
+    manager_storage_allocator(const manager_storage_allocator<U>&)
+    {
+    }
+
+    T* allocate(std::size_t count)
+    {
+        static_assert(sizeof(T) <= sizeof(manager_storage) && alignof(T) <= alignof(std::max_align_t));
+        if (count != 1) {
+            throw std::bad_alloc();
+        }
+        return reinterpret_cast<T*>(manager_storage);
+    }
+    void deallocate(T*, std::size_t) {}
+};
+
+void create_manager()
+{
+    auto owner = boost::allocate_shared<brenvozulta_manager>(manager_storage_allocator<brenvozulta_manager>());
+    global_owner.store(new (owner_storage) manager_owner(owner), std::memory_order_release);
+}
+
+}  // namespace
+
+manager_owner get_manager()
+{
+    const manager_owner* owner = global_owner.load(std::memory_order_acquire);
+    if (owner == nullptr) {
+        boost::call_once(created, create_manager);
+        owner = global_owner.load(std::memory_order_acquire);
+    }
+    return *owner;
+}
+
+}  // namespace kvs::brenvozulta
