@@ -1,0 +1,118 @@
+#include "device/acquisition.h"
+
+#include <boost/smart_ptr/weak_ptr.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/mutex.hpp>
+#include <cstddef>
+#include <exception>
+#include <limits>
+#include <map>
+
+#include "device/frame_queue.h"
+#include "device/records.h"
+#include "log/log.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+struct Destination {
+    bool supplied = false;
+    boost::weak_ptr<Video_data> video;
+    boost::weak_ptr<Frame_queue> queue;
+};
+
+struct Attached_devices {
+    // Guards destinations. Nothing is taken inside it.
+    boost::mutex mutex;
+    std::map<const void*, Destination> destinations;
+};
+
+// Never destroyed: the driver may deliver until the process ends.
+Attached_devices& attached_devices()
+{
+    static auto* const devices = new Attached_devices;
+    return *devices;
+}
+
+using devices_lock = boost::lock_guard<boost::mutex>;
+
+Destination destination_of(const void* context)
+{
+    auto& devices = attached_devices();
+    const devices_lock lock(devices.mutex);
+    const auto found = devices.destinations.find(context);
+    if (found == devices.destinations.end()) {
+        Destination gone;
+        gone.supplied = true;
+        return gone;
+    }
+    return found->second;
+}
+
+// The driver states the size in two 16-bit numbers; a product beyond a signed 32-bit number is no image.
+std::size_t image_size(std::uint16_t width, std::uint16_t height)
+{
+    const std::uint32_t size = std::uint32_t{width} * height;
+    return size <= std::numeric_limits<std::int32_t>::max() ? size : 0;
+}
+
+std::int32_t accept_image(const std::uint8_t* image, std::size_t size, const void* context)
+{
+    const Destination destination = destination_of(context);
+    if (!destination.supplied) {
+        return VIDEO_IDLE;
+    }
+    const auto video = destination.video.lock();
+    const auto queue = destination.queue.lock();
+    if (!video || !queue) {
+        return VIDEO_STOPPED;
+    }
+    const std::uint32_t state = video->video_state;
+    if (state != VIDEO_RUNNING) {
+        return static_cast<std::int32_t>(state);
+    }
+    queue->wait_for_request();
+    return size == 0 ? VYRA_OK : queue->fill(image, size);
+}
+
+}  // namespace
+
+std::int32_t on_acquisition(const std::uint8_t* image, std::uint16_t width, std::uint16_t height,
+                            void* context) noexcept
+{
+    try {
+        return accept_image(image, image_size(width, height), context);
+    } catch (const std::exception& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+        return VYRA_OK;  // the image is lost, as when no request waits for it
+    }
+}
+
+void attach_acquisition(const brenvozulta_device* device)
+{
+    auto& devices = attached_devices();
+    const devices_lock lock(devices.mutex);
+    devices.destinations[device] = {};
+}
+
+void supply_acquisition(const brenvozulta_device* device, const boost::shared_ptr<Video_data>& video,
+                        const boost::shared_ptr<Frame_queue>& queue)
+{
+    auto& devices = attached_devices();
+    const devices_lock lock(devices.mutex);
+    devices.destinations[device] = {true, video, queue};
+}
+
+void detach_acquisition(const brenvozulta_device* device) noexcept
+{
+    try {
+        auto& devices = attached_devices();
+        const devices_lock lock(devices.mutex);
+        devices.destinations.erase(device);
+    } catch (const std::exception& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+    }
+}
+
+}  // namespace kvs::brenvozulta

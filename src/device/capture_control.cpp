@@ -1,0 +1,89 @@
+// Starting and stopping a scanner's capture.
+#include <boost/bind/bind.hpp>
+#include <boost/chrono/duration.hpp>
+#include <boost/thread/thread.hpp>
+
+#include "device/device.h"
+#include "device/frame_queue.h"
+#include "device/roll_probe.h"
+#include "device/stop_handshake.h"
+#include "device/video_extraction.h"
+#include "log/log.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+// What a scanner needs between the end of one capture and the start of the next.
+constexpr boost::chrono::milliseconds restart_pause(200);
+
+constexpr std::uint32_t driver_no_such_config = 6;
+
+}  // namespace
+
+std::int32_t brenvozulta_device::start_camera()
+{
+    return start_capture("start_camera", flat_config);
+}
+
+std::int32_t brenvozulta_device::start_video(std::uint16_t config)
+{
+    return start_capture("start_video", static_cast<std::uint8_t>(config));
+}
+
+std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8_t config)
+{
+    if (!is_open()) {
+        return refuse(operation, VYRA_SCN_UNAVAILABLE);
+    }
+    frame_queue_->clear();
+    void* const scanner = device_data_->driver_handle;
+    if (QXDR_StopCapture(scanner) == 0) {
+        boost::this_thread::sleep_for(restart_pause);
+    }
+    std::uint32_t result = QXDR_SelectCaptureConfig(scanner, config);
+    if (result != 0) {
+        const std::int32_t status = driver_failure("QXDR_SelectCaptureConfig", result);
+        return result == driver_no_such_config ? VYRA_CAPTURE_CONFIG : status;
+    }
+    result = QXDR_StartCapture(scanner);
+    if (result != 0) {
+        return driver_failure("QXDR_StartCapture", result);
+    }
+    video_data_->video_state.exchange(VIDEO_RUNNING);
+    stop_handshake_->renew();
+    try {
+        boost::thread(boost::bind(&Video_extraction::run, Video_extraction(), video_data_,
+                                  boost::weak_ptr<Stop_handshake>(stop_handshake_)))
+            .detach();
+    } catch (...) {
+        // Capture goes on without an extraction thread: the handshake is answered now, so that a stop does not wait for
+        // ever.
+        stop_handshake_->fulfil();
+        throw;
+    }
+    return VYRA_OK;
+}
+
+std::int32_t brenvozulta_device::stop_video()
+{
+    if (!is_open()) {
+        return refuse("stop_video", VYRA_SCN_UNAVAILABLE);
+    }
+    if (video_data_->video_state == VIDEO_RUNNING) {
+        video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
+        frame_queue_->wake_waiter();  // a parked acquisition callback would hold the driver's capture cycle up
+        if (video_data_->video_state != VIDEO_STOPPED) {
+            stop_handshake_->wait();
+        }
+    }
+    const std::uint32_t result = QXDR_StopCapture(device_data_->driver_handle);
+    if (result != 0) {
+        return driver_failure("QXDR_StopCapture", result);
+    }
+    video_data_->video_state.exchange(VIDEO_STOPPED);
+    frame_queue_->clear();
+    return VYRA_OK;
+}
+
+}  // namespace kvs::brenvozulta

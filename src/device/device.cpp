@@ -1,0 +1,147 @@
+#include "device/device.h"
+
+#include <cstdint>
+#include <exception>
+
+#include "api/status.h"
+#include "device/acquisition.h"
+#include "device/frame_queue.h"
+#include "device/stop_handshake.h"
+#include "log/log.h"
+
+#include <boost/smart_ptr/make_shared.hpp>
+
+namespace kvs::brenvozulta {
+
+brenvozulta_device::brenvozulta_device() : disconnected_(false), device_state_(DEVICE_CREATED) {}
+
+brenvozulta_device::~brenvozulta_device()
+{
+    detach_acquisition(this);
+    try {
+        stop_handshake_.reset();
+    } catch (const std::exception& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+    }
+}
+
+std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*option*/)
+{
+    device_data_ = boost::make_shared<Device_data>();
+    device_data_->name = name;
+    stop_handshake_ = boost::make_shared<Stop_handshake>();
+
+    std::uint32_t result = QXDR_OpenDevice(name.c_str(), &device_data_->driver_handle);
+    if (result != 0) {
+        return driver_failure("QXDR_OpenDevice", result);
+    }
+    // The driver may deliver as soon as it knows the callback. When it refuses the callback, the scanner stays open in
+    // the driver, as hosts know it.
+    attach_acquisition(this);
+    result = QXDR_SetCallbackAcquisition(on_acquisition, this);
+    if (result != 0) {
+        return driver_failure("QXDR_SetCallbackAcquisition", result);
+    }
+    QXDR_SetLeds(device_data_->driver_handle, 0, 0, 0, 0);  // a scanner that cannot is opened all the same
+
+    device_state_.exchange(DEVICE_OPEN);
+    device_data_->ui_callback = nullptr;
+    device_data_->ui_context = nullptr;
+    video_data_ = boost::make_shared<Video_data>();
+    frame_queue_ = boost::make_shared<Frame_queue>();
+    supply_acquisition(this, video_data_, frame_queue_);
+    return VYRA_OK;
+}
+
+std::int32_t brenvozulta_device::close()
+{
+    if (!is_open()) {
+        log_printf(log_errors, "close:\t Error: %d %s\r\n", VYRA_SCN_UNAVAILABLE,
+                   vyra_error_text(VYRA_SCN_UNAVAILABLE));
+        return VYRA_SCN_UNAVAILABLE;
+    }
+    const std::uint32_t result = QXDR_CloseDevice(&device_data_->driver_handle);
+    if (result != 0) {
+        return driver_failure("QXDR_CloseDevice", result);
+    }
+    device_state_.exchange(DEVICE_CLOSED);
+    frame_queue_->clear();
+    return VYRA_OK;
+}
+
+std::int32_t brenvozulta_device::reset(std::uint32_t /*handle*/)
+{
+    if (!is_open()) {
+        // The line has always shown the address of the text as its number.
+        const auto address = reinterpret_cast<std::intptr_t>(vyra_error_text(VYRA_SCN_UNAVAILABLE));
+        log_printf(log_errors, "reset:\t reset Error %d\r\n", static_cast<int>(address));
+        return VYRA_SCN_UNAVAILABLE;
+    }
+    const std::uint32_t result = QXDR_ResetDevice(device_data_->driver_handle);
+    return result == 0 ? VYRA_OK : driver_failure("QXDR_ResetDevice", result);
+}
+
+const std::string& brenvozulta_device::name() const
+{
+    return device_data_->name;
+}
+
+void* brenvozulta_device::driver_handle() const
+{
+    return device_data_->driver_handle;
+}
+
+std::uint32_t brenvozulta_device::video_state() const
+{
+    return video_data_->video_state;
+}
+
+void brenvozulta_device::request_stop()
+{
+    video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
+}
+
+std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
+{
+    switch (result) {
+        case 0:
+            return VYRA_OK;
+        case 1:
+        case 7:
+        case 8:
+        case 14:
+        case 15:
+            return VYRA_BAD_PARAMETER;
+        case 2:
+            return VYRA_DRIVER_REFUSED;
+        case 3:
+            return VYRA_NOT_INITIALIZED;
+        case 4:
+        case 5:
+            return VYRA_DEVICE_UNAVAIL;
+        case 9:
+            return VYRA_DEVICE_TIMEOUT;
+        case 10:
+            return VYRA_BAD_SCANNER_IDX;
+        case 12:
+            return VYRA_CAPTURE_CONFIG;
+        case 19:
+            return VYRA_DRIVER_STATE;
+        default:
+            return VYRA_INTERNAL;
+    }
+}
+
+std::int32_t brenvozulta_device::driver_failure(const char* function, std::uint32_t result) const
+{
+    log_printf(log_errors, "--Error : %s ret = %d \n", function, result);
+    return translate_driver_result(result);
+}
+
+std::int32_t brenvozulta_device::refuse(const char* operation, std::int32_t status) const
+{
+    log_printf(log_errors, "%s:    Error=%d: %s\r\n", operation, status, vyra_error_text(status));
+    return status;
+}
+
+}  // namespace kvs::brenvozulta

@@ -1,0 +1,92 @@
+// The data of the scanner and of its model.
+#include <windows.h>
+
+#include <cstring>
+
+#include "api/status.h"
+#include "device/device.h"
+#include "log/log.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+// The library's own file, which holds the calibration image; under another name it does not find it.
+constexpr char module_name[] = "vyrabrenvozulta.dll";
+constexpr char image_type[] = "image_raw";
+constexpr WORD image_identifier = 101;
+
+std::int32_t resource_failure(const char* format, std::int32_t status)
+{
+    log_printf(log_errors, format, status, vyra_error_text(status));
+    return status;
+}
+
+}  // namespace
+
+std::int32_t brenvozulta_device::get_global_param_size(std::uint32_t* size)
+{
+    if (!is_open()) {
+        return refuse("get_global_param_size", VYRA_SCN_UNAVAILABLE);
+    }
+    const std::uint32_t result = QXDR_GetContainerSize(device_data_->driver_handle, size);
+    return result == 0 ? VYRA_OK : driver_failure("QXDR_GetContainerSize", result);
+}
+
+std::int32_t brenvozulta_device::read_global_param(void* buffer, std::uint32_t size)
+{
+    if (!is_open()) {
+        return refuse("read_global_param", VYRA_SCN_UNAVAILABLE);
+    }
+    const std::uint32_t result = QXDR_ReadContainer(device_data_->driver_handle, buffer, size);
+    return result == 0 ? VYRA_OK : driver_failure("QXDR_ReadContainer", result);
+}
+
+std::int32_t brenvozulta_device::get_snapshot_acquisition(void* buffer, std::uint32_t a, std::uint32_t b,
+                                                          std::uint32_t c)
+{
+    if (!is_open()) {
+        return refuse("get_snapshot_acquisition", VYRA_SCN_UNAVAILABLE);
+    }
+    const std::uint32_t result = QXDR_GetSnapshotAcquisition(device_data_->driver_handle, buffer, a, b, c);
+    return result == 0 ? VYRA_OK : driver_failure("QXDR_GetSnapshotAcquisition", result);
+}
+
+std::int32_t brenvozulta_device::read_filters(const void* /*a*/, const void* /*b*/, const void* /*c*/)
+{
+    return is_open() ? VYRA_OK : refuse("read_filters", VYRA_SCN_UNAVAILABLE);
+}
+
+std::int32_t brenvozulta_device::read_uniformity_buffers(void* buffer, std::int32_t size)
+{
+    if (!is_open()) {
+        return refuse("read_uniformity_buffers", VYRA_SCN_UNAVAILABLE);
+    }
+    if (buffer == nullptr) {
+        return refuse("read_uniformity_buffers", VYRA_BAD_PARAMETER);
+    }
+    const HMODULE module = GetModuleHandleA(module_name);
+    if (module == nullptr) {
+        return refuse("read_uniformity_buffers", VYRA_INTERNAL);
+    }
+    const HRSRC image = FindResourceA(module, MAKEINTRESOURCEA(image_identifier), image_type);
+    if (image == nullptr) {
+        return resource_failure("read_uniformity_buffers:    Can't find the Image Uniformity resource Error=%d: %s\r\n",
+                                VYRA_INTERNAL);
+    }
+    const HGLOBAL loaded = LoadResource(module, image);
+    if (loaded == nullptr) {
+        return resource_failure("read_uniformity_buffers:    Can't load the Image Uniformity resource Error=%d: %s\r\n",
+                                VYRA_INTERNAL);
+    }
+    const void* const bytes = LockResource(loaded);
+    const DWORD image_size = SizeofResource(module, image);
+    if (image_size != static_cast<std::uint32_t>(size)) {
+        return resource_failure("read_uniformity_buffers:   Invalid Image Uniformity resource size Error=%d: %s\r\n",
+                                VYRA_BAD_PARAMETER);
+    }
+    std::memcpy(buffer, bytes, image_size);
+    return VYRA_OK;
+}
+
+}  // namespace kvs::brenvozulta

@@ -1,0 +1,83 @@
+// The video requests of one open scanner.
+#pragma once
+
+#include <atomic>
+#include <boost/shared_ptr.hpp>
+#include <boost/thread/condition_variable.hpp>
+#include <boost/thread/recursive_mutex.hpp>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace kvs::brenvozulta {
+
+// A request's status only moves forward.
+enum Frame_status : std::uint32_t {
+    FRAME_PENDING = 0,  // waits for an image
+    FRAME_FILLING = 1,  // is being copied into
+    FRAME_READY = 2,    // holds an image
+    FRAME_TAKEN = 3,    // is handed to the host
+};
+
+// One request: a buffer of the host's for one image.
+class Frame_data {
+public:
+    Frame_data(void* host_buffer, std::uint64_t host_context, std::uint32_t id)
+        : frame_status(FRAME_PENDING), buffer(host_buffer), context(host_context), frame_id(id)
+    {
+    }
+
+    std::uint32_t frame_status;
+    void* buffer;  // the host's; never freed here
+    std::uint64_t context;
+    std::uint32_t frame_id;
+};
+
+// Host threads add and take requests; the driver's acquisition thread fills them and waits for them. Results come back
+// in the order of submission. Nothing here logs.
+class Frame_queue {
+public:
+    static constexpr std::size_t capacity = 8;  // counted whatever the requests' status
+
+    Frame_queue();
+    virtual ~Frame_queue() = default;
+    Frame_queue(const Frame_queue&) = delete;
+    Frame_queue& operator=(const Frame_queue&) = delete;
+
+    // Appends a pending request: 0, or 9104 when the queue is full.
+    std::int32_t add_request(void* buffer, std::uint64_t context);
+
+    // Drops every request.
+    void clear();
+
+    // The oldest ready request, marked taken, or an empty owner. It stays queued until it is removed.
+    boost::shared_ptr<Frame_data> take_ready();
+
+    void remove(std::uint32_t frame_id);
+
+    // Copies an image into the oldest pending request; without one the image is lost. Returns 0. Allocates nothing.
+    std::int32_t fill(const unsigned char* image, std::size_t size);
+
+    // Returns at once when requests are queued, else waits, without a limit, for the signal of a new request or of
+    // wake_waiter. A signal that came while nobody waited is kept and releases one later wait.
+    void wait_for_request();
+
+    // Releases the waiter when nothing more will be requested.
+    void wake_waiter();
+
+private:
+    // Guards request_signalled_. Nothing is taken inside it.
+    boost::recursive_mutex signal_mutex_;
+    bool request_signalled_;
+    boost::condition_variable_any request_cond_;
+
+    // Guards frames_ and every request's status, the copy of an image included, so that a request is never seen half
+    // filled. signal_mutex_ may be taken inside it.
+    boost::recursive_mutex data_mutex_;
+    std::vector<boost::shared_ptr<Frame_data>> frames_;
+
+    // The size of frames_, which wait_for_request reads without the lock.
+    std::atomic<std::size_t> frame_count_;
+};
+
+}  // namespace kvs::brenvozulta
