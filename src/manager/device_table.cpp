@@ -1,0 +1,43 @@
+#include "manager/device_table.h"
+
+#include <boost/thread/lock_guard.hpp>
+#include <utility>
+
+#include "device/device.h"
+
+namespace kvs::brenvozulta {
+
+using table_lock = boost::lock_guard<boost::mutex>;
+
+device_table::device_owner device_table::look_up(std::uint32_t handle) const
+{
+    const table_lock lock(mutex_);
+    const device_owner* device = find(handle);
+    return device == nullptr ? device_owner() : *device;
+}
+
+void device_table::store(std::uint32_t handle, device_owner device)
+{
+    const table_lock lock(mutex_);
+    devices_[handle].swap(device);
+}
+
+void device_table::erase(std::uint32_t handle)
+{
+    device_owner dropped;
+    const table_lock lock(mutex_);
+    const auto entry = devices_.find(handle);
+    if (entry != devices_.end()) {
+        dropped = entry->second;
+        devices_.erase(entry);
+    }
+}
+
+void device_table::clear()
+{
+    std::map<std::uint32_t, device_owner> dropped;
+    const table_lock lock(mutex_);
+    dropped.swap(devices_);
+}
+
+}  // namespace kvs::brenvozulta

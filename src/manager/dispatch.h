@@ -1,0 +1,114 @@
+// The frames in which every operation of the manager runs.
+#pragma once
+
+#include <boost/chrono/duration.hpp>
+#include <boost/thread/lock_types.hpp>
+#include <exception>
+#include <new>
+
+#include "api/status.h"
+#include "device/device.h"
+#include "log/log.h"
+#include "manager/manager.h"
+
+namespace kvs::brenvozulta {
+
+constexpr boost::chrono::milliseconds manager_lock_limit(5000);
+
+using manager_guard = boost::unique_lock<boost::recursive_timed_mutex>;
+
+// Takes the manager lock: at once, or within the limit.
+inline void acquire(manager_guard& guard)
+{
+    if (!guard.try_lock()) {
+        guard.try_lock_for(manager_lock_limit);
+    }
+}
+
+// Logs the operation's error line and returns the status.
+inline std::int32_t refuse(const char* operation, std::int32_t status)
+{
+    log_printf(log_errors, "%s:    Error=%d: %s\r\n", operation, status, vyra_error_text(status));
+    return status;
+}
+
+// Lets no exception out: the host may be written in any language. Locks of the body are released by then.
+template <class Body>
+std::int32_t brenvozulta_manager::guarded(Body body) noexcept
+{
+    try {
+        return body();
+    } catch (const std::bad_alloc& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+        return VYRA_OUT_OF_RESOURCE;
+    } catch (const std::exception& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+        return VYRA_INTERNAL;
+    } catch (...) {
+        log_printf(log_errors, "Exception : %s\r\n", "not a standard exception");
+        return VYRA_INTERNAL;
+    }
+}
+
+template <class Body>
+std::int32_t brenvozulta_manager::locked(const char* operation, Body body) noexcept
+{
+    return guarded([&] {
+        manager_guard lock(manager_lock_, boost::defer_lock);
+        acquire(lock);
+        return lock.owns_lock() ? body() : refuse(operation, VYRA_INTERNAL);
+    });
+}
+
+// Whether device operations are accepted now: 0, or the status with which the operation was refused.
+inline std::int32_t brenvozulta_manager::ready(const char* operation) const
+{
+    if (!initialized_) {
+        return refuse(operation, VYRA_NOT_INITIALIZED);
+    }
+    return suspended_ ? refuse(operation, VYRA_SCN_UNAVAILABLE) : VYRA_OK;
+}
+
+// Runs an operation on the device that has the handle and keeps the device alive meanwhile. The device logs its own
+// failures.
+template <class Operation>
+std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t handle, bool log_missing_device,
+                                            Operation run) noexcept
+{
+    return locked(operation, [&]() -> std::int32_t {
+        const std::int32_t refused = ready(operation);
+        if (refused != VYRA_OK) {
+            return refused;
+        }
+        const device_table::device_owner* const entry = open_devices_.find(handle);
+        if (entry == nullptr) {
+            return refuse(operation, VYRA_BAD_SCANNER_IDX);
+        }
+        const device_table::device_owner device = *entry;
+        if (!device) {
+            return log_missing_device ? refuse(operation, VYRA_DEVICE_UNAVAIL) : VYRA_DEVICE_UNAVAIL;
+        }
+        return run(*device);
+    });
+}
+
+// Runs the handling of an event, which is dropped when the manager is busy for too long or not initialized.
+template <class Body>
+void brenvozulta_manager::on_event(const char* event, Body body) noexcept
+{
+    guarded([&]() -> std::int32_t {
+        manager_guard lock(manager_lock_, boost::defer_lock);
+        acquire(lock);
+        if (!lock.owns_lock()) {
+            log_printf(log_errors, "%s lock:    Error=%d: %s\r\n", event, VYRA_INTERNAL,
+                       vyra_error_text(VYRA_INTERNAL));
+        } else if (!initialized_) {
+            refuse(event, VYRA_NOT_INITIALIZED);
+        } else {
+            body();
+        }
+        return VYRA_OK;
+    });
+}
+
+}  // namespace kvs::brenvozulta

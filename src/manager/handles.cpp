@@ -1,0 +1,137 @@
+// Opening, closing, resetting and watching scanners by handle.
+#include <boost/chrono/duration.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/thread.hpp>
+#include <utility>
+
+#include "manager/device_name.h"
+#include "manager/dispatch.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+constexpr int detection_periods = 20;
+constexpr boost::chrono::nanoseconds detection_period(100'000'000);
+
+}  // namespace
+
+std::int32_t brenvozulta_manager::open_device(const char* name, std::uint32_t* handle, std::uint8_t option) noexcept
+{
+    if (handle != nullptr) {
+        *handle = VYRA_NO_HANDLE;
+    }
+    if (name == nullptr || handle == nullptr) {
+        return refuse("open_device", VYRA_BAD_PARAMETER);
+    }
+    return locked("open_device", [&] { return open_named_device(name, handle, option); });
+}
+
+std::int32_t brenvozulta_manager::open_named_device(std::string name, std::uint32_t* handle, std::uint8_t option)
+{
+    const std::int32_t refused = ready("open_device");
+    if (refused != VYRA_OK) {
+        return refused;
+    }
+    if (open_devices_.size() >= device_table::capacity) {
+        return refuse("open_device", VYRA_BAD_SCANNER_IDX);
+    }
+    if (is_open(name)) {
+        log_printf(log_errors, "open_device:    Error=%d: %s %s\r\n", VYRA_SCN_UNAVAILABLE,
+                   vyra_error_text(VYRA_SCN_UNAVAILABLE), name.c_str());
+        return VYRA_SCN_UNAVAILABLE;
+    }
+    const auto device = boost::make_shared<brenvozulta_device>();
+    const std::int32_t status = device->open(name, option);
+    if (status != VYRA_OK) {
+        log_printf(log_errors, "open_device:    Error=%d\r\n", status);
+        return status;
+    }
+    device->set_disconnected(false);
+    // The number of open scanners, even when an open scanner has that handle: it is displaced. Hosts close in reverse
+    // order of opening.
+    const auto new_handle = static_cast<std::uint32_t>(open_devices_.size());
+    open_devices_.store(new_handle, device);
+    *handle = new_handle;
+    return VYRA_OK;
+}
+
+bool brenvozulta_manager::is_open(const std::string& name) const
+{
+    for (const auto& [handle, device] : open_devices_) {
+        if (device && equal_names(device->name(), name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept
+{
+    return locked("close_device", [&]() -> std::int32_t {
+        const boost::lock_guard<boost::mutex> closing(close_mutex_);
+        if (!initialized_) {
+            return refuse("close_device", VYRA_NOT_INITIALIZED);
+        }
+        const auto* const entry = open_devices_.find(handle);
+        if (entry == nullptr) {
+            return refuse("close_device", VYRA_BAD_SCANNER_IDX);
+        }
+        const auto device = *entry;
+        if (!device) {
+            return VYRA_OK;
+        }
+        status_.raise();
+        const std::int32_t status = device->close();
+        if (status != VYRA_OK) {
+            log_printf(log_errors, "close_device:    Error=%d\r\n", status);
+        }
+        open_devices_.erase(handle);
+        return VYRA_OK;
+    });
+}
+
+std::int32_t brenvozulta_manager::reset_device(std::uint32_t handle) noexcept
+{
+    return on_device("reset_device", handle, false, [&](brenvozulta_device& device) -> std::int32_t {
+        device_detected_ = false;
+        const std::int32_t status = device.reset(handle);
+        if (status != VYRA_OK) {
+            return status;
+        }
+        if (!wait_until_detected()) {
+            log_printf(log_errors, "reset_device:    device->reset is OK but no device detected after 2000 ms \n");
+            return VYRA_DEVICE_UNAVAIL;
+        }
+        return VYRA_OK;
+    });
+}
+
+// The driver's plug event sets the flag before it asks for the manager lock, which is held here.
+bool brenvozulta_manager::wait_until_detected() const
+{
+    for (int period = 0; period < detection_periods && !device_detected_; ++period) {
+        boost::this_thread::sleep_for(detection_period);
+    }
+    return device_detected_;
+}
+
+std::int32_t brenvozulta_manager::get_status(std::uint32_t handle) noexcept
+{
+    return guarded([&]() -> std::int32_t {
+        const status_wait::session session = status_.current_session();
+        const std::int32_t refused = ready("get_status");
+        if (refused != VYRA_OK) {
+            return refused;
+        }
+        const auto device = open_devices_.look_up(handle);
+        if (!device) {
+            return VYRA_OK;
+        }
+        status_.wait(session);
+        return device->disconnected() ? refuse("get_status", VYRA_DEVICE_UNAVAIL) : VYRA_OK;
+    });
+}
+
+}  // namespace kvs::brenvozulta

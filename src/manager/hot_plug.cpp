@@ -1,0 +1,99 @@
+// Scanners that are plugged in and pulled out.
+#include <algorithm>
+#include <exception>
+
+#include "api/get_manager.h"
+#include "manager/device_name.h"
+#include "manager/dispatch.h"
+
+namespace kvs::brenvozulta {
+
+void hot_plug_listener(std::int32_t event, void* driver_handle) noexcept
+{
+    if (event == driver_event_plugged) {
+        log_printf(log_errors, "Device Plugged\n");
+        const auto manager = get_manager();
+        manager->set_device_detected(true);  // a reset that holds the manager lock waits for this
+        manager->ManagePlugEvent(driver_handle);
+    } else if (event == driver_event_unplugged) {
+        log_printf(log_errors, "Device UnPlugged\n");
+        const auto manager = get_manager();
+        manager->set_device_detected(false);
+        manager->ManageUnplugEvent(driver_handle);
+    }
+}
+
+void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
+{
+    log_printf(log_tracing, "ManagePlugEvent event\r\n");
+    on_event("ManagePlugEvent", [&] {
+        DriverDeviceEntry record = {};
+        const std::uint32_t result = QXDR_GetUsbInfo(driver_handle, &record);
+        if (result != 0) {
+            log_printf(log_errors, "ManagePlugEvent:  QXDR_GetUsbInfo  Error=%d\r\n", result);
+            return;
+        }
+        const std::string name = entry_name(record);
+        for (const auto& [handle, device] : open_devices_) {
+            if (device && equal_names(device->name(), name)) {
+                status_.raise([&back = *device] { back.set_disconnected(false); });
+                break;
+            }
+        }
+        detected_devices_.push_back(record);
+        if (device_event_callback_.load() != nullptr) {
+            log_printf(log_tracing, "ManagePlugEvent event : sending plug callback for %s\r\n", name.c_str());
+            tell_host(name.c_str(), true);
+        }
+    });
+}
+
+void brenvozulta_manager::ManageUnplugEvent(void* driver_handle) noexcept
+{
+    log_printf(log_tracing, "ManageUnplugEvent event\r\n");
+    on_event("ManageUnplugEvent", [&] {
+        for (const auto& [handle, device] : open_devices_) {
+            if (device && device->driver_handle() == driver_handle) {
+                status_.raise([&gone = *device] { gone.set_disconnected(true); });
+                break;
+            }
+        }
+        const auto record = find_detected(driver_handle);
+        if (record == detected_devices_.end()) {
+            return;  // the host was never told of this scanner
+        }
+        if (device_event_callback_.load() != nullptr) {
+            const std::string name = entry_name(*record);
+            log_printf(log_tracing, "ManageUnplugEvent event : sending unplug callback for %s\r\n", name.c_str());
+            tell_host(name.c_str(), false);
+        }
+        drop_detected(driver_handle);
+    });
+}
+
+std::vector<DriverDeviceEntry>::iterator brenvozulta_manager::find_detected(void* driver_handle)
+{
+    return std::find_if(detected_devices_.begin(), detected_devices_.end(),
+                        [&](const DriverDeviceEntry& entry) { return entry.driver_handle == driver_handle; });
+}
+
+// Looks the record up again: the host's callback may have initialized the library anew meanwhile.
+void brenvozulta_manager::drop_detected(void* driver_handle)
+{
+    const auto record = find_detected(driver_handle);
+    if (record != detected_devices_.end()) {
+        detected_devices_.erase(record);
+    }
+}
+
+// An exception of the host's callback ends here: the event is dealt with to its end, and the driver's thread never sees
+// it.
+void brenvozulta_manager::tell_host(const char* name, bool plugged) const noexcept
+{
+    guarded([&] {
+        device_event_callback_.load()(VYRA_EVENT_DEVICE, name, plugged ? 1 : 0);
+        return std::int32_t{VYRA_OK};
+    });
+}
+
+}  // namespace kvs::brenvozulta

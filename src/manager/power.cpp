@@ -1,0 +1,49 @@
+// Sleep and resume.
+#include <cstdio>
+
+#include "api/get_manager.h"
+#include "manager/dispatch.h"
+#include "manager/power_handler.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+void print_line(const char* line)
+{
+    std::fputs(line, stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+void power_handler(SysPowerEventType event)
+{
+    if (event == SysPowerSleep) {
+        log_printf(log_errors, "SET Vyrabrenvozulta IN HIBERNATE MODE\n");
+        get_manager()->ManagePowerEvent(true);
+        print_line("RQ7-3050 sleep\n");
+    } else {
+        log_printf(log_errors, "SET Vyrabrenvozulta IN RESUME MODE\n");
+        get_manager()->ManagePowerEvent(false);
+        print_line("RQ7-3050 resume\n");
+    }
+}
+
+void brenvozulta_manager::ManagePowerEvent(bool sleeping) noexcept
+{
+    on_event("ManagePowerEvent", [&] {
+        suspended_ = sleeping;
+        if (!sleeping || open_devices_.size() == 0) {
+            return;  // what sleep has stopped stays stopped until the host starts it again
+        }
+        for (const auto& [handle, device] : open_devices_) {
+            if (device) {
+                device->request_stop();
+            }
+        }
+        status_.raise();
+    });
+}
+
+}  // namespace kvs::brenvozulta

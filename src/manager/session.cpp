@@ -1,0 +1,111 @@
+// Bringing the driver library up and down.
+#include <algorithm>
+
+#include "manager/dispatch.h"
+#include "manager/power_handler.h"
+#include "vyra/notify.h"
+
+namespace kvs::brenvozulta {
+
+namespace {
+
+constexpr std::uint32_t highest_log_level = 3;
+constexpr std::int64_t default_log_size = 52'428'800;
+
+constexpr std::uint32_t driver_nothing_listed = 5;
+constexpr std::uint32_t driver_scanner_busy = 18;
+
+// The notifier keeps the pointer, so the text lives as long as the library.
+char notifier_class[] = "VYRABRENVOZULTA";
+
+}  // namespace
+
+brenvozulta_manager::brenvozulta_manager()
+    : device_event_callback_(nullptr),
+      initialized_(false),
+      log_level_(0),
+      log_max_size_(0),
+      suspended_(false),
+      device_detected_(false)
+{
+}
+
+std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, std::uint32_t level,
+                                             std::int32_t limit) noexcept
+{
+    return guarded([&] {
+        manager_guard lock(manager_lock_, boost::try_to_lock);
+        // The settings are in place before the lock is: also while another thread holds it, and when it cannot be had.
+        device_event_callback_ = callback;
+        log_level_ = level > highest_log_level ? 0 : level;
+        log_max_size_ = limit < 1 ? default_log_size : limit;
+        if (!lock.owns_lock()) {
+            lock.try_lock_for(manager_lock_limit);
+        }
+        return lock.owns_lock() ? bring_up() : refuse("initialize", VYRA_INTERNAL);
+    });
+}
+
+std::int32_t brenvozulta_manager::bring_up()
+{
+    if (initialized_) {
+        log_printf(log_tracing, "initialize:    clear current initialized api before the initialize\r\n");
+        terminate();
+    }
+    if (QXDR_Initialize() != 0) {
+        return refuse("initialize", VYRA_INTERNAL);
+    }
+    initialized_ = true;  // also when the scanners cannot be listed: terminate then releases the driver
+
+    DriverDeviceEntry entries[driver_list_capacity] = {};
+    std::int32_t count = driver_list_capacity;
+    std::uint32_t result = QXDR_GetDevicesList(&count, entries);
+    if (result == driver_nothing_listed) {
+        result = 0;
+    }
+    if (result != 0) {
+        log_printf(log_errors, "--Error :initialize -- >  QXDR_GetDevicesList ret = %d \n", result);
+        return result == driver_scanner_busy ? VYRA_SCN_UNAVAILABLE : VYRA_INTERNAL;
+    }
+    detected_devices_.assign(entries, entries + std::clamp(count, 0, driver_list_capacity));
+
+    result = QXDR_SetListenerCallbackHotPlug(hot_plug_listener);
+    if (result != 0) {
+        log_printf(log_errors, "--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = %d \n", result);
+    }
+    InitUsbNotifier(notifier_class);
+    SubscribeToPowerEvent(power_handler);
+    return VYRA_OK;
+}
+
+std::int32_t brenvozulta_manager::terminate() noexcept
+{
+    return locked("terminate", [&] {
+        if (!initialized_) {
+            refuse("terminate", VYRA_NOT_INITIALIZED);
+            log_close();
+            return std::int32_t{VYRA_NOT_INITIALIZED};
+        }
+        // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
+        // table.
+        for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {
+            close_device(handle);
+        }
+        open_devices_.clear();
+        status_.end_session();
+        detected_devices_.clear();
+
+        if (QXDR_Release() != 0) {
+            refuse("terminate", VYRA_INTERNAL);
+            log_close();
+            return std::int32_t{VYRA_INTERNAL};
+        }
+        UnsubscribeToPowerEvent(power_handler);
+        TerminateUsbNotifier(notifier_class);
+        initialized_ = false;
+        log_close();
+        return std::int32_t{VYRA_OK};
+    });
+}
+
+}  // namespace kvs::brenvozulta
