@@ -1,0 +1,52 @@
+/* The kernel32 functions of the double, and the C-runtime names whose own header on Linux is the system's. */
+#pragma once
+#include <minwindef.h>
+#include <winerror.h>
+
+#define CTRL_C_EVENT 0
+#define CTRL_BREAK_EVENT 1
+#define CTRL_CLOSE_EVENT 2
+
+#define IS_INTRESOURCE(value) ((((ULONG_PTR)(value)) >> 16) == 0)
+#define MAKEINTRESOURCEA(id) ((LPSTR)((ULONG_PTR)((WORD)(id))))
+
+#define _TRUNCATE ((size_t)-1)
+#define STRUNCATE 80
+typedef int errno_t;
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef BOOL(WINAPI* PHANDLER_ROUTINE)(DWORD event);
+
+DWORD WINAPI GetLastError(void);
+void WINAPI SetLastError(DWORD error);
+DWORD WINAPI GetCurrentThreadId(void);
+DWORD WINAPI GetCurrentProcessId(void);
+void WINAPI Sleep(DWORD milliseconds);
+BOOL WINAPI Beep(DWORD frequency, DWORD duration);
+
+BOOL WINAPI DeleteFileA(LPCSTR path);
+BOOL WINAPI MoveFileA(LPCSTR from, LPCSTR to);
+
+HMODULE WINAPI GetModuleHandleA(LPCSTR name);
+DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size);
+HMODULE WINAPI LoadLibraryA(LPCSTR name);
+BOOL WINAPI FreeLibrary(HMODULE module);
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
+
+HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type);
+HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
+LPVOID WINAPI LockResource(HGLOBAL data);
+DWORD WINAPI SizeofResource(HMODULE module, HRSRC resource);
+
+/* The handlers run on a thread of their own, the one set last first, until one returns TRUE; natively the event is
+   SIGINT. A null handler with TRUE makes the process ignore Ctrl+C. */
+BOOL WINAPI SetConsoleCtrlHandler(PHANDLER_ROUTINE handler, BOOL add);
+
+errno_t wcstombs_s(size_t* converted, char* destination, size_t size, const wchar_t* source, size_t count);
+
+#ifdef __cplusplus
+}
+#endif
