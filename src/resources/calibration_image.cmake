@@ -24,6 +24,7 @@ function(provide_calibration_image DIRECTORY)
     # Named relative to the working directory: the generator may be a Windows program, which knows other paths.
     add_custom_command(OUTPUT ${directory}/calibration.raw
       COMMAND generate_calibration calibration.raw
+      DEPENDS generate_calibration
       WORKING_DIRECTORY ${directory}
       COMMENT "Generating the calibration image" VERBATIM)
   endif()
