@@ -95,19 +95,11 @@ public:
     Arguments(const Arguments&) = delete;
     Arguments& operator=(const Arguments&) = delete;
 
-    int64_t signed_value(Length length)
-    {
-        if (length == Length::native || length == Length::native64)
-            return va_arg(list_, int64_t);
-        const int value = va_arg(list_, int);
-        return length == Length::half ? static_cast<int16_t>(value) : value;
-    }
+    // A short argument is passed as an int and printed as one.
+    int64_t signed_value(Length length) { return is_long(length) ? va_arg(list_, int64_t) : va_arg(list_, int); }
     uint64_t unsigned_value(Length length)
     {
-        if (length == Length::native || length == Length::native64)
-            return va_arg(list_, uint64_t);
-        const unsigned value = va_arg(list_, unsigned);
-        return length == Length::half ? static_cast<uint16_t>(value) : value;
+        return is_long(length) ? va_arg(list_, uint64_t) : va_arg(list_, unsigned);
     }
     template <typename Pointer>
     Pointer pointer()
@@ -116,6 +108,8 @@ public:
     }
 
 private:
+    static bool is_long(Length length) { return length == Length::native || length == Length::native64; }
+
     va_list list_;
 };
 
@@ -137,61 +131,82 @@ std::string text_argument(Arguments& arguments, const Conversion& conversion, bo
     return narrow;
 }
 
-std::string padded_number(std::string number, bool negative, const std::string& prefix, const Conversion& conversion)
+std::string padded_digits(std::string number, bool negative, const Conversion& conversion)
 {
     size_t least = conversion.precision;
     if (conversion.zeros && !conversion.left) {
-        const size_t marks = prefix.size() + (negative ? 1 : 0);
-        least = std::max(least, conversion.width > marks ? conversion.width - marks : 0);
+        least = std::max(least, conversion.width - std::min<size_t>(conversion.width, negative ? 1 : 0));
     }
     if (number.size() < least)
         number.insert(0, least - number.size(), '0');
-    return (negative ? "-" : "") + prefix + number;
+    return negative ? "-" + number : number;
 }
 
-bool expand(Conversion conversion, Arguments& arguments, std::string& result)
+struct Field {
+    std::string text;
+    std::string prefix;  // 0x, which the width does not count
+};
+
+std::string signed_text(const Conversion& conversion, Arguments& arguments)
+{
+    const int64_t value = arguments.signed_value(conversion.length);
+    const uint64_t size = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+    return padded_digits(digits(size, 10, false), value < 0, conversion);
+}
+
+std::string unsigned_text(const Conversion& conversion, Arguments& arguments, unsigned base)
+{
+    const uint64_t value = arguments.unsigned_value(conversion.length);
+    return padded_digits(digits(value, base, conversion.type == 'X'), false, conversion);
+}
+
+bool is_wide_text(const Conversion& conversion)
+{
+    if (conversion.length == Length::wide)
+        return conversion.type == 's';
+    return conversion.type == 's' ? conversion.length == Length::full : conversion.length != Length::half;
+}
+
+// Takes the conversion's argument. False for an unknown conversion, which takes none.
+bool expand(const Conversion& conversion, Arguments& arguments, Field& field)
 {
     switch (conversion.type) {
         case 'c':
         case 'C':
-            result = std::string(1, static_cast<char>(arguments.signed_value(Length::plain)));
+            field.text = std::string(1, static_cast<char>(arguments.signed_value(Length::plain)));
             return true;
         case 's':
-            result = text_argument(arguments, conversion,
-                                   conversion.length == Length::full || conversion.length == Length::wide);
-            return true;
         case 'S':
-            result = text_argument(arguments, conversion,
-                                   conversion.length != Length::half && conversion.length != Length::wide);
+            field.text = text_argument(arguments, conversion, is_wide_text(conversion));
             return true;
         case 'd':
-        case 'i': {
-            const int64_t value = arguments.signed_value(conversion.length);
-            const uint64_t size = value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
-            result = padded_number(digits(size, 10, false), value < 0, "", conversion);
+        case 'i':
+            field.text = signed_text(conversion, arguments);
             return true;
-        }
         case 'u':
-            result =
-                padded_number(digits(arguments.unsigned_value(conversion.length), 10, false), false, "", conversion);
+            field.text = unsigned_text(conversion, arguments, 10);
             return true;
-        case 'p':
-            conversion.width = 2 * sizeof(void*);
-            conversion.zeros = true;
-            conversion.length = Length::native;
-            conversion.type = 'X';
-            [[fallthrough]];
         case 'x':
-        case 'X': {
-            const bool capitals = conversion.type == 'X';
-            const std::string prefix = !conversion.prefix ? "" : capitals ? "0X" : "0x";
-            result = padded_number(digits(arguments.unsigned_value(conversion.length), 16, capitals), false, prefix,
-                                   conversion);
+        case 'X':
+            if (conversion.prefix)
+                field.prefix = conversion.type == 'X' ? "0X" : "0x";
+            field.text = unsigned_text(conversion, arguments, 16);
             return true;
-        }
         default:
             return false;
     }
+}
+
+// A pointer is printed as all its digits, in capitals.
+Conversion with_pointers_as_numbers(Conversion conversion)
+{
+    if (conversion.type != 'p')
+        return conversion;
+    conversion.type = 'X';
+    conversion.zeros = true;
+    conversion.width = 2 * sizeof(void*);
+    conversion.length = Length::native;
+    return conversion;
 }
 
 std::string format_text(const char* at, Arguments& arguments)
@@ -206,15 +221,19 @@ std::string format_text(const char* at, Arguments& arguments)
             text += *at++;
             continue;
         }
-        const Conversion conversion = parse(at);
-        std::string field;
+        const Conversion conversion = with_pointers_as_numbers(parse(at));
+        Field field;
+        const bool known = expand(conversion, arguments, field);
+        const size_t blanks = conversion.width - std::min(conversion.width, field.text.size());
+        if (!conversion.left)
+            text.append(blanks, ' ');
         // An unknown conversion loses its percent sign and modifiers; its letter is ordinary text.
-        if (!expand(conversion, arguments, field))
+        if (!known)
             continue;
         ++at;
-        const size_t blanks = conversion.width > field.size() ? conversion.width - field.size() : 0;
-        field.insert(conversion.left ? field.size() : 0, blanks, ' ');
-        text += field;
+        text += field.prefix + field.text;
+        if (conversion.left)
+            text.append(blanks, ' ');
     }
     return text;
 }
@@ -226,7 +245,8 @@ int format_into(LPSTR buffer, LPCSTR format, va_list list)
     const size_t length = std::min(text.size(), longest_text);
     std::memcpy(buffer, text.data(), length);
     buffer[length] = '\0';
-    return static_cast<int>(length);
+    // A text that was cut counts its terminator.
+    return static_cast<int>(std::min(text.size(), longest_text + 1));
 }
 
 }  // namespace

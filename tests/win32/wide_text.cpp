@@ -28,6 +28,8 @@ errno_t wcstombs_s(size_t* converted, char* destination, size_t size, const wcha
         *converted = 0;
     if (source == nullptr)
         return refuse(destination, EINVAL);
+    if (destination == nullptr)
+        count = _TRUNCATE;  // only the size is asked for
     size_t length = 0;
     errno_t result = 0;
     for (; length < count && source[length] != L'\0'; ++length) {

@@ -1,0 +1,110 @@
+// The windows of the process: the state behind the user32 functions. One lock guards all of it; no window procedure and
+// no other foreign code is ever called while it is held.
+#pragma once
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "windows.h"
+
+namespace win32_double {
+
+using Desktop_lock = std::unique_lock<std::mutex>;
+
+struct Message_queue;
+
+struct Window_class {
+    std::string name;
+    ATOM atom = 0;
+    WNDCLASSEXA description{};  // its names are not kept: the caller's texts may be gone
+};
+
+struct Window {
+    HWND handle = nullptr;
+    std::shared_ptr<Window_class> window_class;
+    std::shared_ptr<Message_queue> owner;
+    WNDPROC procedure = nullptr;
+    HINSTANCE instance = nullptr;
+    HWND parent = nullptr;
+    DWORD style = 0;
+    DWORD extended_style = 0;
+    LONG_PTR identifier = 0;
+    LONG_PTR user_data = 0;
+    std::vector<unsigned char> extra;
+    std::string title;
+};
+
+// A message that a sender waits for. The sender sees the result once done is set.
+struct Sent_message {
+    HWND window = nullptr;
+    UINT message = 0;
+    WPARAM wparam = 0;
+    LPARAM lparam = 0;
+    std::shared_ptr<Message_queue> sender;
+    bool done = false;
+    LRESULT result = 0;
+};
+
+// One for each thread that uses windows or messages; it lives until the thread ends.
+struct Message_queue {
+    DWORD thread = 0;
+    std::condition_variable wake;  // something was sent or posted, or an answer has come
+    std::deque<std::shared_ptr<Sent_message>> sent;
+    std::deque<MSG> posted;
+    bool quit = false;
+    int exit_code = 0;
+};
+
+struct Device_notification {
+    HWND window = nullptr;
+    GUID device_class{};
+    bool all_classes = false;
+};
+
+struct Desktop {
+    std::mutex lock;  // guards everything below and every record that it reaches; a leaf
+    std::vector<std::shared_ptr<Window_class>> classes;
+    std::map<HWND, std::shared_ptr<Window>> windows;
+    std::map<DWORD, std::shared_ptr<Message_queue>> queues;
+    std::map<HDEVNOTIFY, Device_notification> notifications;
+    uintptr_t next_handle = 0x10010;
+    ATOM next_atom = 0xC000;
+
+    // A handle is a number that is never given twice.
+    template <typename Handle>
+    Handle new_handle()
+    {
+        return reinterpret_cast<Handle>(next_handle += 2);
+    }
+};
+
+// Never destroyed: threads may still end after the program's last statement.
+Desktop& desktop();
+
+// The following are called with the desktop's lock held.
+
+// The calling thread's queue, made at its first use.
+std::shared_ptr<Message_queue> own_queue();
+
+// Null when there is no such window; the last error is then set.
+std::shared_ptr<Window> find_window(HWND handle);
+
+// By name (letter case does not matter) or atom, and instance.
+std::shared_ptr<Window_class> find_class(LPCSTR name, HINSTANCE instance);
+
+// Forgets a window; who waits for it to answer gets 0.
+void remove_window(HWND handle);
+
+// Lets the owner's thread handle a message and waits for the result; the lock is given up meanwhile.
+LRESULT send(Desktop_lock& lock, HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+// Whether two names are equal but for the case of their letters.
+bool same_name(const std::string& a, const std::string& b);
+
+}  // namespace win32_double
