@@ -1,0 +1,64 @@
+#include "notify/power_subscriptions.h"
+
+#include <algorithm>
+#include <boost/thread/lock_guard.hpp>
+
+#include "notify/log_exceptions.h"
+
+namespace kvs::brenvozulta {
+
+bool power_subscriptions::subscribe(PowerEventCallback callback)
+{
+    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    // A null callback matches a free place, and is stored in it without a trace.
+    const auto place = std::find_if(table_.begin(), table_.end(), [=](PowerEventCallback entry) {
+        return entry == callback || entry == nullptr;
+    });
+    if (place == table_.end()) {
+        return false;
+    }
+    *place = callback;
+    return true;
+}
+
+bool power_subscriptions::unsubscribe(PowerEventCallback callback)
+{
+    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    const auto place = std::find(table_.begin(), table_.end(), callback);
+    if (place == table_.end()) {
+        return false;
+    }
+    *place = nullptr;
+    return true;
+}
+
+void power_subscriptions::dispatch(bool suspending)
+{
+    const SysPowerEventType event = suspending ? SysPowerSleep : SysPowerResume;
+    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the others
+    // from learning that the system sleeps.
+    for (const PowerEventCallback& place : table_) {
+        if (const PowerEventCallback callback = place) {
+            log_exceptions([=] { callback(event); });
+        }
+    }
+}
+
+power_subscriptions& the_power_subscriptions()
+{
+    static auto* const table = new power_subscriptions;
+    return *table;
+}
+
+}  // namespace kvs::brenvozulta
+
+bool SubscribeToPowerEvent(PowerEventCallback callback)
+{
+    return kvs::brenvozulta::the_power_subscriptions().subscribe(callback);
+}
+
+bool UnsubscribeToPowerEvent(PowerEventCallback callback)
+{
+    return kvs::brenvozulta::the_power_subscriptions().unsubscribe(callback);
+}
