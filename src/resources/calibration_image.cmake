@@ -21,6 +21,7 @@ function(provide_calibration_image DIRECTORY)
     set(directory ${CMAKE_CURRENT_BINARY_DIR}/generated)
     file(MAKE_DIRECTORY ${directory})
     add_executable(generate_calibration generate_calibration.cpp)
+    set_target_properties(generate_calibration PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
     # Named relative to the working directory: the generator may be a Windows program, which knows other paths.
     add_custom_command(OUTPUT ${directory}/calibration.raw
       COMMAND generate_calibration calibration.raw

@@ -1,0 +1,25 @@
+// The diagnostic log as the tests read it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace test_support {
+
+// Where the library writes. The folder lies in the system's (natively: the double's) application-data folder.
+std::string log_folder();
+std::string log_path();
+std::string previous_log_path();
+
+// Bytes of a file as they stand on disk; empty when there is none.
+std::string file_bytes(const std::string& path);
+
+// The messages of the log file in order, with their own line ends ("...\r\n" or "...\n"), without timestamp and thread.
+// Fails the test when a line does not have the log's form.
+std::vector<std::string> log_messages();
+
+// Ends the library's use of the log file as far as it can be ended from outside, and removes both generations. The
+// library must have closed the file.
+void remove_logs();
+
+}  // namespace test_support
