@@ -36,7 +36,8 @@ struct manager_storage_allocator {
 
     T* allocate(std::size_t count)
     {
-        static_assert(sizeof(T) <= sizeof(manager_storage) && alignof(T) <= alignof(std::max_align_t));
+        static_assert(sizeof(T) <= sizeof(manager_storage));
+        static_assert(alignof(T) <= alignof(std::max_align_t));
         if (count != 1) {
             throw std::bad_alloc();
         }

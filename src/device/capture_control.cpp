@@ -1,5 +1,4 @@
 // Starting and stopping a scanner's capture.
-#include <boost/bind/bind.hpp>
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
@@ -53,9 +52,8 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     video_data_->video_state.exchange(VIDEO_RUNNING);
     stop_handshake_->renew();
     try {
-        boost::thread(boost::bind(&Video_extraction::run, Video_extraction(), video_data_,
-                                  boost::weak_ptr<Stop_handshake>(stop_handshake_)))
-            .detach();
+        const boost::weak_ptr<Stop_handshake> handshake(stop_handshake_);
+        boost::thread([video = video_data_, handshake] { Video_extraction::run(video, handshake); }).detach();
     } catch (...) {
         // Capture goes on without an extraction thread: the handshake is answered now, so that a stop does not wait for
         // ever.

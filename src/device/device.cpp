@@ -132,13 +132,13 @@ std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
     }
 }
 
-std::int32_t brenvozulta_device::driver_failure(const char* function, std::uint32_t result) const
+std::int32_t brenvozulta_device::driver_failure(const char* function, std::uint32_t result)
 {
     log_printf(log_errors, "--Error : %s ret = %d \n", function, result);
     return translate_driver_result(result);
 }
 
-std::int32_t brenvozulta_device::refuse(const char* operation, std::int32_t status) const
+std::int32_t brenvozulta_device::refuse(const char* operation, std::int32_t status)
 {
     log_printf(log_errors, "%s:    Error=%d: %s\r\n", operation, status, vyra_error_text(status));
     return status;

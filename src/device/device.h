@@ -87,8 +87,8 @@ public:
 private:
     bool is_open() const { return device_state_ == DEVICE_OPEN; }
     std::int32_t start_capture(const char* operation, std::uint8_t config);
-    std::int32_t driver_failure(const char* function, std::uint32_t result) const;
-    std::int32_t refuse(const char* operation, std::int32_t status) const;
+    static std::int32_t driver_failure(const char* function, std::uint32_t result);
+    static std::int32_t refuse(const char* operation, std::int32_t status);
 
     boost::shared_ptr<Frame_queue> frame_queue_;
     boost::shared_ptr<Device_data> device_data_;

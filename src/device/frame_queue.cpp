@@ -19,7 +19,7 @@ std::atomic<std::uint32_t> next_frame_id{0};
 
 }  // namespace
 
-Frame_queue::Frame_queue() : request_signalled_(false), frame_count_(0)
+Frame_queue::Frame_queue()
 {
     frames_.reserve(capacity);
 }

@@ -23,11 +23,11 @@ enum Frame_status : std::uint32_t {
 class Frame_data {
 public:
     Frame_data(void* host_buffer, std::uint64_t host_context, std::uint32_t id)
-        : frame_status(FRAME_PENDING), buffer(host_buffer), context(host_context), frame_id(id)
+        : buffer(host_buffer), context(host_context), frame_id(id)
     {
     }
 
-    std::uint32_t frame_status;
+    std::uint32_t frame_status = FRAME_PENDING;
     void* buffer;  // the host's; never freed here
     std::uint64_t context;
     std::uint32_t frame_id;
@@ -68,7 +68,7 @@ public:
 private:
     // Guards request_signalled_. Nothing is taken inside it.
     boost::recursive_mutex signal_mutex_;
-    bool request_signalled_;
+    bool request_signalled_ = false;
     boost::condition_variable_any request_cond_;
 
     // Guards frames_ and every request's status, the copy of an image included, so that a request is never seen half
@@ -77,7 +77,7 @@ private:
     std::vector<boost::shared_ptr<Frame_data>> frames_;
 
     // The size of frames_, which wait_for_request reads without the lock.
-    std::atomic<std::size_t> frame_count_;
+    std::atomic<std::size_t> frame_count_{0};
 };
 
 }  // namespace kvs::brenvozulta

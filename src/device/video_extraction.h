@@ -13,7 +13,8 @@ class Video_extraction {
 public:
     // Polls the video state until a stop is requested, then answers it: sets VIDEO_STOPPED and fulfils the handshake.
     // Ends without an answer when the device is gone. Keeps one processor busy meanwhile: the stop is seen at once.
-    void run(const boost::shared_ptr<Video_data>& video, const boost::weak_ptr<Stop_handshake>& handshake) noexcept;
+    static void run(const boost::shared_ptr<Video_data>& video,
+                    const boost::weak_ptr<Stop_handshake>& handshake) noexcept;
 };
 
 }  // namespace kvs::brenvozulta

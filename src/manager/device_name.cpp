@@ -8,7 +8,7 @@ namespace kvs::brenvozulta {
 
 std::string entry_name(const DriverDeviceEntry& entry)
 {
-    return std::string(entry.name, strnlen(entry.name, sizeof(entry.name)));
+    return {entry.name, strnlen(entry.name, sizeof(entry.name))};
 }
 
 bool equal_names(const std::string& one, const std::string& other)

@@ -1,9 +1,9 @@
 // Opening, closing, resetting and watching scanners by handle.
+#include <algorithm>
 #include <boost/chrono/duration.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/thread.hpp>
-#include <utility>
 
 #include "manager/device_name.h"
 #include "manager/dispatch.h"
@@ -28,7 +28,7 @@ std::int32_t brenvozulta_manager::open_device(const char* name, std::uint32_t* h
     return locked("open_device", [&] { return open_named_device(name, handle, option); });
 }
 
-std::int32_t brenvozulta_manager::open_named_device(std::string name, std::uint32_t* handle, std::uint8_t option)
+std::int32_t brenvozulta_manager::open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option)
 {
     const std::int32_t refused = ready("open_device");
     if (refused != VYRA_OK) {
@@ -59,12 +59,8 @@ std::int32_t brenvozulta_manager::open_named_device(std::string name, std::uint3
 
 bool brenvozulta_manager::is_open(const std::string& name) const
 {
-    for (const auto& [handle, device] : open_devices_) {
-        if (device && equal_names(device->name(), name)) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(open_devices_.begin(), open_devices_.end(),
+                       [&](const auto& entry) { return entry.second && equal_names(entry.second->name(), name); });
 }
 
 std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept

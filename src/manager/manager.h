@@ -92,8 +92,8 @@ private:
     std::int32_t ready(const char* operation) const;
 
     std::int32_t bring_up();
-    std::int32_t get_device_list_internal(std::uint32_t* count, char* names);
-    std::int32_t open_named_device(std::string name, std::uint32_t* handle, std::uint8_t option);
+    static std::int32_t get_device_list_internal(std::uint32_t* count, char* names);
+    std::int32_t open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option);
     bool is_open(const std::string& name) const;
     bool wait_until_detected() const;
     std::vector<DriverDeviceEntry>::iterator find_detected(void* driver_handle);
