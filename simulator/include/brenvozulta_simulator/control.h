@@ -3,8 +3,8 @@
  * Conventions
  * - Names are text of 8-bit characters with a terminating zero. Driver functions are named by their own names, such as
  *   "QXDR_OpenDevice". Scanners are named as the device list shows them; an exact match wins over one in another case.
- * - Functions that return int return 1 on success and 0 on failure: an unknown function or scanner, a null pointer, or a
- *   wait that ran out. They change nothing when they fail.
+ * - Functions that return int return 1 on success and 0 on failure: an unknown function or scanner, a null pointer, or
+ * a wait that ran out. They change nothing when they fail.
  * - Functions that copy out a text take a buffer and its capacity, store as much as fits with a terminating zero, and
  *   return the whole text's length without the zero. The buffer may be null when the capacity is 0.
  * - Waits return as soon as what they wait for is true, and at the latest after timeout_ms milliseconds.
@@ -24,16 +24,17 @@ extern "C" {
 
 /* ---- Whole state ---- */
 
-/* Back to the state without configuration: not initialized, the default scanner attached and nothing else, no faults, no
- * callback, no listener, empty records, automatic images at the default rate. Blocked driver calls are released, waiting
- * events dropped. Captures end; a thread that stays inside the host's callback is left alone: it ends when the callback
- * returns and touches nothing of the new state. Returns after at most the stop patience. */
+/* Back to the state without configuration: not initialized, the default scanner attached and nothing else, no faults,
+ * no callback, no listener, empty records, automatic images at the default rate. Blocked driver calls are released,
+ * waiting events dropped. Captures end; a thread that stays inside the host's callback is left alone: it ends when the
+ * callback returns and touches nothing of the new state. Returns after at most the stop patience. */
 void brenvozulta_sim_reset(void);
 
 /* Reads a scenario; the previous scanners and settings are replaced as a whole, or, on failure, stay. A message of one
  * line, "FILE:LINE: FIELD: what is wrong", is stored on failure, an empty one on success; message may be null.
  * source of the text form stands for FILE in messages and gives the folder that relative paths start from.
- * Once a scenario is loaded by these functions, QXDR_Initialize no longer looks at BRENVOZULTA_SCENARIO until a reset. */
+ * Once a scenario is loaded by these functions, QXDR_Initialize no longer looks at BRENVOZULTA_SCENARIO until a reset.
+ */
 int brenvozulta_sim_load_scenario_file(const char* path, char* message, size_t capacity);
 int brenvozulta_sim_load_scenario_text(const char* text, const char* source, char* message, size_t capacity);
 
@@ -63,8 +64,8 @@ int brenvozulta_sim_is_open(const char* scanner);
 int brenvozulta_sim_is_capturing(const char* scanner);
 int brenvozulta_sim_selected_config(const char* scanner); /* -1 for an unknown name */
 
-/* Identity, as QXDR_GetDeviceInfo, QXDR_GetDeviceInfoSN, the list and QXDR_GetUsbInfo report it. info holds the 40 bytes of
- * the driver's device information, stored as they are. A serial number has at most 12 characters. */
+/* Identity, as QXDR_GetDeviceInfo, QXDR_GetDeviceInfoSN, the list and QXDR_GetUsbInfo report it. info holds the 40
+ * bytes of the driver's device information, stored as they are. A serial number has at most 12 characters. */
 int brenvozulta_sim_set_device_info(const char* scanner, const void* info);
 int brenvozulta_sim_set_serial_number(const char* scanner, const char* serial_number);
 int brenvozulta_sim_set_version(const char* scanner, int8_t major, int8_t minor, char revision);
@@ -96,8 +97,8 @@ typedef struct brenvozulta_sim_fault {
     int32_t carry_out; /* non-zero: the work is done all the same, only the result is replaced */
 } brenvozulta_sim_fault;
 
-/* Makes a function return result without doing its work: the next times calls, or BRENVOZULTA_SIM_ALWAYS. A fault replaces
- * the function's earlier one; times 0 ends it. Result 0 pretends success. */
+/* Makes a function return result without doing its work: the next times calls, or BRENVOZULTA_SIM_ALWAYS. A fault
+ * replaces the function's earlier one; times 0 ends it. Result 0 pretends success. */
 int brenvozulta_sim_fail(const char* function, uint32_t result, int32_t times);
 int brenvozulta_sim_set_fault(const char* function, const brenvozulta_sim_fault* fault);
 
@@ -112,8 +113,8 @@ int brenvozulta_sim_wait_blocked(const char* function, uint32_t count, uint32_t 
 /* What QXDR_StopCapture returns for an open scanner that captures nothing; 0 by default. */
 void brenvozulta_sim_set_idle_stop_result(uint32_t result);
 
-/* How long QXDR_StopCapture, QXDR_CloseDevice, QXDR_Release and the reset wait for an acquisition thread that is inside the
- * callback, before they leave it to itself; 100 ms by default. */
+/* How long QXDR_StopCapture, QXDR_CloseDevice, QXDR_Release and the reset wait for an acquisition thread that is inside
+ * the callback, before they leave it to itself; 100 ms by default. */
 void brenvozulta_sim_set_stop_patience(uint32_t ms);
 
 /* ---- Record of calls ---- */
@@ -134,10 +135,11 @@ typedef struct brenvozulta_sim_call {
 void brenvozulta_sim_clear_calls(void);
 size_t brenvozulta_sim_call_count(void);
 int brenvozulta_sim_get_call(size_t index, brenvozulta_sim_call* call);
-/* "QXDR_SelectCaptureConfig(driver_handle=0x51000010, config=13) = 0"; texts stand in quotes; a call that has not returned
- * ends after the parenthesis. */
+/* "QXDR_SelectCaptureConfig(driver_handle=0x51000010, config=13) = 0"; texts stand in quotes; a call that has not
+ * returned ends after the parenthesis. */
 size_t brenvozulta_sim_call_text(size_t index, char* text, size_t capacity);
-/* One argument by its name in the prototype: the content of a text argument, the number of any other. Empty if unknown. */
+/* One argument by its name in the prototype: the content of a text argument, the number of any other. Empty if unknown.
+ */
 size_t brenvozulta_sim_call_argument(size_t index, const char* argument, char* text, size_t capacity);
 
 /* Calls of a function begun, or returned, since the record was cleared. */
@@ -159,8 +161,8 @@ void* brenvozulta_sim_callback_context(void);
 /* Images a second of each capturing scanner; 0 switches automatic images off. At most 1000. */
 int brenvozulta_sim_set_frame_rate(double frames_per_second);
 
-/* Where automatic images come from. The folder's PGM (P5, 8 bit) and PNG files are read at once and delivered in name order,
- * starting with the first at each start of capture and over again. message as for a scenario. */
+/* Where automatic images come from. The folder's PGM (P5, 8 bit) and PNG files are read at once and delivered in name
+ * order, starting with the first at each start of capture and over again. message as for a scenario. */
 void brenvozulta_sim_use_synthetic_images(uint64_t seed);
 int brenvozulta_sim_use_image_folder(const char* folder, char* message, size_t capacity);
 
@@ -169,8 +171,8 @@ typedef struct brenvozulta_sim_image {
     size_t length;         /* bytes behind pixels, whatever width and height say */
     uint16_t width;
     uint16_t height;
-    const char* scanner;   /* the capturing scanner whose thread delivers it; null: any that captures */
-    int32_t use_context;   /* non-zero: context below instead of the registered one */
+    const char* scanner; /* the capturing scanner whose thread delivers it; null: any that captures */
+    int32_t use_context; /* non-zero: context below instead of the registered one */
     void* context;
 } brenvozulta_sim_image;
 
@@ -230,7 +232,8 @@ int brenvozulta_sim_led_history(const char* scanner, size_t index, brenvozulta_s
 /* ---- Container, snapshot ---- */
 
 int brenvozulta_sim_set_container(const char* scanner, const void* bytes, size_t length); /* at most 0xFFFFFFFF bytes */
-/* What QXDR_GetSnapshotAcquisition stores, whatever its three values are; length 0 goes back to images of the source. */
+/* What QXDR_GetSnapshotAcquisition stores, whatever its three values are; length 0 goes back to images of the source.
+ */
 int brenvozulta_sim_set_snapshot(const char* scanner, const void* bytes, size_t length);
 
 /* ---- Reset and firmware ---- */
@@ -252,7 +255,7 @@ typedef struct brenvozulta_sim_firmware {
     int32_t restarts;          /* non-zero: the scanner restarts by itself after a transfer; 0 by default */
     uint64_t fail_at_byte;     /* the transfer fails when it comes to this byte; BRENVOZULTA_SIM_NO_BYTE by default */
     uint32_t fail_result;      /* what QXDR_UpdateFirmware then returns; 9 by default */
-    uint32_t reset_result;     /* what the next QXDR_ResetDevice after a transfer returns, undone if not 0; 0 by default */
+    uint32_t reset_result; /* what the next QXDR_ResetDevice after a transfer returns, undone if not 0; 0 by default */
 } brenvozulta_sim_firmware;
 
 int brenvozulta_sim_set_firmware(const brenvozulta_sim_firmware* firmware);
@@ -261,10 +264,11 @@ uint64_t brenvozulta_sim_firmware_bytes(const char* scanner);
 
 /* ---- Timeline ---- */
 
-/* Adds an entry: plug (1) or unplug (0) a scanner at_ms after QXDR_Initialize, or, with function, when it has been called
- * count times since then; at_ms is then added to that moment. QXDR_Initialize starts the whole timeline over, QXDR_Release
- * stops it. An entry that finds the scanner already there (or away) does nothing. */
-int brenvozulta_sim_add_timeline(uint32_t at_ms, const char* function, uint64_t count, int32_t plug, const char* scanner);
+/* Adds an entry: plug (1) or unplug (0) a scanner at_ms after QXDR_Initialize, or, with function, when it has been
+ * called count times since then; at_ms is then added to that moment. QXDR_Initialize starts the whole timeline over,
+ * QXDR_Release stops it. An entry that finds the scanner already there (or away) does nothing. */
+int brenvozulta_sim_add_timeline(uint32_t at_ms, const char* function, uint64_t count, int32_t plug,
+                                 const char* scanner);
 void brenvozulta_sim_clear_timeline(void);
 
 #ifdef __cplusplus

@@ -1,0 +1,226 @@
+#include "capture.h"
+
+#include <algorithm>
+#include <functional>
+#include <thread>
+
+namespace brenvozulta_simulator {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t tickets_kept = 4096;
+
+// The body of one acquisition thread.
+class Acquisition {
+public:
+    Acquisition(Simulator& simulator, std::shared_ptr<State> state, std::shared_ptr<Capture> capture)
+        : simulator_(simulator), state_(std::move(state)), capture_(std::move(capture))
+    {
+    }
+
+    void run()
+    {
+        Held_lock held(simulator_.lock);
+        due_ = Clock::now();
+        pace();
+        while (!capture_->ending && !state_->retired) {
+            if (!capture_->deliveries.empty()) {
+                run_delivery(held);
+            } else if (serves_deliveries_only()) {
+                capture_->ending = true;
+            } else if (rate_ != state_->settings.frame_rate) {
+                due_ = Clock::now();
+                pace();
+            } else if (rate_ == 0) {
+                simulator_.changed.wait(held);
+            } else if (Clock::now() < due_) {
+                const Clock::time_point due = due_;
+                simulator_.changed.wait_until(held, due);
+            } else {
+                run_frame(held);
+            }
+        }
+        end();
+    }
+
+private:
+    bool serves_deliveries_only() const { return capture_->config.width == 0; }
+
+    // The time of the next automatic image; a host that was slow is not flooded afterwards.
+    void pace()
+    {
+        rate_ = state_->settings.frame_rate;
+        if (rate_ > 0) {
+            const auto period = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1.0 / rate_));
+            due_ = std::max(due_ + period, Clock::now());
+        }
+    }
+
+    void run_frame(Held_lock& held)
+    {
+        pace();
+        const Image& image = next_image(held);
+        if (!capture_->ending && !state_->retired) {
+            call(held, image.pixels.data(), image.width, image.height, nullptr);
+        }
+    }
+
+    void run_delivery(Held_lock& held)
+    {
+        const std::shared_ptr<Delivery> delivery = capture_->deliveries.front();
+        const Image* image = nullptr;
+        if (delivery->next_of_source) {
+            image = &next_image(held);
+            if (capture_->ending || state_->retired) {
+                return;  // still in the queue: it is dropped with the rest
+            }
+        }
+        capture_->deliveries.pop_front();
+        if (image != nullptr) {
+            call(held, image->pixels.data(), image->width, image->height, delivery.get());
+        } else {
+            const std::uint8_t* pixels = delivery->null_pixels ? nullptr : delivery->pixels.data();
+            call(held, pixels, delivery->width, delivery->height, delivery.get());
+        }
+    }
+
+    const Image& next_image(Held_lock& held)
+    {
+        source_ = state_->settings.images;
+        const Image_request request{capture_->config.width, capture_->config.height, capture_->scanner_seed,
+                                    capture_->frame++};
+        held.unlock();
+        const Image& image = source_->image(request, scratch_);
+        held.lock();
+        return image;
+    }
+
+    void call(Held_lock& held, const std::uint8_t* pixels, std::uint16_t width, std::uint16_t height,
+              Delivery* delivery)
+    {
+        const DriverAcquisitionCallback callback = state_->callback;
+        void* context = state_->context;
+        if (delivery != nullptr) {
+            delivery->progress = Delivery::Progress::begun;
+            context = delivery->use_context ? delivery->context : context;
+        }
+        if (callback == nullptr) {
+            return;
+        }
+        ++state_->callbacks.entered;
+        simulator_.changed.notify_all();
+        held.unlock();
+        const std::int32_t result = callback(pixels, width, height, context);
+        held.lock();
+        ++state_->callbacks.returned;
+        if (delivery != nullptr) {
+            delivery->progress = Delivery::Progress::done;
+            delivery->callback_result = result;
+        }
+        simulator_.changed.notify_all();
+    }
+
+    void end()
+    {
+        for (const auto& delivery : capture_->deliveries) {
+            delivery->progress = Delivery::Progress::dropped;
+        }
+        capture_->deliveries.clear();
+        capture_->ending = true;
+        capture_->ended = true;
+        --simulator_.acquisition_threads;
+        simulator_.changed.notify_all();
+    }
+
+    Simulator& simulator_;
+    const std::shared_ptr<State> state_;
+    const std::shared_ptr<Capture> capture_;
+    std::shared_ptr<const Image_source> source_;  // of the latest image, which may be the source's own
+    Image scratch_{};
+    double rate_ = 0;
+    Clock::time_point due_;
+};
+
+void start_thread(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Capture>& capture)
+{
+    std::thread([&simulator, state, capture] { Acquisition(simulator, state, capture).run(); }).detach();
+    ++simulator.acquisition_threads;
+    simulator.changed.notify_all();
+}
+
+const Scanner* first_capturing(const State& state)
+{
+    const auto found = std::find_if(state.bus.begin(), state.bus.end(),
+                                    [](const auto& scanner) { return scanner->capture != nullptr; });
+    return found == state.bus.end() ? nullptr : found->get();
+}
+
+}  // namespace
+
+void start_capture(Simulator& simulator, const std::shared_ptr<State>& state, Scanner& scanner,
+                   const Capture_config& config)
+{
+    auto capture = std::make_shared<Capture>();
+    capture->scanner_seed = stable_hash(scanner.identity.name);
+    capture->config = config;
+    start_thread(simulator, state, capture);
+    scanner.capture = std::move(capture);
+}
+
+std::shared_ptr<Capture> end_capture(Scanner& scanner)
+{
+    std::shared_ptr<Capture> capture;
+    capture.swap(scanner.capture);
+    if (capture != nullptr) {
+        capture->ending = true;
+        simulator().changed.notify_all();
+    }
+    return capture;
+}
+
+void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
+{
+    wait_for(held, state.settings.stop_patience_ms, [&captures] {
+        return std::all_of(captures.begin(), captures.end(),
+                           [](const auto& capture) { return capture == nullptr || capture->ended; });
+    });
+}
+
+std::vector<std::shared_ptr<Capture>> end_all_captures(State& state)
+{
+    std::vector<std::shared_ptr<Capture>> captures;
+    for (const auto& scanner : state.scanners) {
+        captures.push_back(end_capture(*scanner));
+    }
+    return captures;
+}
+
+bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Scanner* scanner,
+             const std::shared_ptr<Delivery>& delivery)
+{
+    const bool named = scanner != nullptr;
+    if (!named) {
+        scanner = first_capturing(*state);
+    }
+    const bool capturing = scanner != nullptr && scanner->capture != nullptr;
+    if (state->callback == nullptr || ((named || delivery->next_of_source) && !capturing)) {
+        return false;
+    }
+    delivery->ticket = ++state->last_ticket;
+    state->deliveries[delivery->ticket] = delivery;
+    while (state->deliveries.size() > tickets_kept) {
+        state->deliveries.erase(state->deliveries.begin());
+    }
+    if (capturing) {
+        scanner->capture->deliveries.push_back(delivery);
+        simulator.changed.notify_all();
+    } else {
+        auto capture = std::make_shared<Capture>();
+        capture->deliveries.push_back(delivery);
+        start_thread(simulator, state, capture);
+    }
+    return true;
+}
+
+}  // namespace brenvozulta_simulator

@@ -1,0 +1,86 @@
+// The frame through which every driver function runs.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "bus.h"
+#include "capture.h"
+#include "simulator.h"
+
+namespace brenvozulta_simulator {
+
+// One call of a driver function: it is recorded, held up by blocks and delays, and perhaps given another result. The
+// simulator's lock is held from the construction on.
+class Driver_call {
+public:
+    Driver_call(const char* function, std::vector<Argument> arguments);
+    Driver_call(const Driver_call&) = delete;
+    Driver_call& operator=(const Driver_call&) = delete;
+
+    Simulator& simulator() const { return simulator_; }
+    const std::shared_ptr<State>& state() const { return state_; }
+    Held_lock& held() { return held_; }
+
+    bool carries_out() const { return !fault_ || fault_->carry_out; }
+    // Records the call's return; the result is the fault's where there is one.
+    std::uint32_t finish(std::uint32_t result);
+
+private:
+    Simulator& simulator_;
+    const std::size_t function_;
+    Held_lock held_;
+    const std::shared_ptr<State> state_;
+    std::uint64_t id_ = 0;
+    std::optional<Fault_outcome> fault_;
+};
+
+// Runs work(call) under the simulator's lock as the named function. No exception leaves it.
+template <class Work>
+std::uint32_t run_driver_call(const char* function, std::vector<Argument> arguments, Work work) noexcept
+{
+    try {
+        Driver_call call(function, std::move(arguments));
+        std::uint32_t result = result_ok;
+        if (call.carries_out()) {
+            try {
+                result = work(call);
+            } catch (const std::exception&) {
+                result = result_internal;
+            }
+        }
+        return call.finish(result);
+    } catch (const std::exception&) {
+        return result_internal;
+    }
+}
+
+// The same for a function that needs QXDR_Initialize before.
+template <class Work>
+std::uint32_t run_initialized_call(const char* function, std::vector<Argument> arguments, Work work) noexcept
+{
+    return run_driver_call(function, std::move(arguments), [&work](Driver_call& call) {
+        return call.state()->initialized && !call.state()->retired ? work(call) : result_not_initialized;
+    });
+}
+
+// The scanner behind a handle: result_ok, result_bad_handle for one never given out, result_scanner_gone for one that
+// is off the bus.
+std::uint32_t find_by_handle(const State& state, const void* driver_handle, std::shared_ptr<Scanner>& scanner);
+
+// The same for a function of one open scanner; work(call, scanner) runs only with such a one.
+template <class Work>
+std::uint32_t run_scanner_call(const char* function, std::vector<Argument> arguments, const void* driver_handle,
+                               Work work) noexcept
+{
+    return run_initialized_call(function, std::move(arguments), [&work, driver_handle](Driver_call& call) {
+        std::shared_ptr<Scanner> scanner;
+        const std::uint32_t found = find_by_handle(*call.state(), driver_handle, scanner);
+        if (found != result_ok) {
+            return found;
+        }
+        return scanner->open ? work(call, scanner) : result_wrong_state;
+    });
+}
+
+}  // namespace brenvozulta_simulator

@@ -1,0 +1,170 @@
+// The driver's functions around its own life and the list of scanners, opening and closing.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "driver/driver.h"
+#include "driver_call.h"
+#include "scenario.h"
+
+using namespace brenvozulta_simulator;
+
+namespace {
+
+constexpr const char* scenario_variable = "BRENVOZULTA_SCENARIO";
+
+// The scenario that the environment names, once: it stays until a reset.
+std::uint32_t load_named_scenario(Driver_call& call)
+{
+    State& state = *call.state();
+    const char* path = std::getenv(scenario_variable);
+    if (state.scenario_loaded || path == nullptr || *path == '\0') {
+        return result_ok;
+    }
+    try {
+        install_scenario(call.simulator(), state, read_scenario_file(path));
+    } catch (const std::exception& error) {
+        state.last_error = error.what();
+        std::fprintf(stderr, "BrenvoZulta_USB: %s\n", error.what());
+        return result_bad_scenario;
+    }
+    return result_ok;
+}
+
+std::uint32_t list_devices(State& state, std::int32_t* count, DriverDeviceEntry* entries)
+{
+    std::int32_t filled = 0;
+    for (const auto& scanner : state.bus) {
+        if (scanner->present() && filled < driver_list_capacity) {
+            fill_entry(*scanner, entries[filled++]);
+        }
+    }
+    Settings& settings = state.settings;
+    if (settings.list_count_times != 0) {
+        settings.list_count_times -= settings.list_count_times > 0 ? 1 : 0;
+        *count = settings.list_count;
+        return result_ok;
+    }
+    if (filled == 0) {
+        return result_no_scanner;
+    }
+    *count = filled;
+    return result_ok;
+}
+
+}  // namespace
+
+std::uint32_t QXDR_Initialize()
+{
+    return run_driver_call("QXDR_Initialize", {}, [](Driver_call& call) {
+        const std::uint32_t loaded = load_named_scenario(call);
+        if (loaded == result_ok) {
+            call.state()->initialized = true;
+            start_timeline(call.simulator(), call.state());
+        }
+        return loaded;
+    });
+}
+
+std::uint32_t QXDR_Release()
+{
+    return run_initialized_call("QXDR_Release", {}, [](Driver_call& call) {
+        State& state = *call.state();
+        stop_timeline(call.simulator(), state);
+        state.initialized = false;
+        for (const auto& scanner : state.scanners) {
+            scanner->open = false;
+        }
+        wait_for_end(call.held(), state, end_all_captures(state));
+        return result_ok;
+    });
+}
+
+std::uint32_t QXDR_GetDevicesList(std::int32_t* count, DriverDeviceEntry* entries)
+{
+    return run_initialized_call(
+        "QXDR_GetDevicesList", {address("count", count), address("entries", entries)}, [=](Driver_call& call) {
+            return count == nullptr || entries == nullptr ? result_bad_parameter
+                                                          : list_devices(*call.state(), count, entries);
+        });
+}
+
+std::uint32_t QXDR_SetListenerCallbackHotPlug(DriverHotPlugListener listener)
+{
+    return run_initialized_call("QXDR_SetListenerCallbackHotPlug",
+                                {address("listener", reinterpret_cast<const void*>(listener))}, [=](Driver_call& call) {
+                                    call.state()->hot_plug.listener = listener;
+                                    return result_ok;
+                                });
+}
+
+std::uint32_t QXDR_GetUsbInfo(void* driver_handle, DriverDeviceEntry* record)
+{
+    return run_initialized_call("QXDR_GetUsbInfo", {address("driver_handle", driver_handle), address("record", record)},
+                                [=](Driver_call& call) {
+                                    std::shared_ptr<Scanner> scanner;
+                                    if (record == nullptr) {
+                                        return result_bad_parameter;
+                                    }
+                                    const std::uint32_t found = find_by_handle(*call.state(), driver_handle, scanner);
+                                    if (found == result_ok) {
+                                        fill_entry(*scanner, *record);
+                                    }
+                                    return found;
+                                });
+}
+
+// A scanner that is open already is handed out again: a host whose own opening failed halfway gets another chance.
+std::uint32_t QXDR_OpenDevice(const char* name, void** driver_handle)
+{
+    return run_initialized_call("QXDR_OpenDevice", {text("name", name), address("driver_handle", driver_handle)},
+                                [=](Driver_call& call) {
+                                    if (name == nullptr || driver_handle == nullptr) {
+                                        return result_bad_parameter;
+                                    }
+                                    const auto scanner = find_present_scanner(*call.state(), name);
+                                    if (scanner == nullptr) {
+                                        return result_no_scanner;
+                                    }
+                                    scanner->open = true;
+                                    *driver_handle = scanner->handle;
+                                    return result_ok;
+                                });
+}
+
+std::uint32_t QXDR_CloseDevice(void** driver_handle)
+{
+    void* const handle = driver_handle == nullptr ? nullptr : *driver_handle;
+    return run_scanner_call("QXDR_CloseDevice",
+                            {address("driver_handle", driver_handle), address("*driver_handle", handle)}, handle,
+                            [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+                                scanner->open = false;
+                                scanner->config = default_config;
+                                *driver_handle = nullptr;
+                                wait_for_end(call.held(), *call.state(), {end_capture(*scanner)});
+                                return result_ok;
+                            });
+}
+
+std::uint32_t QXDR_ResetDevice(void* driver_handle)
+{
+    return run_initialized_call("QXDR_ResetDevice", {address("driver_handle", driver_handle)}, [=](Driver_call& call) {
+        std::shared_ptr<Scanner> scanner;
+        const std::uint32_t found = find_by_handle(*call.state(), driver_handle, scanner);
+        if (found == result_scanner_gone && scanner->handle == driver_handle && scanner->restarting) {
+            return result_ok;  // it is doing just that
+        }
+        if (found != result_ok) {
+            return found;
+        }
+        if (!scanner->open) {
+            return result_wrong_state;
+        }
+        const bool after_update = std::exchange(scanner->firmware_unreset, false);
+        if (after_update && call.state()->settings.firmware.reset_result != result_ok) {
+            return call.state()->settings.firmware.reset_result;
+        }
+        restart(call.simulator(), call.state(), scanner);
+        return result_ok;
+    });
+}

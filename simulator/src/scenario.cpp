@@ -1,0 +1,348 @@
+#include "scenario.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "bus.h"
+#include "capture.h"
+#include "image_source.h"
+#include "scenario_fields.h"
+
+namespace brenvozulta_simulator {
+namespace {
+
+constexpr std::int64_t max_32 = 0xFFFFFFFF;
+constexpr std::int64_t max_milliseconds = 86400000;
+constexpr std::int64_t max_count = 1000000000;
+constexpr std::int64_t max_container = 64 << 20;
+constexpr std::int64_t max_64 = INT64_MAX;
+
+class Scenario_reader {
+public:
+    explicit Scenario_reader(const std::string& source) : source_(source) {}
+
+    Scenario read(const Json_value& tree)
+    {
+        Fields fields(source_, "", tree);
+        read_scanners(fields);
+        fields.list("capture_configs", [this](Fields& config) { read_config(config); });
+        fields.real("frame_rate", scenario_.settings.frame_rate, 0, frame_rate_max);
+        fields.object("images", [this](Fields& images) { read_images(images); });
+        fields.list("faults", [this](Fields& fault) { read_fault(fault); });
+        fields.integer("idle_stop_result", scenario_.settings.idle_stop_result, 0, result_max);
+        fields.integer("stop_patience_ms", scenario_.settings.stop_patience_ms, 0, max_milliseconds);
+        fields.object("list_count", [this](Fields& count) { read_list_count(count); });
+        fields.object("restart", [this](Fields& restart) { read_restart(restart); });
+        fields.object("firmware", [this](Fields& firmware) { read_firmware(firmware); });
+        fields.list("timeline", [this](Fields& entry) { read_timeline_entry(entry); });
+        fields.end();
+        return std::move(scenario_);
+    }
+
+private:
+    std::string resolve(const std::string& path) const
+    {
+        return (std::filesystem::path(source_).parent_path() / path).string();
+    }
+
+    void read_scanners(Fields& fields)
+    {
+        const bool there = fields.list("scanners", [this](Fields& scanner) { read_scanner(scanner); });
+        if (!there) {
+            scenario_.scanners.push_back({default_identity(BRENVOZULTA_SIM_DEFAULT_SCANNER), true});
+        }
+    }
+
+    void read_scanner(Fields& fields)
+    {
+        std::string name;
+        if (!fields.text("name", name, 1, name_max)) {
+            fields.wrong("name", "is missing");
+        }
+        for (const auto& other : scenario_.scanners) {
+            if (other.identity.name == name) {
+                fields.wrong("name", "names another scanner already");
+            }
+        }
+        Scenario::Scanner_entry entry{default_identity(name), true};
+        DriverDeviceInfo& info = entry.identity.info;
+        std::string serial_number;
+        if (fields.text("serial_number", serial_number, 0, sizeof info.serial_number)) {
+            set_serial_number(info, serial_number);
+        }
+        read_version(fields, info);
+        fields.integer("port_type", info.port_type, 0, max_32);
+        fields.boolean("attached", entry.attached);
+        fields.object("container",
+                      [&](Fields& container) { entry.identity.container = read_container(container, name); });
+        std::string snapshot;
+        if (fields.text("snapshot", snapshot, 1, 4096)) {
+            entry.identity.snapshot = file_content(fields, "snapshot", snapshot);
+        }
+        scenario_.scanners.push_back(std::move(entry));
+    }
+
+    // "2.5.b": two numbers of a signed byte and one character, or none for a zero byte.
+    void read_version(Fields& fields, DriverDeviceInfo& info)
+    {
+        std::string text;
+        if (!fields.text("version", text, 1, 16)) {
+            return;
+        }
+        int major = 0;
+        int minor = 0;
+        int end = 0;
+        const int read = std::sscanf(text.c_str(), "%d.%d.%n", &major, &minor, &end);
+        const std::size_t rest = read == 2 && end > 0 ? text.size() - static_cast<std::size_t>(end) : 2;
+        if (rest > 1 || major < INT8_MIN || major > INT8_MAX || minor < INT8_MIN || minor > INT8_MAX) {
+            fields.wrong("version", "is not like \"2.5.b\" with numbers from -128 to 127 and at most one character");
+        }
+        info.version_major = static_cast<std::int8_t>(major);
+        info.version_minor = static_cast<std::int8_t>(minor);
+        info.version_revision = rest == 1 ? text.back() : '\0';
+    }
+
+    std::shared_ptr<const std::vector<std::uint8_t>> file_content(Fields& fields, const char* name,
+                                                                  const std::string& path)
+    {
+        try {
+            return std::make_shared<const std::vector<std::uint8_t>>(read_file(resolve(path)));
+        } catch (const std::exception& error) {
+            fields.wrong(name, error.what());
+        }
+    }
+
+    std::shared_ptr<const std::vector<std::uint8_t>> read_container(Fields& fields, const std::string& name)
+    {
+        std::string path;
+        std::size_t size = 0;
+        std::uint64_t seed = stable_hash(name);
+        const bool generated = fields.integer("size", size, 0, max_container);
+        fields.integer("seed", seed, 0, max_64);
+        if (fields.text("file", path, 1, 4096) == generated) {
+            fields.wrong("has to have one of file and size");
+        }
+        return generated ? generated_container(size, seed) : file_content(fields, "file", path);
+    }
+
+    void read_config(Fields& fields)
+    {
+        std::uint8_t number = 0;
+        if (!fields.integer("number", number, 0, UINT8_MAX)) {
+            fields.wrong("number", "is missing");
+        }
+        bool available = true;
+        fields.boolean("available", available);
+        auto& configs = scenario_.settings.configs;
+        const auto known = configs.find(number);
+        Capture_config config = known == configs.end() ? Capture_config{} : known->second;
+        const bool complete = fields.text("description", config.description, 0, description_max) &
+                              fields.integer("width", config.width, 1, UINT16_MAX) &
+                              fields.integer("height", config.height, 1, UINT16_MAX);
+        if (!available) {
+            configs.erase(number);
+        } else if (!complete && known == configs.end()) {
+            fields.wrong("needs description, width and height: " + std::to_string(number) + " has no defaults");
+        } else if (std::size_t{config.width} * config.height > config_pixels_max) {
+            fields.wrong("has more than " + std::to_string(config_pixels_max) + " pixels");
+        } else {
+            configs[number] = std::move(config);
+        }
+    }
+
+    void read_images(Fields& fields)
+    {
+        std::string source;
+        if (!fields.text("source", source, 1, 16)) {
+            fields.wrong("source", "is missing");
+        }
+        if (source == "synthetic") {
+            std::uint64_t seed = default_seed;
+            fields.integer("seed", seed, 0, max_64);
+            scenario_.settings.images = synthetic_images(seed);
+        } else if (source == "folder") {
+            std::string folder;
+            if (!fields.text("folder", folder, 1, 4096)) {
+                fields.wrong("folder", "is missing");
+            }
+            try {
+                scenario_.settings.images = folder_images(resolve(folder));
+            } catch (const std::exception& error) {
+                fields.wrong("folder", error.what());
+            }
+        } else {
+            fields.wrong("source", "is not \"synthetic\" or \"folder\"");
+        }
+    }
+
+    std::size_t read_function(Fields& fields, std::string& name)
+    {
+        if (!fields.text("function", name, 1, 64)) {
+            fields.wrong("function", "is missing");
+        }
+        const std::size_t function = function_index(name.c_str());
+        if (function == function_count) {
+            fields.wrong("function", "names no function of the driver");
+        }
+        return function;
+    }
+
+    void read_fault(Fields& fields)
+    {
+        std::string name;
+        Function_faults& faults = scenario_.faults.of(read_function(fields, name));
+        fields.integer("delay_ms", faults.delay_ms, 0, max_milliseconds);
+        bool carry_out = false;
+        const bool result = fields.integer("result", faults.fault.result, 0, result_max);
+        const bool extra = fields.integer("skip", faults.fault.skip, 0, max_count) |
+                           fields.boolean("carry_out", carry_out) | read_times(fields, faults.fault.times);
+        if (extra && !result) {
+            fields.wrong("result", "is missing");
+        }
+        faults.fault.carry_out = carry_out ? 1 : 0;
+        if (result && fields.any("times") == nullptr) {
+            faults.fault.times = BRENVOZULTA_SIM_ALWAYS;
+        }
+    }
+
+    bool read_times(Fields& fields, std::int32_t& times)
+    {
+        const Json_value* value = fields.any("times");
+        if (value != nullptr && value->kind == Json_value::Kind::text) {
+            if (value->text != "always") {
+                fields.wrong("times", "is not a whole number or \"always\"");
+            }
+            times = BRENVOZULTA_SIM_ALWAYS;
+            return true;
+        }
+        return fields.integer("times", times, 1, max_count);
+    }
+
+    void read_list_count(Fields& fields)
+    {
+        Settings& settings = scenario_.settings;
+        if (!fields.integer("count", settings.list_count, INT32_MIN, INT32_MAX)) {
+            fields.wrong("count", "is missing");
+        }
+        if (!read_times(fields, settings.list_count_times)) {
+            settings.list_count_times = BRENVOZULTA_SIM_ALWAYS;
+        }
+    }
+
+    void read_restart(Fields& fields)
+    {
+        brenvozulta_sim_restart& restart = scenario_.settings.restart;
+        bool returns = true;
+        bool announce_unplug = true;
+        fields.integer("delay_ms", restart.delay_ms, 0, max_milliseconds);
+        fields.boolean("returns", returns);
+        fields.boolean("announce_unplug", announce_unplug);
+        restart.returns = returns ? 1 : 0;
+        restart.announce_unplug = announce_unplug ? 1 : 0;
+    }
+
+    void read_firmware(Fields& fields)
+    {
+        brenvozulta_sim_firmware& firmware = scenario_.settings.firmware;
+        bool restarts = false;
+        fields.integer("bytes_per_second", firmware.bytes_per_second, 1, max_64);
+        fields.integer("duration_ms", firmware.duration_ms, 0, max_milliseconds);
+        fields.boolean("restarts", restarts);
+        fields.integer("fail_at_byte", firmware.fail_at_byte, 0, max_64);
+        fields.integer("fail_result", firmware.fail_result, 1, result_max);
+        fields.integer("reset_result", firmware.reset_result, 0, result_max);
+        firmware.restarts = restarts ? 1 : 0;
+    }
+
+    void read_timeline_entry(Fields& fields)
+    {
+        Timeline_entry entry{};
+        const bool timed = fields.integer("at_ms", entry.at_ms, 0, max_milliseconds);
+        bool after_call = false;
+        fields.object("after_call", [&](Fields& after) {
+            after_call = true;
+            read_function(after, entry.function);
+            entry.count = 1;
+            after.integer("count", entry.count, 1, max_count);
+        });
+        if (!timed && !after_call) {
+            fields.wrong("has to have at_ms or after_call");
+        }
+        std::string unplugged;
+        const bool unplug = fields.text("unplug", unplugged, 1, name_max);
+        entry.plug = fields.text("plug", entry.scanner, 1, name_max);
+        if (entry.plug == unplug) {
+            fields.wrong("has to have one of plug and unplug");
+        }
+        entry.scanner = unplug ? unplugged : entry.scanner;
+        scenario_.settings.timeline.push_back(std::move(entry));
+    }
+
+    const std::string source_;
+    Scenario scenario_;
+};
+
+}  // namespace
+
+Scenario read_scenario(const std::string& text, const std::string& source)
+{
+    return Scenario_reader(source).read(parse_json(text, source));
+}
+
+Scenario read_scenario_file(const std::string& path)
+{
+    std::vector<std::uint8_t> bytes;
+    try {
+        bytes = read_file(path);
+    } catch (const std::exception& error) {
+        throw Scenario_error(path, 1, "", error.what());
+    }
+    return read_scenario(std::string(bytes.begin(), bytes.end()), path);
+}
+
+void install_scenario(Simulator& simulator, State& state, Scenario scenario)
+{
+    for (const auto& scanner : state.scanners) {
+        if (scanner->attached) {
+            detach(simulator, state, scanner);
+        }
+    }
+    state.scanners.clear();
+    state.settings = std::move(scenario.settings);
+    for (std::size_t function = 0; function < function_count; ++function) {
+        Function_faults& faults = state.faults.of(function);
+        faults.fault = scenario.faults.of(function).fault;
+        faults.delay_ms = scenario.faults.of(function).delay_ms;
+    }
+    for (auto& entry : scenario.scanners) {
+        const auto scanner = find_or_add_scanner(state, entry.identity.name);
+        scanner->identity = std::move(entry.identity);
+        if (entry.attached) {
+            attach(simulator, state, scanner);
+        }
+    }
+    state.scenario_loaded = true;
+    state.last_error.clear();
+    simulator.changed.notify_all();
+}
+
+std::vector<std::uint8_t> read_file(const std::string& path)
+{
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    std::vector<std::uint8_t> bytes;
+    if (file && !std::filesystem::is_directory(path)) {
+        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    } else {
+        file.setstate(std::ios::badbit);
+    }
+    if (file.bad()) {
+        throw std::runtime_error("cannot read " + path + (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));
+    }
+    return bytes;
+}
+
+}  // namespace brenvozulta_simulator

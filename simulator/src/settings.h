@@ -1,0 +1,92 @@
+// What can be set about the simulated driver and its scanners, by a scenario or by the control interface.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "brenvozulta_simulator/control.h"
+#include "driver/driver.h"
+
+namespace brenvozulta_simulator {
+
+class Image_source;
+
+// The driver's results that the simulator gives by itself, named after what they tell the caller.
+constexpr std::uint32_t result_ok = 0;
+constexpr std::uint32_t result_bad_parameter = 1;
+constexpr std::uint32_t result_not_initialized = 3;
+constexpr std::uint32_t result_scanner_gone = 4;
+constexpr std::uint32_t result_no_scanner = 5;
+constexpr std::uint32_t result_config_refused = 6;
+constexpr std::uint32_t result_bad_size = 8;
+constexpr std::uint32_t result_timeout = 9;
+constexpr std::uint32_t result_bad_handle = 10;
+constexpr std::uint32_t result_unknown_config = 12;
+constexpr std::uint32_t result_bad_scenario = 14;
+constexpr std::uint32_t result_internal = 16;
+constexpr std::uint32_t result_wrong_state = 19;
+constexpr std::uint32_t result_max = 19;
+
+constexpr std::size_t name_max = BRENVOZULTA_SIM_NAME_MAX;
+constexpr std::size_t description_max = 255;  // its length is told in one byte
+constexpr std::size_t config_pixels_max = std::size_t{1} << 26;
+constexpr double default_frame_rate = 15.0;
+constexpr double frame_rate_max = 1000.0;
+constexpr std::uint8_t default_config = 1;
+constexpr std::uint8_t roll_config = 13;
+constexpr std::uint64_t default_seed = 1;
+
+struct Capture_config {
+    std::string description;  // raw bytes: it may hold zeros
+    std::uint16_t width;
+    std::uint16_t height;
+};
+
+// What a scanner is, wherever it is: kept while it is away.
+struct Identity {
+    std::string name;
+    DriverDeviceInfo info;
+    std::shared_ptr<const std::vector<std::uint8_t>> container;
+    std::shared_ptr<const std::vector<std::uint8_t>> snapshot;  // null: images of the source
+};
+
+struct Timeline_entry {
+    std::uint32_t at_ms;
+    std::string function;  // empty: at_ms counts from QXDR_Initialize
+    std::uint64_t count;
+    bool plug;
+    std::string scanner;
+};
+
+struct Settings {
+    Settings();
+
+    double frame_rate = default_frame_rate;
+    std::shared_ptr<const Image_source> images;
+    std::map<std::uint8_t, Capture_config> configs;
+    std::uint32_t idle_stop_result = result_ok;
+    std::uint32_t stop_patience_ms = 100;
+    brenvozulta_sim_restart restart{50, 1, 1};
+    brenvozulta_sim_firmware firmware{0, 0, 0, BRENVOZULTA_SIM_NO_BYTE, result_timeout, result_ok};
+    std::vector<Timeline_entry> timeline;
+    std::int32_t list_count = 0;
+    std::int32_t list_count_times = 0;
+};
+
+// A scanner with nothing said about it but its name.
+Identity default_identity(const std::string& name);
+
+// The generated content of a container: a readable header line and then bytes that depend on the seed alone.
+std::shared_ptr<const std::vector<std::uint8_t>> generated_container(std::size_t size, std::uint64_t seed);
+
+// A 64-bit FNV-1a hash, the same on every platform.
+std::uint64_t stable_hash(const std::string& text);
+
+bool valid_name(const char* name);
+void set_serial_number(DriverDeviceInfo& info, const std::string& serial_number);
+
+}  // namespace brenvozulta_simulator
