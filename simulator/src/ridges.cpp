@@ -12,7 +12,7 @@ using Phase = std::complex<float>;
 
 constexpr double pi = 3.14159265358979323846;
 constexpr double ridge_period = 9.5;  // pixels at 500 ppi
-constexpr int grid = 4;               // the minutiae's part of the phase is smooth: a coarse grid of it is enough
+constexpr int grid = 4;               // most of the phase is smooth: a coarse grid of it is enough
 constexpr float ridge_grey = 58;
 constexpr float valley_grey = 214;
 
@@ -49,9 +49,9 @@ class Ridge_phase {
 public:
     explicit Ridge_phase(const Finger& finger) : finger_(finger), random_(finger.seed)
     {
-        lean_ = random_.uniform(-0.22, 0.22);
-        narrow_ = random_.uniform(1.15, 1.45);
-        flatten_ = random_.uniform(0.55, 0.75);
+        lean_ = static_cast<float>(random_.uniform(-0.22, 0.22));
+        narrow_ = static_cast<float>(random_.uniform(1.15, 1.45));
+        flatten_ = static_cast<float>(random_.uniform(0.55, 0.75));
         for (Wave& wave : waves_) {
             const double length = random_.uniform(110, 260);
             const double angle = random_.uniform(0, 2 * pi);
@@ -79,65 +79,80 @@ public:
         return product;
     }
 
-    // The smooth part of the phase at a place.
-    float flow(double x, double y) const
+    // How far the skin's unevenness moves a place.
+    float bend(double x, double y) const
     {
-        double dx = x - finger_.center_x;
-        double dy = y - finger_.center_y;
+        double sum = 0;
         for (const Wave& wave : waves_) {
-            const double bend = wave.at(x, y);
-            dx += bend;
-            dy -= 0.7 * bend;
+            sum += wave.at(x, y);
         }
-        dx += lean_ * dy;
+        return static_cast<float>(sum);
+    }
+
+    // The smooth part of the phase at a place that is bent so far.
+    float flow(int x, int y, float bend) const
+    {
+        const auto down = static_cast<float>(y - finger_.center_y) - 0.7F * bend;
+        const float right = static_cast<float>(x - finger_.center_x) + bend + lean_ * down;
         // Arches above the core, a loop around it whose legs open towards the base below.
-        const double below = std::max(0.0, dy);
-        const double across = narrow_ * dx / (1 + below / (2.2 * finger_.half_height));
-        const double along = dy < 0 ? dy : dy * flatten_;
-        return static_cast<float>(std::sqrt(across * across + along * along + 40) * (2 * pi / ridge_period));
+        const float below = std::max(0.0F, down) / static_cast<float>(finger_.half_height);
+        const float across = narrow_ * right / (1 + 0.45F * below * below);
+        const float along = down < 0 ? down : down * flatten_;
+        return std::sqrt(across * across + along * along + 40) * static_cast<float>(2 * pi / ridge_period);
     }
 
 private:
     const Finger& finger_;
     Random random_;
-    double lean_ = 0;
-    double narrow_ = 0;
-    double flatten_ = 0;
+    float lean_ = 0;
+    float narrow_ = 0;
+    float flatten_ = 0;
     Wave waves_[6]{};
     std::vector<Minutia> minutiae_;
 };
 
-// The minutiae's turns over an area, known at the points of a coarse grid and interpolated between them.
-class Turn_grid {
+// What is smooth about the phase over an area: known at the points of a coarse grid and interpolated between them.
+class Phase_grid {
 public:
-    Turn_grid(const Ridge_phase& phase, int left, int top, int right, int bottom)
+    struct Point {
+        Phase turn;
+        float bend;
+    };
+
+    Phase_grid(const Ridge_phase& phase, int left, int top, int right, int bottom)
         : left_(left), top_(top), columns_((right - left) / grid + 2)
     {
         const int rows = (bottom - top) / grid + 2;
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns_; ++column) {
-                points_.push_back(phase.turns(left + column * grid, top + row * grid));
+                const double x = left + column * grid;
+                const double y = top + row * grid;
+                points_.push_back({phase.turns(x, y), phase.bend(x, y)});
             }
         }
     }
 
-    Phase at(int x, int y) const
+    Point at(int x, int y) const
     {
         const int column = (x - left_) / grid;
         const int row = (y - top_) / grid;
         const float across = static_cast<float>((x - left_) % grid) / grid;
         const float down = static_cast<float>((y - top_) % grid) / grid;
-        const Phase* upper = &points_[static_cast<std::size_t>(row * columns_ + column)];
-        const Phase* lower = upper + columns_;
-        return (upper[0] * (1 - across) + upper[1] * across) * (1 - down) +
-               (lower[0] * (1 - across) + lower[1] * across) * down;
+        const Point* upper = &points_[static_cast<std::size_t>(row * columns_ + column)];
+        return between(between(upper[0], upper[1], across), between(upper[columns_], upper[columns_ + 1], across),
+                       down);
     }
 
 private:
+    static Point between(const Point& from, const Point& to, float share)
+    {
+        return {from.turn + (to.turn - from.turn) * share, from.bend + (to.bend - from.bend) * share};
+    }
+
     const int left_;
     const int top_;
     const int columns_;
-    std::vector<Phase> points_;
+    std::vector<Point> points_;
 };
 
 float smooth_step(float from, float to, float value)
@@ -167,8 +182,8 @@ void draw_finger(const Finger& finger, std::vector<std::uint8_t>& pixels, int wi
         return;
     }
     const Ridge_phase phase(finger);
-    const Turn_grid turns(phase, left, top, right, bottom);
-    const Wave edge{0.021, 0.017, static_cast<double>(finger.seed % 7), 0.025};
+    const Phase_grid phases(phase, left, top, right, bottom);
+    const Wave edge{3.1 / finger.half_width, 3.7 / finger.half_height, static_cast<double>(finger.seed % 7), 0.025};
     Random pores(finger.seed + 1);
     for (int y = top; y < bottom; ++y) {
         for (int x = left; x < right; ++x) {
@@ -177,9 +192,9 @@ void draw_finger(const Finger& finger, std::vector<std::uint8_t>& pixels, int wi
             if (touch <= 0) {
                 continue;
             }
-            const float flow = phase.flow(x, y);
-            const Phase turn = turns.at(x, y);
-            const float wave = std::cos(flow) * turn.real() - std::sin(flow) * turn.imag();
+            const Phase_grid::Point point = phases.at(x, y);
+            const float flow = phase.flow(x, y, point.bend);
+            const float wave = std::cos(flow) * point.turn.real() - std::sin(flow) * point.turn.imag();
             const float ridge = 0.5F + 0.5F * std::tanh(2.2F * wave + 0.35F * pore);
             std::uint8_t& pixel =
                 pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
