@@ -68,6 +68,15 @@ int brenvozulta_sim_is_attached(const char* scanner)
     return found != nullptr && found->present() ? 1 : 0;
 }
 
+int brenvozulta_sim_wait_attached(const char* scanner, uint32_t timeout_ms)
+{
+    Control control;
+    return scanner != nullptr &&
+                   control.wait(timeout_ms, [&] { return find_present_scanner(*control, scanner) != nullptr; }) != 0
+               ? 1
+               : 0;
+}
+
 int brenvozulta_sim_is_open(const char* scanner)
 {
     Control control;
@@ -150,4 +159,10 @@ int brenvozulta_sim_wait_listener_inside(uint32_t count, uint32_t timeout_ms)
 uint64_t brenvozulta_sim_events_delivered()
 {
     return Control()->hot_plug.delivered;
+}
+
+int brenvozulta_sim_wait_events_delivered(uint64_t count, uint32_t timeout_ms)
+{
+    Control control;
+    return control.wait(timeout_ms, [&] { return control->hot_plug.delivered >= count; });
 }

@@ -59,7 +59,8 @@ int brenvozulta_sim_unplug(const char* scanner);
 
 /* The handle of the latest attachment, also when the scanner has been removed since; null for an unknown name. */
 void* brenvozulta_sim_handle(const char* scanner);
-int brenvozulta_sim_is_attached(const char* scanner);
+int brenvozulta_sim_is_attached(const char* scanner); /* and answers: it is not just restarting */
+int brenvozulta_sim_wait_attached(const char* scanner, uint32_t timeout_ms);
 int brenvozulta_sim_is_open(const char* scanner);
 int brenvozulta_sim_is_capturing(const char* scanner);
 int brenvozulta_sim_selected_config(const char* scanner); /* -1 for an unknown name */
@@ -85,6 +86,7 @@ void brenvozulta_sim_send_event(int32_t event, void* driver_handle);
 int brenvozulta_sim_wait_events_done(uint32_t timeout_ms);                     /* none queued, listener not inside */
 int brenvozulta_sim_wait_listener_inside(uint32_t count, uint32_t timeout_ms); /* at least count calls inside now */
 uint64_t brenvozulta_sim_events_delivered(void);                               /* listener calls that have returned */
+int brenvozulta_sim_wait_events_delivered(uint64_t count, uint32_t timeout_ms);
 
 /* ---- Driver calls: results, delays, blocking ---- */
 
