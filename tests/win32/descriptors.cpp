@@ -115,28 +115,14 @@ size_t caller_bytes(const char* bytes, size_t size, size_t written)
     return count;
 }
 
-// Takes the carriage returns before line feeds out of the text, up to the end-of-text mark; gives the new size. A
-// carriage return at the end needs one look at the byte behind it.
-size_t without_carriage_returns(int descriptor, char* bytes, size_t size)
+// Takes the carriage returns before line feeds out of the text, up to the end-of-text mark; gives the new size. A line
+// end that the caller's buffer cuts in two stays as it is.
+size_t without_carriage_returns(char* bytes, size_t size)
 {
     size_t kept = 0;
-    for (size_t i = 0; i < size; ++i) {
-        if (bytes[i] == end_of_text)
-            break;
-        if (bytes[i] == '\r') {
-            char behind = '\0';
-            if (i + 1 < size) {
-                behind = bytes[i + 1];
-            } else if (::read(descriptor, &behind, 1) == 1) {
-                if (behind == '\n') {
-                    bytes[kept++] = '\n';
-                    break;
-                }
-                ::lseek(descriptor, -1, SEEK_CUR);
-            }
-            if (behind == '\n')
-                continue;
-        }
+    for (size_t i = 0; i < size && bytes[i] != end_of_text; ++i) {
+        if (bytes[i] == '\r' && i + 1 < size && bytes[i + 1] == '\n')
+            continue;
         bytes[kept++] = bytes[i];
     }
     return kept;
@@ -194,7 +180,7 @@ int _read(int descriptor, void* buffer, unsigned int size)
     const ssize_t got = ::read(descriptor, buffer, size);
     if (got <= 0 || !modes().is_text(descriptor))
         return static_cast<int>(got);
-    return static_cast<int>(without_carriage_returns(descriptor, static_cast<char*>(buffer), static_cast<size_t>(got)));
+    return static_cast<int>(without_carriage_returns(static_cast<char*>(buffer), static_cast<size_t>(got)));
 }
 
 int _write(int descriptor, const void* buffer, unsigned int size)

@@ -131,14 +131,14 @@ std::string text_argument(Arguments& arguments, const Conversion& conversion, bo
     return narrow;
 }
 
+// The precision, and the width that is filled with zeros, count the sign.
 std::string padded_digits(std::string number, bool negative, const Conversion& conversion)
 {
-    size_t least = conversion.precision;
-    if (conversion.zeros && !conversion.left) {
-        least = std::max(least, conversion.width - std::min<size_t>(conversion.width, negative ? 1 : 0));
-    }
-    if (number.size() < least)
-        number.insert(0, least - number.size(), '0');
+    const size_t zero_width = conversion.zeros && !conversion.left ? conversion.width : 0;
+    const size_t least = std::max(conversion.precision, zero_width);
+    const size_t length = number.size() + (negative ? 1 : 0);
+    if (length < least)
+        number.insert(0, least - length, '0');
     return negative ? "-" + number : number;
 }
 

@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <dbt.h>
+
+#include "recording_window.h"
+
+namespace {
+
+constexpr GUID usb_devices = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
+
+class Device_notification_contract : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        contract::recorder().clear();
+        contract::register_recorder_class();
+        window_ = contract::create_recorder_window();
+        ASSERT_NE(window_, nullptr);
+        filter_.dbcc_size = sizeof filter_;
+        filter_.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+        filter_.dbcc_classguid = usb_devices;
+    }
+    void TearDown() override
+    {
+        DestroyWindow(window_);
+        contract::unregister_recorder_class();
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        }
+    }
+
+    HWND window_ = nullptr;
+    DEV_BROADCAST_DEVICEINTERFACE_A filter_{};
+};
+
+TEST_F(Device_notification_contract, TheRecordsLayout)
+{
+    EXPECT_EQ(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A), 32u);
+    EXPECT_EQ(offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), 28u);
+    EXPECT_EQ(offsetof(DEV_BROADCAST_HDR, dbch_devicetype), 4u);
+    EXPECT_EQ(DBT_DEVICEARRIVAL, 0x8000);
+    EXPECT_EQ(DBT_DEVICEREMOVECOMPLETE, 0x8004);
+}
+
+TEST_F(Device_notification_contract, AWindowIsRegisteredAndUnregistered)
+{
+    const HDEVNOTIFY registered = RegisterDeviceNotificationA(window_, &filter_, DEVICE_NOTIFY_WINDOW_HANDLE);
+    ASSERT_NE(registered, nullptr);
+    EXPECT_TRUE(UnregisterDeviceNotification(registered));
+    EXPECT_FALSE(UnregisterDeviceNotification(nullptr));
+}
+
+TEST_F(Device_notification_contract, AFilterOfAnotherKindIsRefused)
+{
+    filter_.dbcc_devicetype = DBT_DEVTYP_VOLUME;
+    SetLastError(0);
+    EXPECT_EQ(RegisterDeviceNotificationA(window_, &filter_, DEVICE_NOTIFY_WINDOW_HANDLE), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_DATA});
+}
+
+TEST_F(Device_notification_contract, ARecipientThatIsNoWindowIsRefused)
+{
+    EXPECT_EQ(RegisterDeviceNotificationA(nullptr, &filter_, DEVICE_NOTIFY_WINDOW_HANDLE), nullptr);
+}
+
+TEST_F(Device_notification_contract, UnknownFlagsAreRefused)
+{
+    SetLastError(0);
+    EXPECT_EQ(RegisterDeviceNotificationA(window_, &filter_, 0x80), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+}  // namespace

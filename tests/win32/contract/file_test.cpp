@@ -1,0 +1,205 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+constexpr int log_flags = _O_RDWR | _O_APPEND | _O_CREAT;
+
+class File_contract : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        directory_ =
+            std::filesystem::temp_directory_path() / ("win32_contract_" + std::to_string(GetCurrentProcessId()));
+        std::filesystem::create_directory(directory_);
+    }
+    void TearDown() override { std::filesystem::remove_all(directory_); }
+
+    std::string path(const char* name) const { return (directory_ / name).string(); }
+
+    std::string on_disk(const char* name) const
+    {
+        std::ifstream file(path(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void put(const char* name, const std::string& bytes) const { std::ofstream(path(name), std::ios::binary) << bytes; }
+
+    int open(const char* name, int flags = log_flags) const
+    {
+        return _sopen(path(name).c_str(), flags, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+    }
+
+private:
+    std::filesystem::path directory_;
+};
+
+int write_text(int file, const std::string& text)
+{
+    return _write(file, text.data(), static_cast<unsigned>(text.size()));
+}
+
+TEST_F(File_contract, TextModeIsTheDefaultAndPutsACarriageReturnBeforeEveryLineFeed)
+{
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(write_text(file, "one\r\ntwo\n\nthree"), 15);
+    EXPECT_EQ(_filelength(file), 18);
+    EXPECT_EQ(on_disk("a.log"), "one\r\r\ntwo\r\n\r\nthree");
+    EXPECT_EQ(_close(file), 0);
+}
+
+TEST_F(File_contract, BinaryModeTranslatesNothing)
+{
+    const int file = open("a.bin", log_flags | _O_BINARY);
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(write_text(file, "one\r\ntwo\n"), 9);
+    EXPECT_EQ(_close(file), 0);
+    EXPECT_EQ(on_disk("a.bin"), "one\r\ntwo\n");
+}
+
+TEST_F(File_contract, AppendingContinuesWhatIsThere)
+{
+    put("a.log", "before");
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(_filelength(file), 6);
+    EXPECT_EQ(write_text(file, "+"), 1);
+    EXPECT_EQ(_close(file), 0);
+    EXPECT_EQ(on_disk("a.log"), "before+");
+}
+
+TEST_F(File_contract, OthersReadAndWriteAFileOpenedWithDenyNone)
+{
+    const int first = open("a.log");
+    const int second = open("a.log");
+    ASSERT_NE(first, -1);
+    ASSERT_NE(second, -1);
+    EXPECT_EQ(write_text(first, "1"), 1);
+    EXPECT_EQ(write_text(second, "2"), 1);
+    EXPECT_EQ(write_text(first, "3"), 1);
+    EXPECT_EQ(_filelength(second), 3);
+    EXPECT_EQ(_close(first), 0);
+    EXPECT_EQ(_close(second), 0);
+    EXPECT_EQ(on_disk("a.log"), "123");
+}
+
+TEST_F(File_contract, CommitSucceedsOnAnOpenFile)
+{
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(write_text(file, "x"), 1);
+    EXPECT_EQ(_commit(file), 0);
+    EXPECT_EQ(_close(file), 0);
+}
+
+TEST_F(File_contract, ReadingTextTakesTheCarriageReturnsOut)
+{
+    put("a.txt", "a\r\nb\rc\nd\r");
+    const int file = open("a.txt");
+    ASSERT_NE(file, -1);
+    char text[64] = {};
+    EXPECT_EQ(_read(file, text, sizeof text), 8);
+    EXPECT_EQ(std::string(text, 8), "a\nb\rc\nd\r");
+    EXPECT_EQ(_read(file, text, sizeof text), 0);
+    EXPECT_EQ(_close(file), 0);
+}
+
+TEST_F(File_contract, OpeningInAMissingDirectoryFails)
+{
+    errno = 0;
+    EXPECT_EQ(open("missing/a.log"), -1);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(File_contract, OpeningAMissingFileWithoutCreatingItFails)
+{
+    errno = 0;
+    EXPECT_EQ(open("a.log", _O_RDWR), -1);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(File_contract, AClosedDescriptorIsRefused)
+{
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(_close(file), 0);
+    errno = 0;
+    EXPECT_EQ(write_text(file, "x"), -1);
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_EQ(_filelength(file), -1);
+    EXPECT_EQ(_commit(file), -1);
+    EXPECT_EQ(_close(file), -1);
+}
+
+TEST_F(File_contract, TheModeOfAnOpenFileCanBeChanged)
+{
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(_setmode(file, _O_BINARY), _O_TEXT);
+    EXPECT_EQ(write_text(file, "x\n"), 2);
+    EXPECT_EQ(_setmode(file, _O_TEXT), _O_BINARY);
+    EXPECT_EQ(_close(file), 0);
+    EXPECT_EQ(on_disk("a.log"), "x\n");
+}
+
+TEST_F(File_contract, AFileIsNoTerminal)
+{
+    const int file = open("a.log");
+    ASSERT_NE(file, -1);
+    EXPECT_EQ(_isatty(file), 0);
+    EXPECT_EQ(_close(file), 0);
+    EXPECT_EQ(_fileno(stdout), 1);
+}
+
+TEST_F(File_contract, DeletingRemovesTheFile)
+{
+    put("a.log", "x");
+    EXPECT_TRUE(DeleteFileA(path("a.log").c_str()));
+    EXPECT_FALSE(std::filesystem::exists(path("a.log")));
+}
+
+TEST_F(File_contract, DeletingAMissingFileFails)
+{
+    SetLastError(0);
+    EXPECT_FALSE(DeleteFileA(path("a.log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+TEST_F(File_contract, MovingKeepsTheContents)
+{
+    put("a.log", "x");
+    EXPECT_TRUE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
+    EXPECT_FALSE(std::filesystem::exists(path("a.log")));
+    EXPECT_EQ(on_disk("b.log"), "x");
+}
+
+TEST_F(File_contract, MovingOntoAnExistingFileFailsAndChangesNothing)
+{
+    put("a.log", "a");
+    put("b.log", "b");
+    SetLastError(0);
+    EXPECT_FALSE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS});
+    EXPECT_EQ(on_disk("a.log"), "a");
+    EXPECT_EQ(on_disk("b.log"), "b");
+}
+
+TEST_F(File_contract, MovingAMissingFileFails)
+{
+    SetLastError(0);
+    EXPECT_FALSE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+}  // namespace

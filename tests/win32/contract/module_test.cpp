@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+TEST(Module_contract, TheExecutableIsTheNullModule)
+{
+    EXPECT_NE(GetModuleHandleA(nullptr), nullptr);
+    EXPECT_EQ(GetModuleHandleA(nullptr), GetModuleHandleA(nullptr));
+}
+
+TEST(Module_contract, AModuleThatIsNotLoadedIsNotFound)
+{
+    SetLastError(0);
+    EXPECT_EQ(GetModuleHandleA("contract_nothing.dll"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    SetLastError(0);
+    EXPECT_EQ(LoadLibraryA("contract_nothing.dll"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+TEST(Module_contract, TheExecutablesPath)
+{
+    char path[4096];
+    const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
+    EXPECT_EQ(length, std::strlen(path));
+    EXPECT_NE(std::string(path).find("win32_contract_tests"), std::string::npos);
+    SetLastError(0);
+    EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 5u);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+}
+
+TEST(Module_contract, AMissingFunctionIsNotFound)
+{
+    SetLastError(0);
+    EXPECT_EQ(GetProcAddress(GetModuleHandleA(nullptr), "contract_no_such_function"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+}
+
+TEST(Resource_contract, AResourceIsFoundUnderEitherSpellingOfItsType)
+{
+    const HMODULE self = GetModuleHandleA(nullptr);
+    for (const char* const type : {"contract_raw", "CONTRACT_RAW"}) {
+        const HRSRC found = FindResourceA(self, MAKEINTRESOURCEA(101), type);
+        ASSERT_NE(found, nullptr);
+        EXPECT_EQ(SizeofResource(self, found), 8u);
+        const HGLOBAL loaded = LoadResource(self, found);
+        ASSERT_NE(loaded, nullptr);
+        const void* const bytes = LockResource(loaded);
+        ASSERT_NE(bytes, nullptr);
+        EXPECT_EQ(std::memcmp(bytes, "Contract", 8), 0);
+    }
+    EXPECT_NE(FindResourceA(nullptr, "#101", "contract_raw"), nullptr);
+}
+
+TEST(Resource_contract, AMissingResourceSaysWhatIsMissing)
+{
+    SetLastError(0);
+    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(102), "contract_raw"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
+    SetLastError(0);
+    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(101), "contract_none"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_TYPE_NOT_FOUND});
+}
+
+TEST(Console_contract, HandlersAreSetAndTakenBack)
+{
+    const PHANDLER_ROUTINE handler = [](DWORD) -> BOOL { return TRUE; };
+    EXPECT_TRUE(SetConsoleCtrlHandler(handler, TRUE));
+    EXPECT_TRUE(SetConsoleCtrlHandler(handler, FALSE));
+    SetLastError(0);
+    EXPECT_FALSE(SetConsoleCtrlHandler(handler, FALSE));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+
+LRESULT CALLBACK first_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
+{
+    return DefWindowProcA(window, message, wparam, lparam);
+}
+
+LRESULT CALLBACK second_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
+{
+    return DefWindowProcA(window, message, wparam, lparam);
+}
+
+WNDCLASSEXA description(const char* name, WNDPROC procedure = first_procedure)
+{
+    WNDCLASSEXA result{};
+    result.cbSize = sizeof result;
+    result.style = CS_HREDRAW | CS_VREDRAW;
+    result.lpfnWndProc = procedure;
+    result.hInstance = GetModuleHandleA(nullptr);
+    result.lpszClassName = name;
+    return result;
+}
+
+class Window_class_contract : public testing::Test {
+protected:
+    void TearDown() override { UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)); }
+};
+
+TEST_F(Window_class_contract, TheRecordHas80Bytes)
+{
+    EXPECT_EQ(sizeof(WNDCLASSEXA), 80u);
+}
+
+TEST_F(Window_class_contract, ASecondRegistrationFailsAndTheFirstStays)
+{
+    const WNDCLASSEXA first = description("CONTRACT");
+    const WNDCLASSEXA second = description("contract", second_procedure);
+    EXPECT_NE(RegisterClassExA(&first), 0);
+    SetLastError(0);
+    EXPECT_EQ(RegisterClassExA(&second), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_ALREADY_EXISTS});
+    WNDCLASSEXA found{};
+    found.cbSize = sizeof found;
+    ASSERT_TRUE(GetClassInfoExA(GetModuleHandleA(nullptr), "CONTRACT", &found));
+    EXPECT_EQ(found.lpfnWndProc, first.lpfnWndProc);
+    EXPECT_EQ(found.style, UINT{3});
+}
+
+TEST_F(Window_class_contract, ARecordOfTheWrongSizeIsRefused)
+{
+    WNDCLASSEXA wrong = description("CONTRACT");
+    wrong.cbSize = 7;
+    SetLastError(0);
+    EXPECT_EQ(RegisterClassExA(&wrong), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+TEST_F(Window_class_contract, AnUnregisteredClassIsGone)
+{
+    const WNDCLASSEXA added = description("CONTRACT");
+    ASSERT_NE(RegisterClassExA(&added), 0);
+    EXPECT_TRUE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
+    SetLastError(0);
+    EXPECT_FALSE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_DOES_NOT_EXIST});
+    WNDCLASSEXA found{};
+    found.cbSize = sizeof found;
+    EXPECT_FALSE(GetClassInfoExA(GetModuleHandleA(nullptr), "CONTRACT", &found));
+}
+
+TEST_F(Window_class_contract, AClassWithAWindowCannotBeUnregistered)
+{
+    const WNDCLASSEXA added = description("CONTRACT");
+    ASSERT_NE(RegisterClassExA(&added), 0);
+    const HWND window =
+        CreateWindowExA(0, "CONTRACT", "", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(window, nullptr);
+    SetLastError(0);
+    EXPECT_FALSE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_HAS_WINDOWS});
+    EXPECT_TRUE(DestroyWindow(window));
+    EXPECT_TRUE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
+}
+
+TEST_F(Window_class_contract, AClassCanBeNamedByItsAtom)
+{
+    const WNDCLASSEXA added = description("CONTRACT");
+    const ATOM atom = RegisterClassExA(&added);
+    ASSERT_NE(atom, 0);
+    const HWND window = CreateWindowExA(0, MAKEINTRESOURCEA(atom), "", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100, nullptr,
+                                        nullptr, GetModuleHandleA(nullptr), nullptr);
+    EXPECT_NE(window, nullptr);
+    EXPECT_TRUE(DestroyWindow(window));
+}
+
+}  // namespace

@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <thread>
+#include <vector>
+
+#include "recording_window.h"
+
+namespace {
+
+using contract::create_recorder_window;
+using contract::recorder;
+
+class Window_contract : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        recorder().clear();
+        contract::register_recorder_class();
+    }
+    void TearDown() override
+    {
+        contract::unregister_recorder_class();
+        MSG message;
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        }
+    }
+};
+
+TEST_F(Window_contract, CreationAndDestructionSendTheirMessagesInOrder)
+{
+    const std::vector<UINT> of_creation{WM_GETMINMAXINFO, WM_NCCREATE, WM_NCCALCSIZE, WM_CREATE};
+    const std::vector<UINT> of_destruction{WM_DESTROY, WM_NCDESTROY};
+    const HWND window = create_recorder_window();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(recorder().messages(of_creation), of_creation);
+    EXPECT_TRUE(IsWindow(window));
+    EXPECT_TRUE(DestroyWindow(window));
+    EXPECT_EQ(recorder().messages(of_destruction), of_destruction);
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_F(Window_contract, ARefusedFirstMessageFailsTheCreation)
+{
+    recorder().answer(WM_NCCREATE, FALSE);
+    EXPECT_EQ(create_recorder_window(), nullptr);
+    EXPECT_EQ(recorder().handler_of(WM_CREATE), 0u);
+    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+}
+
+TEST_F(Window_contract, ARefusedCreationMessageFailsTheCreation)
+{
+    recorder().answer(WM_CREATE, -1);
+    EXPECT_EQ(create_recorder_window(), nullptr);
+    EXPECT_NE(recorder().handler_of(WM_NCDESTROY), 0u);
+    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+}
+
+TEST_F(Window_contract, AnUnknownClassFailsTheCreation)
+{
+    const HWND window = CreateWindowExA(0, "CONTRACT_UNKNOWN", "", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100, nullptr,
+                                        nullptr, GetModuleHandleA(nullptr), nullptr);
+    EXPECT_EQ(window, nullptr);
+}
+
+TEST_F(Window_contract, OnlyTheOwnersThreadDestroysAWindow)
+{
+    const contract::Window_thread owner;
+    ASSERT_NE(owner.window(), nullptr);
+    SetLastError(0);
+    EXPECT_FALSE(DestroyWindow(owner.window()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_TRUE(IsWindow(owner.window()));
+}
+
+TEST_F(Window_contract, ADestroyedWindowIsRefusedEverywhere)
+{
+    const HWND window = create_recorder_window();
+    ASSERT_TRUE(DestroyWindow(window));
+    EXPECT_FALSE(DestroyWindow(window));
+    SetLastError(0);
+    EXPECT_EQ(GetWindowLongPtrA(window, GWLP_USERDATA), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    SetLastError(0);
+    EXPECT_EQ(SendMessageA(window, WM_CLOSE, 0, 0), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    SetLastError(0);
+    EXPECT_FALSE(PostMessageA(window, WM_CLOSE, 0, 0));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    EXPECT_EQ(GetWindowThreadProcessId(window, nullptr), 0u);
+}
+
+TEST_F(Window_contract, AThreadsWindowsEndWithIt)
+{
+    HWND window = nullptr;
+    std::thread([&] { window = create_recorder_window(); }).join();
+    EXPECT_NE(window, nullptr);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(recorder().handler_of(WM_DESTROY), 0u);
+}
+
+TEST_F(Window_contract, AValueBehindTheExtraBytesIsZero)
+{
+    const HWND window = create_recorder_window();
+    SetLastError(0);
+    EXPECT_EQ(GetWindowLongPtrA(window, 8), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_INDEX});
+    EXPECT_TRUE(DestroyWindow(window));
+}
+
+TEST_F(Window_contract, TheValuesOfAWindow)
+{
+    const HWND window = create_recorder_window();
+    EXPECT_EQ(GetWindowLongPtrA(window, GWLP_WNDPROC), reinterpret_cast<LONG_PTR>(contract::record_message));
+    EXPECT_EQ(GetWindowLongPtrA(window, GWLP_HINSTANCE), reinterpret_cast<LONG_PTR>(GetModuleHandleA(nullptr)));
+    EXPECT_EQ(SetWindowLongPtrA(window, GWLP_USERDATA, 77), 0);
+    EXPECT_EQ(SetWindowLongPtrA(window, GWLP_USERDATA, 78), 77);
+    EXPECT_EQ(GetWindowLongPtrA(window, GWLP_USERDATA), 78);
+    EXPECT_EQ(GetWindowThreadProcessId(window, nullptr), GetCurrentThreadId());
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    EXPECT_EQ(process, GetCurrentProcessId());
+    EXPECT_TRUE(DestroyWindow(window));
+}
+
+TEST_F(Window_contract, WithoutTheDefaultProcedureAWindowIsFoundByItsClassOnly)
+{
+    const HWND window = create_recorder_window("Contract title");
+    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), window);
+    EXPECT_EQ(FindWindowA("contract_recorder", nullptr), window);
+    EXPECT_EQ(FindWindowA(nullptr, "Contract title"), nullptr);
+    EXPECT_TRUE(DestroyWindow(window));
+    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+}
+
+TEST_F(Window_contract, TheDefaultProcedureKeepsTheTitleAndClosesTheWindow)
+{
+    WNDCLASSEXA plain{};
+    plain.cbSize = sizeof plain;
+    plain.lpfnWndProc = DefWindowProcA;
+    plain.hInstance = GetModuleHandleA(nullptr);
+    plain.lpszClassName = "CONTRACT_PLAIN";
+    ASSERT_NE(RegisterClassExA(&plain), 0);
+    const HWND window = CreateWindowExA(0, "CONTRACT_PLAIN", "Contract title", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100,
+                                        nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(FindWindowA("CONTRACT_PLAIN", "Contract title"), window);
+    SendMessageA(window, WM_CLOSE, 0, 0);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_TRUE(UnregisterClassA("CONTRACT_PLAIN", GetModuleHandleA(nullptr)));
+}
+
+}  // namespace

@@ -1,0 +1,44 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <future>
+
+namespace {
+
+std::promise<DWORD>* handled = nullptr;
+DWORD handler_thread = 0;
+
+BOOL WINAPI note_event(DWORD event)
+{
+    handler_thread = GetCurrentThreadId();
+    handled->set_value(event);
+    return TRUE;
+}
+
+TEST(Interrupt, TheHandlerRunsOnAThreadOfItsOwn)
+{
+    std::promise<DWORD> event;
+    handled = &event;
+    ASSERT_TRUE(SetConsoleCtrlHandler(note_event, TRUE));
+    std::raise(SIGINT);
+    EXPECT_EQ(event.get_future().get(), DWORD{CTRL_C_EVENT});
+    EXPECT_NE(handler_thread, GetCurrentThreadId());
+    EXPECT_TRUE(SetConsoleCtrlHandler(note_event, FALSE));
+}
+
+TEST(Interrupt, AHandlerThatDeclinesLeavesItToTheOneBefore)
+{
+    std::promise<DWORD> event;
+    handled = &event;
+    const PHANDLER_ROUTINE declining = [](DWORD) -> BOOL { return FALSE; };
+    ASSERT_TRUE(SetConsoleCtrlHandler(note_event, TRUE));
+    ASSERT_TRUE(SetConsoleCtrlHandler(declining, TRUE));
+    std::raise(SIGINT);
+    EXPECT_EQ(event.get_future().get(), DWORD{CTRL_C_EVENT});
+    EXPECT_TRUE(SetConsoleCtrlHandler(declining, FALSE));
+    EXPECT_TRUE(SetConsoleCtrlHandler(note_event, FALSE));
+}
+
+}  // namespace

@@ -1,0 +1,62 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+
+#include "win32_double/control.h"
+
+namespace {
+
+TEST(Modules, ASharedObjectIsLoadedFoundAndFreedUnderItsModuleName)
+{
+    EXPECT_EQ(GetModuleHandleA("win32_double_sample.dll"), nullptr);
+    const HMODULE loaded = LoadLibraryA("win32_double_sample.dll");
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_EQ(GetModuleHandleA("WIN32_DOUBLE_SAMPLE"), loaded);
+    using Answer = int (*)();
+    const auto answer = reinterpret_cast<Answer>(GetProcAddress(loaded, "sample_answer"));
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer(), 42);
+    char path[4096];
+    EXPECT_NE(GetModuleFileNameA(loaded, path, sizeof path), 0u);
+    EXPECT_NE(std::strstr(path, "libwin32_double_sample.so"), nullptr);
+    EXPECT_TRUE(FreeLibrary(loaded));
+    EXPECT_EQ(GetModuleHandleA("win32_double_sample.dll"), nullptr);
+    EXPECT_FALSE(FreeLibrary(loaded));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+}
+
+TEST(Modules, AnAddedModuleIsFoundWhateverItsCaseUntilRemoved)
+{
+    win32_double::add_module("Added.dll");
+    const HMODULE added = GetModuleHandleA("added");
+    EXPECT_NE(added, nullptr);
+    EXPECT_EQ(GetModuleHandleA("C:\\somewhere\\ADDED.DLL"), added);
+    EXPECT_EQ(LoadLibraryA("added.dll"), added);
+    EXPECT_TRUE(FreeLibrary(added));
+    win32_double::remove_module("added.dll");
+    EXPECT_EQ(GetModuleHandleA("added"), nullptr);
+}
+
+TEST(Resources, AModuleHasTheResourcesThatWereRegisteredForIt)
+{
+    win32_double_register_resource("owner.dll", "kind", 7, "first", 5);
+    win32_double_register_resource("other.dll", "kind", 7, "other", 5);
+    const HMODULE owner = GetModuleHandleA("owner.dll");
+    const HRSRC found = FindResourceA(owner, MAKEINTRESOURCEA(7), "KIND");
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(std::memcmp(LockResource(LoadResource(owner, found)), "first", 5), 0);
+
+    // A module that is loaded anew registers again; its bytes lie elsewhere then.
+    win32_double_register_resource("owner.dll", "kind", 7, "second", 6);
+    EXPECT_EQ(FindResourceA(owner, MAKEINTRESOURCEA(7), "kind"), found);
+    EXPECT_EQ(SizeofResource(owner, found), 6u);
+    EXPECT_EQ(std::memcmp(LockResource(LoadResource(owner, found)), "second", 6), 0);
+
+    win32_double::remove_module("owner.dll");
+    EXPECT_EQ(FindResourceA(owner, MAKEINTRESOURCEA(7), "kind"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_DATA_NOT_FOUND});
+    win32_double::remove_module("other.dll");
+}
+
+}  // namespace
