@@ -41,8 +41,10 @@ Temporary_directory& temporary()
 }
 
 // The folder lies one level down, so that names that continue the folder's own with a backslash are removed as well.
-std::string make_temporary_folder()
+std::string temporary_folder()
 {
+    if (!temporary().path.empty())
+        return temporary().path / "ProgramData";
     std::string root = (std::filesystem::temp_directory_path() / "win32_double.XXXXXX").string();
     if (mkdtemp(root.data()) == nullptr)
         throw std::runtime_error("no temporary directory can be made");
@@ -69,7 +71,7 @@ std::string program_data()
     const std::lock_guard<std::mutex> guard(state().lock);
     if (state().path.empty()) {
         const char* const configured = std::getenv("WIN32_DOUBLE_PROGRAMDATA");
-        state().path = configured != nullptr && *configured != '\0' ? configured : make_temporary_folder();
+        state().path = configured != nullptr && *configured != '\0' ? configured : temporary_folder();
     }
     return state().path;
 }

@@ -14,7 +14,7 @@ TEST(Modules, ASharedObjectIsLoadedFoundAndFreedUnderItsModuleName)
     ASSERT_NE(loaded, nullptr);
     EXPECT_EQ(GetModuleHandleA("WIN32_DOUBLE_SAMPLE"), loaded);
     using Answer = int (*)();
-    const auto answer = reinterpret_cast<Answer>(GetProcAddress(loaded, "sample_answer"));
+    const auto answer = reinterpret_cast<Answer>(reinterpret_cast<void (*)()>(GetProcAddress(loaded, "sample_answer")));
     ASSERT_NE(answer, nullptr);
     EXPECT_EQ(answer(), 42);
     char path[4096];

@@ -4,6 +4,8 @@
 
 #include <dbt.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <future>
 #include <mutex>
@@ -141,22 +143,36 @@ TEST(Program_data, IsTheFolderThatWasSet)
     win32_double::set_program_data(before);
 }
 
+// Each process starts anew: other tests have left threads behind, and those do not outlive a plain fork.
+class Program_data_death_test : public testing::Test {
+protected:
+    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
 // The folder of a process that has set none is there while it runs and gone behind it.
-TEST(Program_data, OfAProcessIsRemovedAtItsEnd)
+TEST_F(Program_data_death_test, TheFolderOfAProcessIsRemovedAtItsEnd)
 {
+    // The other process comes here too: it inherits the place from this one, where temporary files then go.
+    if (std::getenv("WIN32_DOUBLE_TEST_ROOT") == nullptr) {
+        const std::string place = win32_double::program_data() + "/processes";
+        std::filesystem::create_directory(place);
+        setenv("WIN32_DOUBLE_TEST_ROOT", place.c_str(), 1);
+    }
+    const std::string root = std::getenv("WIN32_DOUBLE_TEST_ROOT");
     EXPECT_EXIT(
         {
+            setenv("TMPDIR", root.c_str(), 1);
             unsetenv("WIN32_DOUBLE_PROGRAMDATA");
-            win32_double::set_program_data("");
             const std::string folder = known_folder();
             std::filesystem::create_directory(folder + "\\Orvane");
             std::fprintf(stderr, "<%s:%d>", folder.c_str(), std::filesystem::is_directory(folder));
             std::exit(0);
         },
-        testing::ExitedWithCode(0), "<.*win32_double\\..*/ProgramData:1>");
+        testing::ExitedWithCode(0), "<.*/processes/win32_double\\..*/ProgramData:1>");
+    EXPECT_TRUE(std::filesystem::is_empty(root));
 }
 
-TEST(Program_data, ComesFromTheEnvironmentWhenItIsSetThere)
+TEST_F(Program_data_death_test, ComesFromTheEnvironmentWhenItIsSetThere)
 {
     EXPECT_EXIT(
         {
