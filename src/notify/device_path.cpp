@@ -15,7 +15,10 @@ const std::regex& device_path_pattern()
     return *pattern;
 }
 
-int parse_hexadecimal(const std::string& digits) { return static_cast<int>(std::strtol(digits.c_str(), nullptr, 16)); }
+int parse_hexadecimal(const std::string& digits)
+{
+    return static_cast<int>(std::strtol(digits.c_str(), nullptr, 16));
+}
 
 }  // namespace
 

@@ -8,7 +8,10 @@ namespace kvs::brenvozulta {
 namespace {
 
 // The class belongs to the host's executable, as the window does.
-HINSTANCE host_instance() { return GetModuleHandleA(nullptr); }
+HINSTANCE host_instance()
+{
+    return GetModuleHandleA(nullptr);
+}
 
 bool register_window_class(const char* class_name)
 {

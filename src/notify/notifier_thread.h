@@ -11,8 +11,9 @@ namespace kvs::brenvozulta {
 // window is closed. Throws std::runtime_error when there is no window or it gets no device notifications.
 void notifier_thread_main(const char* class_name, const std::function<void(HWND)>& window_created);
 
-// Ends the loop of the notifier thread `thread_id`, from any thread: closes the window and takes back the class. Returns
-// when the notifier thread has handled the closing, which it does once the subscriber that it may be in has returned.
+// Ends the loop of the notifier thread `thread_id`, from any thread: closes the window and takes back the class.
+// Returns when the notifier thread has handled the closing, which it does once the subscriber that it may be in has
+// returned.
 void close_notifier_window(HWND window, DWORD thread_id, const char* class_name);
 
 }  // namespace kvs::brenvozulta

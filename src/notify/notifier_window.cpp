@@ -14,8 +14,8 @@ namespace {
 // GUID_DEVINTERFACE_USB_DEVICE, which the headers only declare.
 constexpr GUID usb_device_interface = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
 
-// Of each thread its own, since a window's procedure runs on the thread that created it: a new notifier may start while a
-// thread that was stopped from inside a subscriber is still on its way out.
+// Of each thread its own, since a window's procedure runs on the thread that created it: a new notifier may start while
+// a thread that was stopped from inside a subscriber is still on its way out.
 thread_local HDEVNOTIFY registration = nullptr;
 thread_local bool registration_refused = false;
 
@@ -79,6 +79,9 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
     }
 }
 
-bool device_notification_refused() { return registration_refused; }
+bool device_notification_refused()
+{
+    return registration_refused;
+}
 
 }  // namespace kvs::brenvozulta

@@ -7,8 +7,8 @@ namespace kvs::brenvozulta {
 
 LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param, LPARAM l_param);
 
-// Whether the newest notifier window of the calling thread was given up because the operating system refused to register
-// it for device notifications.
+// Whether the newest notifier window of the calling thread was given up because the operating system refused to
+// register it for device notifications.
 bool device_notification_refused();
 
 }  // namespace kvs::brenvozulta

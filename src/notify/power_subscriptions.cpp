@@ -11,9 +11,8 @@ bool power_subscriptions::subscribe(PowerEventCallback callback)
 {
     const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
     // A null callback matches a free place, and is stored in it without a trace.
-    const auto place = std::find_if(table_.begin(), table_.end(), [=](PowerEventCallback entry) {
-        return entry == callback || entry == nullptr;
-    });
+    const auto place = std::find_if(table_.begin(), table_.end(),
+                                    [=](PowerEventCallback entry) { return entry == callback || entry == nullptr; });
     if (place == table_.end()) {
         return false;
     }
@@ -36,8 +35,8 @@ void power_subscriptions::dispatch(bool suspending)
 {
     const SysPowerEventType event = suspending ? SysPowerSleep : SysPowerResume;
     const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
-    // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the others
-    // from learning that the system sleeps.
+    // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the
+    // others from learning that the system sleeps.
     for (const PowerEventCallback& place : table_) {
         if (const PowerEventCallback callback = place) {
             log_exceptions([=] { callback(event); });

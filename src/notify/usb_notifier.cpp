@@ -125,6 +125,12 @@ usb_notifier& the_usb_notifier()
 
 }  // namespace kvs::brenvozulta
 
-bool InitUsbNotifier(char* windowClassName) { return kvs::brenvozulta::the_usb_notifier().start(windowClassName); }
+bool InitUsbNotifier(char* windowClassName)
+{
+    return kvs::brenvozulta::the_usb_notifier().start(windowClassName);
+}
 
-bool TerminateUsbNotifier(char* windowClassName) { return kvs::brenvozulta::the_usb_notifier().stop(windowClassName); }
+bool TerminateUsbNotifier(char* windowClassName)
+{
+    return kvs::brenvozulta::the_usb_notifier().stop(windowClassName);
+}

@@ -24,8 +24,8 @@ public:
 private:
     using unique_lock = boost::unique_lock<boost::mutex>;
 
-    // One start and its thread. A thread that was stopped from inside a subscriber may still be on its way out while the
-    // next one runs, so it has its own.
+    // One start and its thread. A thread that was stopped from inside a subscriber may still be on its way out while
+    // the next one runs, so it has its own.
     struct Run {
         bool starting = true;  // neither is there a window yet nor has the thread failed
         HWND window = nullptr;

@@ -1,0 +1,76 @@
+#include "notify/device_broadcast.h"
+
+#include <cstdint>
+
+#include "support.h"
+
+using kvs::brenvozulta::broadcast_device_name;
+using notify_test::Device_record;
+using notify_test::name_offset;
+
+namespace {
+
+TEST(Device_broadcast, the_name_ends_at_its_terminator)
+{
+    EXPECT_EQ(broadcast_device_name(Device_record("USB#VID_1A2B").address()), "USB#VID_1A2B");
+    EXPECT_EQ(broadcast_device_name(Device_record({"name\0more", 9}, name_offset + 9, name_offset + 9).address()),
+              "name");
+}
+
+TEST(Device_broadcast, a_null_pointer_has_no_name)
+{
+    EXPECT_EQ(broadcast_device_name(0), "");
+}
+
+TEST(Device_broadcast, an_empty_name_is_empty)
+{
+    EXPECT_EQ(broadcast_device_name(Device_record("").address()), "");
+}
+
+TEST(Device_broadcast, other_device_types_have_no_name)
+{
+    for (const DWORD type : {0u, 1u, 2u, 3u, 4u, 6u, 7u, 0x80000005u, 0xFFFFFFFFu}) {
+        const Device_record record("VID_1A2B&PID_00FF", name_offset + 17, name_offset + 17, type);
+        EXPECT_EQ(broadcast_device_name(record.address()), "") << type;
+    }
+}
+
+TEST(Device_broadcast, a_record_too_short_for_a_name_has_none_and_nothing_behind_it_is_read)
+{
+    for (DWORD size = 0; size <= name_offset; ++size) {
+        // The size itself is there to be read, and not a byte more than it tells.
+        const Device_record record("", size < sizeof size ? sizeof size : size, size);
+        EXPECT_EQ(broadcast_device_name(record.address()), "") << size;
+    }
+}
+
+TEST(Device_broadcast, a_name_without_terminator_ends_with_the_stated_size)
+{
+    const std::string_view name = "VID_1A2B&PID_00FF";
+    for (DWORD length = 1; length <= name.size(); ++length) {
+        const Device_record record(name, name_offset + length, static_cast<DWORD>(name_offset + length));
+        EXPECT_EQ(broadcast_device_name(record.address()), name.substr(0, length));
+    }
+}
+
+TEST(Device_broadcast, a_size_that_claims_too_little_cuts_the_name)
+{
+    const Device_record record("VID_1A2B&PID_00FF", name_offset + 17, name_offset + 8);
+    EXPECT_EQ(broadcast_device_name(record.address()), "VID_1A2B");
+}
+
+TEST(Device_broadcast, a_size_that_claims_too_much_does_not_lead_behind_the_terminator)
+{
+    for (const DWORD size : {100u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+        const Device_record record({"VID_1A2B\0", 9}, name_offset + 9, size);
+        EXPECT_EQ(broadcast_device_name(record.address()), "VID_1A2B") << size;
+    }
+}
+
+TEST(Device_broadcast, a_name_of_64_kib_is_read_whole)
+{
+    const std::string name(65536, 'A');
+    EXPECT_EQ(broadcast_device_name(Device_record(name).address()), name);
+}
+
+}  // namespace
