@@ -62,7 +62,7 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
         case WM_CREATE:
             return register_for_device_notifications(window);
         case WM_CLOSE:
-            UnregisterDeviceNotification(registration);
+            end_device_notifications();
             DestroyWindow(window);
             return 0;
         case WM_DESTROY:
@@ -76,6 +76,13 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
             return 0;
         default:
             return 0;
+    }
+}
+
+void end_device_notifications()
+{
+    if (registration != nullptr && UnregisterDeviceNotification(registration)) {
+        registration = nullptr;
     }
 }
 
