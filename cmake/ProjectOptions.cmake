@@ -17,6 +17,7 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
 if(WIN32)
   set(Boost_USE_STATIC_LIBS ON)
   set(Boost_USE_STATIC_RUNTIME ON)
+  set(ZLIB_USE_STATIC_LIBS ON)
   # The Windows headers of Windows 7 and later; no minimum and maximum macros; narrow versions of the functions.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static)
