@@ -1,0 +1,48 @@
+// The commands of the tool. Each add function describes one command and its options to the parser; parsing a command
+// line then leaves the command's action in the Command_line.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <functional>
+#include <string>
+
+namespace vyra_tool {
+
+class Output;
+
+struct Common_options {
+    bool json = false;
+    std::string scanner;  // empty: the first one
+    std::uint32_t log_level = 0;
+};
+
+// Does the command's work; throws a Failure when it cannot, Wrong_usage when the values do not make sense.
+using Action = std::function<void(const Common_options&, Output&)>;
+
+struct Command_line {
+    Common_options common;
+    Action action;
+};
+
+// Adds a subcommand with the options that all commands share; examples stand at the end of its help.
+CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& description,
+                      const std::string& examples);
+// The same for a command that works on one scanner.
+CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name,
+                              const std::string& description, const std::string& examples);
+
+void add_list(CLI::App& app, Command_line& line);
+void add_capture(CLI::App& app, Command_line& line);
+void add_info(CLI::App& app, Command_line& line);
+void add_leds(CLI::App& app, Command_line& line);
+void add_beep(CLI::App& app, Command_line& line);
+void add_param(CLI::App& app, Command_line& line);
+void add_snapshot(CLI::App& app, Command_line& line);
+void add_calibration(CLI::App& app, Command_line& line);
+void add_firmware(CLI::App& app, Command_line& line);
+void add_watch(CLI::App& app, Command_line& line);
+
+// Parses the arguments (without the program's name) and runs the command; returns the exit code.
+int run(const std::vector<std::string>& arguments, std::FILE* results);
+
+}  // namespace vyra_tool

@@ -1,0 +1,77 @@
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "command_line.h"
+#include "failure.h"
+#include "files.h"
+#include "firmware.h"
+#include "output.h"
+
+namespace vyra_tool {
+namespace {
+
+struct Firmware_options {
+    std::string file;
+    bool yes = false;
+};
+
+// The question goes to the standard error; anything but a yes on the standard input, its end included, is a no.
+bool confirmed(const std::string& question)
+{
+    std::cerr << question << " [y/N] " << std::flush;
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+std::vector<std::uint8_t> firmware_image(const std::string& file)
+{
+    std::vector<std::uint8_t> image = read_file(file);
+    if (image.empty()) {
+        throw Failure("the file \"" + file + "\" is empty: no firmware was loaded",
+                      "name the file with the scanner's firmware");
+    }
+    return image;
+}
+
+void firmware(const Common_options& common, const Firmware_options& options, Output& output)
+{
+    const std::vector<std::uint8_t> image = firmware_image(options.file);
+    const Library library(common.log_level);
+    Scanner scanner(library, library.choose(common.scanner));
+    const std::string before = scanner.info().version;
+    if (!options.yes && !confirmed("Load \"" + options.file + "\" (" + std::to_string(image.size()) +
+                                   " bytes) into \"" + scanner.name() + "\", which has version " + before + "?")) {
+        throw Failure("not confirmed: no firmware was loaded", "answer y, or give --yes");
+    }
+    const std::string after = update_firmware(scanner, image).version;
+    if (output.json()) {
+        output.object({{"scanner", scanner.name()}, {"version_before", before}, {"version", after}});
+    } else {
+        output.line("\"" + scanner.name() + "\" had version " + before + " and now reports " + after);
+    }
+}
+
+}  // namespace
+
+void add_firmware(CLI::App& app, Command_line& line)
+{
+    auto options = std::make_shared<Firmware_options>();
+    CLI::App* command =
+        add_scanner_command(app, line, "firmware",
+                            "Load firmware from a file into the scanner and restart it. The file goes to the\n"
+                            "scanner as it is: use the maker's file for this very model. Asks first; refuses while\n"
+                            "video runs on the scanner; says at the end which version the scanner reports. Once\n"
+                            "the transfer has begun, Ctrl-C does not end it.",
+                            "Examples:\n"
+                            "  vyra firmware rq7_2_6.bin\n"
+                            "  vyra firmware rq7_2_6.bin --scanner RQ7-0001 --yes --json");
+    command->add_option("file", options->file, "The file with the firmware")->required()->option_text("FILE");
+    command->add_flag("--yes", options->yes, "Do not ask");
+    command->callback([&line, options] {
+        line.action = [options](const Common_options& common, Output& output) { firmware(common, *options, output); };
+    });
+}
+
+}  // namespace vyra_tool

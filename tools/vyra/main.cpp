@@ -1,0 +1,15 @@
+#include "command_line.h"
+#include "platform.h"
+
+int main(int count, char** values)
+{
+    vyra_tool::catch_interrupts();
+    std::FILE* results = vyra_tool::take_standard_output();
+    if (results == nullptr) {
+        std::fputs("vyra: there is no standard output to write to\n", stderr);
+        return 1;
+    }
+    const int code = vyra_tool::run(vyra_tool::program_arguments(count, values), results);
+    std::fclose(results);
+    return code;
+}

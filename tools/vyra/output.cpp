@@ -1,0 +1,84 @@
+#include "output.h"
+
+#include <nlohmann/json.hpp>
+
+#include "failure.h"
+#include "platform.h"
+#include "status_text.h"
+
+namespace vyra_tool {
+namespace {
+
+// One line of JSON. Scanner names are 8-bit text of an unknown character set: what is not UTF-8 is replaced.
+std::string serialized(const nlohmann::ordered_json& value)
+{
+    return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+}  // namespace
+
+void Output::line(const std::string& text)
+{
+    std::fputs(text.c_str(), results_);
+    std::fputc('\n', results_);
+    if (std::fflush(results_) != 0 || std::ferror(results_) != 0) {
+        throw Failure("cannot write to the standard output", "check where it is redirected to");
+    }
+}
+
+void Output::object(const nlohmann::ordered_json& value)
+{
+    line(serialized(value));
+}
+
+void Output::note(const std::string& text)
+{
+    std::fprintf(stderr, "vyra: %s\n", text.c_str());
+    std::fflush(stderr);
+}
+
+void Output::failure(const Failure& failure) const
+{
+    if (json_) {
+        nlohmann::ordered_json error = {{"message", failure.what()}};
+        if (failure.code()) {
+            const Status_text text = status_text(*failure.code());
+            error.update({{"code", *failure.code()}, {"name", text.name}, {"text", text.meaning}});
+        }
+        error["try"] = failure.advice();
+        std::fprintf(stderr, "%s\n", serialized({{"error", error}}).c_str());
+        return;
+    }
+    std::string message = failure.what();
+    if (failure.code()) {
+        const Status_text text = status_text(*failure.code());
+        message += ": " + std::to_string(*failure.code()) + " " + text.name + " (" + text.meaning + ")";
+    }
+    note(message);
+    std::fprintf(stderr, "      try: %s\n", failure.advice().c_str());
+}
+
+Progress::Progress() : terminal_(is_terminal(stderr)) {}
+
+void Progress::show(const std::string& text)
+{
+    if (!terminal_) {
+        return;
+    }
+    // Blanks wipe out what was longer; not every console understands an erase sequence.
+    const std::size_t padding = shown_ > text.size() ? shown_ - text.size() : 0;
+    std::fprintf(stderr, "\r%s%s", text.c_str(), std::string(padding, ' ').c_str());
+    std::fflush(stderr);
+    shown_ = text.size();
+}
+
+void Progress::clear()
+{
+    if (shown_ > 0) {
+        show("");
+        std::fputc('\r', stderr);
+        std::fflush(stderr);
+    }
+}
+
+}  // namespace vyra_tool

@@ -1,0 +1,25 @@
+// What the tool needs of the operating system beyond the C++ library. platform_windows.cpp or platform_posix.cpp
+// implements it.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace vyra_tool {
+
+// From now on the user's wish to end the program (Ctrl-C, a closed console, a request to terminate) is noted in
+// interrupt.h instead of ending the process, so that a scanner in use is always stopped and closed.
+void catch_interrupts();
+
+// A stream of the tool's own to where standard output went so far; standard output itself goes to standard error from
+// now on. The library writes lines of its own to standard output, which would otherwise stand between the tool's
+// results.
+std::FILE* take_standard_output();
+
+bool is_terminal(std::FILE* stream);
+
+// The program's arguments without its name, in UTF-8.
+std::vector<std::string> program_arguments(int count, char** values);
+
+}  // namespace vyra_tool

@@ -1,0 +1,71 @@
+#include <windows.h>
+// shellapi.h needs windows.h before it.
+#include <io.h>
+#include <shellapi.h>
+
+#include <memory>
+
+#include "interrupt.h"
+#include "platform.h"
+
+namespace vyra_tool {
+namespace {
+
+// Runs on a thread of the system. For everything but Ctrl-C and Ctrl-Break the process ends as soon as this returns, or
+// after some seconds: it waits, and the program's orderly end comes first.
+BOOL WINAPI note_control_event(DWORD event)
+{
+    request_interrupt();
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        Sleep(INFINITE);
+    }
+    return TRUE;
+}
+
+std::string to_utf8(const wchar_t* text)
+{
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    if (size <= 0) {
+        return {};
+    }
+    std::string converted(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, converted.data(), size, nullptr, nullptr);
+    converted.resize(converted.size() - 1);  // without the terminator
+    return converted;
+}
+
+}  // namespace
+
+void catch_interrupts()
+{
+    SetConsoleCtrlHandler(nullptr, FALSE);  // a parent may have passed on that Ctrl-C is ignored
+    SetConsoleCtrlHandler(note_control_event, TRUE);
+}
+
+std::FILE* take_standard_output()
+{
+    const int copy = _dup(_fileno(stdout));
+    std::FILE* results = copy < 0 ? nullptr : _fdopen(copy, "w");
+    _dup2(_fileno(stderr), _fileno(stdout));
+    SetConsoleOutputCP(CP_UTF8);
+    return results;
+}
+
+bool is_terminal(std::FILE* stream)
+{
+    return _isatty(_fileno(stream)) != 0;
+}
+
+std::vector<std::string> program_arguments(int, char**)
+{
+    int count = 0;
+    const std::unique_ptr<wchar_t*[], decltype(&LocalFree)> values(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                                   LocalFree);
+    std::vector<std::string> arguments;
+    for (int i = 1; values && i < count; ++i) {
+        arguments.push_back(to_utf8(values[static_cast<std::size_t>(i)]));
+    }
+    return arguments;
+}
+
+}  // namespace vyra_tool

@@ -1,0 +1,88 @@
+#include "png_writer.h"
+
+#include <png.h>
+
+#include <cmath>
+#include <csetjmp>
+#include <exception>
+#include <string>
+
+#include "failure.h"
+
+namespace vyra_tool {
+namespace {
+
+constexpr double metres_per_inch = 0.0254;
+// A third of the time of the usual level for images that are hardly larger, so that capture keeps up with the scanner.
+constexpr int compression_level = 2;
+
+struct Sink {
+    std::vector<std::uint8_t> bytes;
+    std::string error;
+};
+
+void append(png_structp png, png_bytep data, std::size_t length)
+{
+    auto& sink = *static_cast<Sink*>(png_get_io_ptr(png));
+    bool stored = false;
+    try {
+        sink.bytes.insert(sink.bytes.end(), data, data + length);
+        stored = true;
+    } catch (const std::exception&) {
+        // must not unwind through libpng's C frames
+    }
+    if (!stored) {
+        png_error(png, "out of memory");
+    }
+}
+
+void flush(png_structp) {}
+
+[[noreturn]] void fail(png_structp png, png_const_charp message)
+{
+    static_cast<Sink*>(png_get_error_ptr(png))->error = message;
+    png_longjmp(png, 1);
+}
+
+void ignore(png_structp, png_const_charp) {}
+
+// libpng leaves this frame by longjmp when it fails: nothing with a destructor may stand in it.
+bool write(png_structp png, png_infop info, const std::uint8_t* pixels, Image_size size, png_uint_32 pixels_per_metre)
+{
+    if (setjmp(png_jmpbuf(png)) != 0) {
+        return false;
+    }
+    png_set_compression_level(png, compression_level);
+    png_set_IHDR(png, info, size.width, size.height, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_pHYs(png, info, pixels_per_metre, pixels_per_metre, PNG_RESOLUTION_METER);
+    png_write_info(png, info);
+    for (std::uint32_t row = 0; row < size.height; ++row) {
+        png_write_row(png, pixels + std::size_t{row} * size.width);
+    }
+    png_write_end(png, info);
+    return true;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch)
+{
+    Sink sink;
+    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &sink, fail, ignore);
+    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
+    bool written = false;
+    if (info != nullptr) {
+        png_set_write_fn(png, &sink, append, flush);
+        written =
+            write(png, info, pixels, size, static_cast<png_uint_32>(std::lround(pixels_per_inch / metres_per_inch)));
+    }
+    png_destroy_write_struct(&png, &info);
+    if (!written) {
+        throw Failure("cannot encode the image as PNG: " + (sink.error.empty() ? "out of memory" : sink.error),
+                      "close other programs and try again");
+    }
+    return std::move(sink.bytes);
+}
+
+}  // namespace vyra_tool

@@ -1,0 +1,20 @@
+// 8-bit grey images as PNG.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace vyra_tool {
+
+struct Image_size {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+
+    std::size_t bytes() const noexcept { return std::size_t{width} * height; }
+};
+
+// The PNG file of an image, with its resolution (the same across and down) as physical pixel size. Throws a Failure
+// when libpng refuses the image.
+std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch);
+
+}  // namespace vyra_tool

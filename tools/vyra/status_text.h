@@ -1,0 +1,16 @@
+// What the library's status codes mean to a person, and what to try.
+#pragma once
+
+#include <string>
+
+namespace vyra_tool {
+
+struct Status_text {
+    std::string name;  // "VYRA_DEVICE_UNAVAIL", or "driver result 7" for a result the library hands through
+    std::string meaning;
+    std::string advice;  // what to try
+};
+
+Status_text status_text(int code);
+
+}  // namespace vyra_tool

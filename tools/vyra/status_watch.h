@@ -1,0 +1,41 @@
+// One open scanner whose status is waited for on a thread of its own. The library's status wait ends on every kind of
+// change; what is reported is a status that differs from the one before.
+#pragma once
+
+#include <atomic>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include "event_queue.h"
+#include "session.h"
+
+namespace vyra_tool {
+
+class Status_watch {
+public:
+    Status_watch(const Library& library, Event_queue& events) : library_(library), events_(events) {}
+    ~Status_watch() { close(); }
+    Status_watch(const Status_watch&) = delete;
+    Status_watch& operator=(const Status_watch&) = delete;
+
+    // Opens the scanner, also one that was open before and came back, and waits for its status from now on. Says so and
+    // goes without when it cannot be opened.
+    void open(const std::string& name);
+    // The scanner that is or was open; empty before.
+    const std::string& name() const noexcept { return name_; }
+
+private:
+    void close();
+    void wait(std::uint32_t handle);
+
+    const Library& library_;
+    Event_queue& events_;
+    std::string name_;
+    std::optional<Scanner> scanner_;
+    std::thread thread_;
+    std::atomic<bool> closing_{false};
+    int last_ = 0;  // the thread's own while it runs
+};
+
+}  // namespace vyra_tool
