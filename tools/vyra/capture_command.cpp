@@ -18,24 +18,22 @@ constexpr std::uint32_t roll_mode = 0;
 constexpr Image_size flat_size{1600, 1500};
 constexpr Image_size roll_size{1608, 1000};
 
-const char* const description =
-    "Capture images as 8-bit grey PNG files of 500 pixels per inch.\n"
-    "\n"
-    "The files are image_0001.png and so on; existing files are never overwritten. Images\n"
-    "are 1600x1500 pixels, with --roll 1608x1000. The library does not tell how large an\n"
-    "image is: give --size when the scanner, or a simulated one, delivers another size.\n"
-    "\n"
-    "While it works, a terminal shows the frames, the frame rate and the drops. Drops are\n"
-    "images that found no empty buffer: the tool keeps 4 requests with the library, and\n"
-    "when all were filled before it came back, every frame interval that passed without\n"
-    "one is counted. 0 drops means that no image was lost. Ctrl-C ends a capture in order.";
+const char* const capture_guide =
+    R"(The images are 8-bit grey PNG files of 500 pixels per inch, image_0001.png and so on;
+existing files are never overwritten. An image has 1600x1500 pixels, with --roll
+1608x1000. The library does not tell how large an image is: give --size when the
+scanner, or a simulated one, delivers another size.
 
-const char* const examples =
-    "Examples:\n"
-    "  vyra capture                          one flat image into the current directory\n"
-    "  vyra capture --frames 20 --out flat   twenty images into the directory flat\n"
-    "  vyra capture --roll --frames 0        rolled fingers until Ctrl-C\n"
-    "  vyra capture --size 800x750 --json    images of another size; a summary as JSON";
+While it works, a terminal shows the frames, the frame rate and the drops. Drops are
+images that found no empty buffer: the tool keeps 4 requests with the library, and when
+all were filled before it came back, every frame interval that passed without one is
+counted. 0 drops means that no image was lost. Ctrl-C ends a capture in order.
+
+Examples:
+  vyra capture                          one flat image into the current directory
+  vyra capture --frames 20 --out flat   twenty images into the directory flat
+  vyra capture --roll --frames 0        rolled fingers until Ctrl-C
+  vyra capture --size 800x750 --json    images of another size; a summary as JSON)";
 
 struct Capture_options {
     bool roll = false;
@@ -118,7 +116,7 @@ void capture(const Common_options& common, const Capture_options& options, Outpu
 void add_capture(CLI::App& app, Command_line& line)
 {
     auto options = std::make_shared<Capture_options>();
-    CLI::App* command = add_scanner_command(app, line, "capture", description, examples);
+    CLI::App* command = add_scanner_command(app, line, "capture", "Capture images as PNG files", capture_guide);
     command->add_flag("--roll", options->roll, "Capture rolled fingers instead of flat ones");
     command->add_option("--frames", options->frames, "How many images; 0 goes on until Ctrl-C (1 without it)")
         ->option_text("N");

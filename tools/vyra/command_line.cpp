@@ -22,25 +22,25 @@ const char* const description =
     "Drives a fingerprint scanner through vyrabrenvozulta.dll: lists scanners, captures\n"
     "images, shows and sets what a scanner knows, and watches it come and go.";
 
-const char* const guide =
-    "First steps:\n"
-    "  vyra list                        which scanners are attached\n"
-    "  vyra capture --out images        one flat image, as images/image_0001.png\n"
-    "  vyra capture --help              everything about one command\n"
-    "\n"
-    "Results go to the standard output, progress and errors to the standard error.\n"
-    "\n"
-    "Exit codes:\n"
-    "  0  success\n"
-    "  1  the scanner, the library or a file failed; the message says what failed, the\n"
-    "     library's code with its text, and what to try\n"
-    "  2  wrong usage";
+const char* const first_steps =
+    R"(First steps:
+  vyra list                        which scanners are attached
+  vyra capture --out images        one flat image, as images/image_0001.png
+  vyra capture --help              everything about one command
+
+Results go to the standard output, progress and errors to the standard error.
+
+Exit codes:
+  0  success
+  1  the scanner, the library or a file failed; the message says what failed, the
+     library's code with its text, and what to try
+  2  wrong usage)";
 
 void describe(CLI::App& app, Command_line& line)
 {
     app.name("vyra");
     app.set_version_flag("--version", "vyra 1.0.0", "Print the tool's version and exit");
-    app.footer(guide);
+    app.footer(first_steps);
     app.require_subcommand(1);
     add_list(app, line);
     add_capture(app, line);
@@ -90,10 +90,10 @@ int perform(const Command_line& line, Output& output)
 
 }  // namespace
 
-CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& about,
-                      const std::string& examples)
+CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
+                      const std::string& guide)
 {
-    CLI::App* command = app.add_subcommand(name, about);
+    CLI::App* command = app.add_subcommand(name, summary);
     command->add_flag("--json", line.common.json, "Print JSON: one object, or one a line for a command that goes on");
     command
         ->add_option_function<std::string>(
@@ -105,14 +105,14 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
             "application data): off, trace (tracing alone) or all (errors and events too)")
         ->check(CLI::IsMember({"off", "trace", "all"}))
         ->option_text("LEVEL");
-    command->footer(examples + "\n\nExit codes: 0 success, 1 scanner, library or file failure, 2 wrong usage.");
+    command->footer(guide + "\n\nExit codes: 0 success, 1 scanner, library or file failure, 2 wrong usage.");
     return command;
 }
 
-CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& about,
-                              const std::string& examples)
+CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
+                              const std::string& guide)
 {
-    CLI::App* command = add_command(app, line, name, about, examples);
+    CLI::App* command = add_command(app, line, name, summary, guide);
     command
         ->add_option("--scanner", line.common.scanner,
                      "The scanner to use, by its name in vyra list; the first one without it")

@@ -24,9 +24,10 @@ struct Command_line {
     Action action;
 };
 
-// Adds a subcommand with the options that all commands share; examples stand at the end of its help.
-CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& description,
-                      const std::string& examples);
+// Adds a subcommand with the options that all commands share. The summary is one line; the guide, which ends in
+// examples, stands below the options in the command's own help.
+CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
+                      const std::string& guide);
 // The same for a command that works on one scanner.
 CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name,
                               const std::string& description, const std::string& examples);

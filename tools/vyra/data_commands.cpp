@@ -14,6 +14,31 @@
 namespace vyra_tool {
 namespace {
 
+const char* const param_guide =
+    R"(The container is written byte for byte. What the bytes mean is the business of the
+scanner's maker.
+
+Examples:
+  vyra param --out container.bin)";
+
+const char* const snapshot_guide =
+    R"(Takes one image outside of video and writes it as PNG (.png) or as its bare pixels
+(.raw, .bin). Neither its size nor the meaning of the three values is known to the
+library: both are the driver's.
+
+Examples:
+  vyra snapshot --out snapshot.png
+  vyra snapshot --out snapshot.raw --size 800x750 --values 1 0 0)";
+
+const char* const calibration_guide =
+    R"(Writes the flat-field calibration image of the scanner model, 3216x2004 pixels, as PNG
+(.png) or as its bare pixels (.raw, .bin). The library carries the image, but gives it
+out for an attached scanner only.
+
+Examples:
+  vyra calibration --out flat_field.png
+  vyra calibration --out flat_field.raw)";
+
 constexpr Image_size calibration_size{VYRA_CALIBRATION_WIDTH, VYRA_CALIBRATION_HEIGHT};
 // The calibration image shows the sensor's own pixels, two for each pixel of a captured image in both directions.
 constexpr double calibration_pixels_per_inch = 1000;
@@ -90,12 +115,8 @@ void add_param(CLI::App& app, Command_line& line)
 {
     auto file = std::make_shared<std::string>();
     CLI::App* command =
-        add_scanner_command(app, line, "param",
-                            "Read the scanner's parameter container into a file, byte for byte. What the bytes\n"
-                            "mean is the business of the scanner's maker.",
-                            "Examples:\n"
-                            "  vyra param --out container.bin");
-    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE");
+        add_scanner_command(app, line, "param", "Read the parameter container into a file", param_guide);
+    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE (required)");
     command->callback([&line, file] {
         line.action = [file](const Common_options& common, Output& output) { param(common, *file, output); };
     });
@@ -105,14 +126,8 @@ void add_snapshot(CLI::App& app, Command_line& line)
 {
     auto options = std::make_shared<Snapshot_options>();
     CLI::App* command =
-        add_scanner_command(app, line, "snapshot",
-                            "Take one image outside of video and write it as PNG (.png) or as its bare pixels\n"
-                            "(.raw, .bin). Neither its size nor the meaning of the three values is known to the\n"
-                            "library: both are the driver's.",
-                            "Examples:\n"
-                            "  vyra snapshot --out snapshot.png\n"
-                            "  vyra snapshot --out snapshot.raw --size 800x750 --values 1 0 0");
-    command->add_option("--out", options->file, "The file to write")->required()->option_text("FILE");
+        add_scanner_command(app, line, "snapshot", "Take a snapshot into an image file", snapshot_guide);
+    command->add_option("--out", options->file, "The file to write")->required()->option_text("FILE (required)");
     command->add_option("--size", options->size, "The size of the image in pixels (1600x1500 without it)")
         ->option_text("WxH");
     command->add_option("--values", options->values, "The driver's three values (0 0 0 without it)")
@@ -126,14 +141,8 @@ void add_calibration(CLI::App& app, Command_line& line)
 {
     auto file = std::make_shared<std::string>();
     CLI::App* command =
-        add_scanner_command(app, line, "calibration",
-                            "Write the flat-field calibration image of the scanner model, 3216x2004 pixels, as PNG\n"
-                            "(.png) or as its bare pixels (.raw, .bin). The library carries the image, but gives\n"
-                            "it out for an attached scanner only.",
-                            "Examples:\n"
-                            "  vyra calibration --out flat_field.png\n"
-                            "  vyra calibration --out flat_field.raw");
-    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE");
+        add_scanner_command(app, line, "calibration", "Write the calibration image into a file", calibration_guide);
+    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE (required)");
     command->callback([&line, file] {
         line.action = [file](const Common_options& common, Output& output) { calibration(common, *file, output); };
     });

@@ -13,6 +13,25 @@
 namespace vyra_tool {
 namespace {
 
+const char* const leds_guide =
+    R"(One group of LEDs is shown at a time, each of its positions in a state; positions that
+are not named are off. They stay as they are until the scanner is used again.
+
+Groups and positions: a 1 to 4, b 1 to 4, c 1 and 2
+States: off, and the scanner's three lit states lit1, lit2 and lit3
+
+Examples:
+  vyra leds a 1=lit1 2=lit1 4=lit3
+  vyra leds c 2=lit2 --json
+  vyra leds --off)";
+
+const char* const beep_guide =
+    R"(
+
+Examples:
+  vyra beep short
+  vyra beep 0)";
+
 struct Led_options {
     bool off = false;
     std::string group;
@@ -108,17 +127,7 @@ void add_leds(CLI::App& app, Command_line& line)
 {
     auto options = std::make_shared<Led_options>();
     CLI::App* command =
-        add_scanner_command(app, line, "leds",
-                            "Show LEDs: one group at a time, each of its positions in a state. They stay as they\n"
-                            "are until the scanner is used again.\n"
-                            "\n"
-                            "Groups and positions: a 1 to 4, b 1 to 4, c 1 and 2\n"
-                            "States: off, and the three lit states lit1, lit2 and lit3 of the scanner\n"
-                            "Positions that are not named are off.",
-                            "Examples:\n"
-                            "  vyra leds a 1=lit1 2=lit1 4=lit3\n"
-                            "  vyra leds c 2=lit2 --json\n"
-                            "  vyra leds --off");
+        add_scanner_command(app, line, "leds", "Show LEDs on a scanner, or switch them off", leds_guide);
     command->add_flag("--off", options->off, "Switch every LED off");
     command->add_option("group", options->group, "a, b or c")->option_text("GROUP");
     command->add_option("leds", options->settings, "For instance 1=lit2")->option_text("POSITION=STATE ...");
@@ -130,16 +139,12 @@ void add_leds(CLI::App& app, Command_line& line)
 void add_beep(CLI::App& app, Command_line& line)
 {
     auto pattern = std::make_shared<std::string>();
-    CLI::App* command =
-        add_scanner_command(app, line, "beep",
-                            "Play a tone on this computer, as a capture program does for a scanner's operator.\n"
-                            "\n"
-                            "Patterns:\n  " +
-                                pattern_list("\n  "),
-                            "Examples:\n"
-                            "  vyra beep short\n"
-                            "  vyra beep 0");
-    command->add_option("pattern", *pattern, "A pattern's number or name")->required()->option_text("PATTERN");
+    CLI::App* command = add_scanner_command(
+        app, line, "beep", "Play a tone, as for a scanner's operator",
+        "The tone sounds on this computer. The patterns are\n  " + pattern_list("\n  ") + beep_guide);
+    command->add_option("pattern", *pattern, "A pattern's number or name")
+        ->required()
+        ->option_text("PATTERN (required)");
     command->callback([&line, pattern] {
         line.action = [pattern](const Common_options& common, Output& output) { beep(common, *pattern, output); };
     });

@@ -11,6 +11,16 @@
 namespace vyra_tool {
 namespace {
 
+const char* const firmware_guide =
+    R"(Loads the firmware and restarts the scanner. The file goes to the scanner as it is: use
+the maker's file for this very model. Asks first; refuses while video runs on the
+scanner; says at the end which version the scanner reports. Once the transfer has begun,
+Ctrl-C does not end it.
+
+Examples:
+  vyra firmware rq7_2_6.bin
+  vyra firmware rq7_2_6.bin --scanner "RQ7-3050 #2" --yes --json)";
+
 struct Firmware_options {
     std::string file;
     bool yes = false;
@@ -59,15 +69,10 @@ void add_firmware(CLI::App& app, Command_line& line)
 {
     auto options = std::make_shared<Firmware_options>();
     CLI::App* command =
-        add_scanner_command(app, line, "firmware",
-                            "Load firmware from a file into the scanner and restart it. The file goes to the\n"
-                            "scanner as it is: use the maker's file for this very model. Asks first; refuses while\n"
-                            "video runs on the scanner; says at the end which version the scanner reports. Once\n"
-                            "the transfer has begun, Ctrl-C does not end it.",
-                            "Examples:\n"
-                            "  vyra firmware rq7_2_6.bin\n"
-                            "  vyra firmware rq7_2_6.bin --scanner RQ7-0001 --yes --json");
-    command->add_option("file", options->file, "The file with the firmware")->required()->option_text("FILE");
+        add_scanner_command(app, line, "firmware", "Load firmware from a file into a scanner", firmware_guide);
+    command->add_option("file", options->file, "The file with the firmware")
+        ->required()
+        ->option_text("FILE (required)");
     command->add_flag("--yes", options->yes, "Do not ask");
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { firmware(common, *options, output); };

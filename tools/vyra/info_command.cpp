@@ -9,6 +9,15 @@
 namespace vyra_tool {
 namespace {
 
+const char* const info_guide =
+    R"(Shows who made the scanner, its serial number and version, the driver's number for its
+port, what each capture index offers, and how large its parameter container is. Opening
+a scanner switches its LEDs off.
+
+Examples:
+  vyra info
+  vyra info --scanner "RQ7-3050 #2" --json)";
+
 constexpr std::uint32_t capture_indexes = 6;
 
 const char* capture_index_name(std::uint32_t index)
@@ -111,14 +120,7 @@ void info(const Common_options& common, Output& output)
 
 void add_info(CLI::App& app, Command_line& line)
 {
-    CLI::App* command =
-        add_scanner_command(app, line, "info",
-                            "Show all that is known of a scanner: who made it, its serial number and version,\n"
-                            "the driver's number for its port, what each capture index offers, and how large its\n"
-                            "parameter container is. Opening a scanner switches its LEDs off.",
-                            "Examples:\n"
-                            "  vyra info\n"
-                            "  vyra info --scanner RQ7-0001 --json");
+    CLI::App* command = add_scanner_command(app, line, "info", "Show all that is known of a scanner", info_guide);
     command->callback([&line] { line.action = info; });
 }
 

@@ -17,6 +17,16 @@
 namespace vyra_tool {
 namespace {
 
+const char* const watch_guide =
+    R"(Prints a line for each event, with its time in UTC, until Ctrl-C: plug and unplug of
+scanners, status changes of one scanner (which is opened for it, now or when it is
+plugged in), sleep and resume of the computer, usb-plug and usb-unplug of the devices
+named with --usb.
+
+Examples:
+  vyra watch
+  vyra watch --json --usb 1A2B:00FF --usb 1A2B:0100)";
+
 struct Usb_pair {
     int vendor;
     int product;
@@ -216,14 +226,7 @@ void add_watch(CLI::App& app, Command_line& line)
 {
     auto usb = std::make_shared<std::vector<std::string>>();
     CLI::App* command =
-        add_scanner_command(app, line, "watch",
-                            "Print what happens, a line each, until Ctrl-C: plug and unplug of scanners, status\n"
-                            "changes of one scanner (which is opened for it, now or when it is plugged in), sleep\n"
-                            "and resume of the computer, usb-plug and usb-unplug of other devices. Each line begins\n"
-                            "with the time in UTC.",
-                            "Examples:\n"
-                            "  vyra watch\n"
-                            "  vyra watch --json --usb 1A2B:00FF --usb 1A2B:0100");
+        add_scanner_command(app, line, "watch", "Print what happens to the scanners, as it happens", watch_guide);
     command
         ->add_option("--usb", *usb,
                      "Also report USB devices with this vendor and product identifier, both\n"
