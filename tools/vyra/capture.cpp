@@ -13,7 +13,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr double pixels_per_inch = 500;
 constexpr std::size_t wanted_requests = 4;
-constexpr std::size_t buffer_count = 8;  // the other half lies with the writer
+constexpr std::size_t buffer_count = 16;  // the others wait for the writer
 // The library tells at once that no image is ready; between two questions one processor need not be busy.
 constexpr std::chrono::milliseconds poll_interval{1};
 
@@ -24,7 +24,12 @@ std::string dimensions(Image_size size)
 
 }  // namespace
 
-Capture_buffers::Capture_buffers(Image_size size) : buffers_(buffer_count, Frame_buffer(size)) {}
+Capture_buffers::Capture_buffers(Image_size size)
+{
+    for (std::size_t i = 0; i < buffer_count; ++i) {
+        buffers_.emplace_back(size);
+    }
+}
 
 Capture::Capture(const Scanner& scanner, Capture_buffers& buffers, const Capture_plan& plan, Listener listener)
     : scanner_(scanner),

@@ -1,6 +1,5 @@
 // param, snapshot and calibration: the data that belongs to a scanner, into files.
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -23,12 +22,13 @@ Examples:
 
 const char* const snapshot_guide =
     R"(Takes one image outside of video and writes it as PNG (.png) or as its bare pixels
-(.raw, .bin). Neither its size nor the meaning of the three values is known to the
-library: both are the driver's.
+(.raw, .bin). The library passes three values to the driver without knowing what they
+mean, and does not learn how large the image is. A simulated scanner takes them as the
+width, the height and the capture configuration (0: the usual one).
 
 Examples:
   vyra snapshot --out snapshot.png
-  vyra snapshot --out snapshot.raw --size 800x750 --values 1 0 0)";
+  vyra snapshot --out snapshot.raw --values 1600 1500 1)";
 
 const char* const calibration_guide =
     R"(Writes the flat-field calibration image of the scanner model, 3216x2004 pixels, as PNG
@@ -49,7 +49,7 @@ constexpr std::size_t snapshot_room = std::size_t{16} * 1024 * 1024;
 struct Snapshot_options {
     std::string file;
     std::string size = "1600x1500";
-    std::array<std::uint32_t, 3> values{};
+    std::vector<std::uint32_t> values;
 };
 
 void report(const Scanner& scanner, const std::string& file, std::size_t bytes, Output& output)
@@ -86,11 +86,12 @@ void snapshot(const Common_options& common, const Snapshot_options& options, Out
 {
     const Image_size size = parse_image_size(options.size);
     image_format(options.file);
+    const std::vector<std::uint32_t> values =
+        options.values.empty() ? std::vector<std::uint32_t>{size.width, size.height, 0} : options.values;
     const Library library(common.log_level);
     const Scanner scanner(library, library.choose(common.scanner));
     std::vector<std::uint8_t> pixels(std::max(snapshot_room, size.bytes()));
-    check(VyraBrenvoZultaGetSnapshotAcquisition(scanner.handle(), pixels.data(), options.values[0], options.values[1],
-                                                options.values[2]),
+    check(VyraBrenvoZultaGetSnapshotAcquisition(scanner.handle(), pixels.data(), values[0], values[1], values[2]),
           "take a snapshot");
     pixels.resize(size.bytes());
     write_image(options.file, pixels, size, snapshot_pixels_per_inch);
@@ -130,7 +131,9 @@ void add_snapshot(CLI::App& app, Command_line& line)
     command->add_option("--out", options->file, "The file to write")->required()->option_text("FILE (required)");
     command->add_option("--size", options->size, "The size of the image in pixels (1600x1500 without it)")
         ->option_text("WxH");
-    command->add_option("--values", options->values, "The driver's three values (0 0 0 without it)")
+    command
+        ->add_option("--values", options->values, "The driver's three values (without it, the width, the height and 0)")
+        ->expected(3)
         ->option_text("A B C");
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { snapshot(common, *options, output); };

@@ -5,9 +5,9 @@
 namespace vyra_tool {
 namespace {
 
-// Room for images of a wrong size, more than the scanner's sensor delivers at its finest, so that one is noticed and
+// Room for images of a wrong size, as large as the whole sensor delivers them at its finest, so that one is noticed and
 // does no harm.
-constexpr std::size_t smallest_room = std::size_t{16} * 1024 * 1024;
+constexpr std::size_t smallest_room = std::size_t{3216} * 3216;
 constexpr std::size_t guard_bytes = 4096;
 
 // What stands at index of an unwritten place: no image shows it by chance over a whole row.
@@ -19,7 +19,9 @@ std::uint8_t mark(std::size_t index)
 
 }  // namespace
 
-Frame_buffer::Frame_buffer(Image_size size) : size_(size), bytes_(std::max(smallest_room, size.bytes() + guard_bytes))
+// Pages that no image reaches are never written and cost nothing.
+Frame_buffer::Frame_buffer(Image_size size)
+    : size_(size), bytes_(new std::uint8_t[std::max(smallest_room, size.bytes() + guard_bytes)])
 {
 }
 

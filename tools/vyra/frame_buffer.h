@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 #include "png_writer.h"
 
@@ -20,11 +20,11 @@ public:
     // Whether the image that was written since fills its place exactly.
     Fit fit() const;
 
-    std::uint8_t* data() noexcept { return bytes_.data(); }
+    std::uint8_t* data() noexcept { return bytes_.get(); }
 
 private:
     Image_size size_;
-    std::vector<std::uint8_t> bytes_;
+    std::unique_ptr<std::uint8_t[]> bytes_;
 };
 
 }  // namespace vyra_tool
