@@ -39,6 +39,17 @@ int open_file(const char* path)
     return _sopen(path, _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
 }
 
+// Makes a fresh descriptor the process's own. When another thread was quicker its file is used, and this one is closed.
+bool publish(int file)
+{
+    int none = log_closed;
+    if (log_descriptor.compare_exchange_strong(none, file)) {
+        return true;
+    }
+    _close(file);
+    return false;
+}
+
 bool join(char (&path)[rotation_path_size], const char* directory, const char* name)
 {
     const int length = std::snprintf(path, sizeof(path), "%s%s", directory, name);
@@ -62,7 +73,9 @@ int log_open()
     if (file == log_closed) {
         return log_closed;
     }
-    log_descriptor.store(file);
+    if (!publish(file)) {
+        return log_descriptor.load();
+    }
     if (_filelength(file) >= get_manager()->log_max_size()) {
         log_rotate(directory.c_str());
         return log_descriptor.load();
@@ -82,7 +95,10 @@ void log_rotate(const char* directory)
     DeleteFileA(previous);
     MoveFileA(current, previous);
     DeleteFileA(current);  // gone even when it could not be moved: the limit holds, at the price of its lines
-    log_descriptor.store(open_file(current));
+    const int file = open_file(current);
+    if (file != log_closed) {
+        publish(file);
+    }
 }
 
 void log_close()
