@@ -1,0 +1,177 @@
+// The log when the system's functions fail, and what a line costs of them.
+#include <cerrno>
+#include <filesystem>
+
+#include "log/log_file.h"
+#include "unit/log/log_test.h"
+#include "unit/log/run_at_once.h"
+#include "win32_double/control.h"
+
+namespace log_tests {
+namespace {
+
+using kvs::brenvozulta::log_closed;
+using kvs::brenvozulta::log_descriptor;
+using kvs::brenvozulta::log_directory;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using win32_double::calls;
+
+constexpr char line[] = "x\r\n";
+const auto line_size = static_cast<std::int32_t>(size_on_disk(line));
+
+class Log_fault_test : public Log_test {
+protected:
+    void TearDown() override
+    {
+        win32_double::clear();
+        Log_test::TearDown();
+    }
+};
+
+TEST_F(Log_fault_test, LineCostsFourWritesAndOneFlush)
+{
+    configure(everything);
+    write_lines(1, line);
+    win32_double::clear();
+    for (std::uint64_t count = 1; count <= 5; ++count) {
+        write_lines(1, line);
+        EXPECT_EQ(calls("_write"), 4 * count);
+        EXPECT_EQ(calls("_commit"), count);
+    }
+    EXPECT_EQ(calls("_sopen"), 0u);
+    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0u) << "the folder is only asked for when a file is opened or rotated";
+}
+
+TEST_F(Log_fault_test, DisabledLineIsNotEvenFormatted)
+{
+    configure(1);
+    win32_double::clear();
+    log_printf(3, "%s\r\n", "text");
+    EXPECT_EQ(calls("wvsprintfA"), 0u);
+    EXPECT_EQ(calls("_sopen"), 0u);
+    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0u);
+    log_printf(1, "%s\r\n", "text");
+    EXPECT_EQ(calls("wvsprintfA"), 1u);
+}
+
+TEST_F(Log_fault_test, WriteThatFailsIsReportedAndNotFlushed)
+{
+    configure(everything);
+    write_lines(1, line);
+    win32_double::clear();
+    win32_double::fail("_write", 1, ENOSPC, 3);
+    EXPECT_EQ(log_write("lost\r\n"), dropped);
+    EXPECT_EQ(calls("_commit"), 0u);
+    EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line) + prefix_size) << "the earlier pieces stay";
+}
+
+TEST_F(Log_fault_test, EarlierPiecesThatFailAreNotMissed)
+{
+    configure(everything);
+    write_lines(1, line);
+    win32_double::clear();
+    win32_double::fail("_write", 3, ENOSPC);
+    EXPECT_EQ(log_write("kept\r\n"), written);
+    EXPECT_EQ(calls("_commit"), 1u);
+    EXPECT_EQ(file_bytes(log_path()).substr(size_on_disk(line)), "kept\r\r\n");
+}
+
+TEST_F(Log_fault_test, FlushThatFailsIsNotReported)
+{
+    configure(everything);
+    win32_double::fail("_commit", 1, EIO);
+    EXPECT_EQ(log_write(line), written);
+}
+
+TEST_F(Log_fault_test, ContentsAreLostWhenTheFileCannotBeMoved)
+{
+    create_file(previous_log_path(), "older");
+    configure(everything, line_size);
+    write_lines(1, "lost\r\n");
+    win32_double::fail("MoveFileA");
+    write_lines(1, "kept\r\n");
+    EXPECT_THAT(files_in_log_folder(), ElementsAre("vyrabrenvozulta.log"));
+    EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
+}
+
+TEST_F(Log_fault_test, LineIsDroppedWhenRotationCannotOpenTheFileAgainAndTheNextLineTriesAgain)
+{
+    configure(everything, line_size);
+    write_lines(1, line);
+    win32_double::fail("_sopen", 1, EACCES);
+    EXPECT_EQ(log_write("lost\r\n"), dropped);
+    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_TRUE(exists(previous_log_path()));
+    EXPECT_EQ(log_write("kept\r\n"), written);
+    EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
+}
+
+TEST_F(Log_fault_test, LineIsDroppedWhenTheRotationAtOpeningCannotOpenTheFileAgain)
+{
+    create_file(log_path(), std::string(100, 'o'));
+    configure(everything, 100);
+    win32_double::fail("_sopen", 1, EACCES, 1);
+    EXPECT_EQ(log_write(line), dropped);
+    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(file_bytes(previous_log_path()), std::string(100, 'o'));
+}
+
+TEST_F(Log_fault_test, OpenIsTriedAgainByEveryLine)
+{
+    configure(everything);
+    win32_double::clear();
+    win32_double::fail("_sopen", 3, EACCES);
+    EXPECT_EQ(log_write(line), dropped);
+    EXPECT_EQ(log_write(line), dropped);
+    EXPECT_EQ(log_write(line), dropped);
+    EXPECT_EQ(calls("_sopen"), 3u);
+    EXPECT_EQ(log_write(line), written);
+}
+
+TEST_F(Log_fault_test, RotationClosesTheOldDescriptor)
+{
+    configure(everything, line_size);
+    for (int i = 0; i < 10; ++i) {
+        write_lines(1, line);
+    }
+    EXPECT_EQ(win32_double::live_objects().descriptors, 1u);
+    VyraTerminate();
+    EXPECT_EQ(win32_double::live_objects().descriptors, 0u);
+}
+
+TEST_F(Log_fault_test, RacingFirstLinesLeaveOneDescriptorOpen)
+{
+    for (int round = 0; round < 20; ++round) {
+        configure(everything);
+        run_at_once([](int) { log_printf(3, line); });
+        EXPECT_EQ(win32_double::live_objects().descriptors, 1u);
+    }
+}
+
+TEST_F(Log_fault_test, FolderOfTheCurrentDriveIsUsedWhenTheSystemTellsNone)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::filesystem::path here = win32_double::program_data() + ".here";
+    std::filesystem::create_directory(here);
+    std::filesystem::current_path(here);
+    configure(everything);
+    win32_double::fail("SHGetKnownFolderPath");
+    EXPECT_EQ(log_write(line), written);
+    EXPECT_EQ(file_bytes("\\Orvane\\Halvern SDK\\vyrabrenvozulta.log").size(), size_on_disk(line));
+    std::filesystem::current_path(before);
+    std::filesystem::remove_all(here);
+}
+
+TEST_F(Log_fault_test, DirectoryIsEmptyWhenTheFolderOrItsConversionFails)
+{
+    EXPECT_EQ(log_directory(), win32_double::program_data());
+    win32_double::fail("SHGetKnownFolderPath");
+    EXPECT_THAT(log_directory(), IsEmpty());
+    win32_double::fail("wcstombs_s", 1, EILSEQ);
+    EXPECT_THAT(log_directory(), IsEmpty());
+    EXPECT_EQ(log_directory(), win32_double::program_data());
+}
+
+}  // namespace
+}  // namespace log_tests

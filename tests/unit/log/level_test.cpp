@@ -1,0 +1,73 @@
+// Which lines are written.
+#include <tuple>
+
+#include "unit/log/log_test.h"
+
+namespace log_tests {
+namespace {
+
+using ::testing::Combine;
+using ::testing::IsEmpty;
+using ::testing::Values;
+
+class Log_level_test : public Log_test, public ::testing::WithParamInterface<std::tuple<std::uint32_t, int>> {};
+
+TEST_P(Log_level_test, LineIsWrittenUpToTheLevelAndNoLevelOutsideTheRangeWritesAny)
+{
+    const auto [level, message_level] = GetParam();
+    configure(level);
+    log_printf(message_level, "level\r\n");
+    const bool expected = level <= 3 && static_cast<std::uint32_t>(message_level) <= level;
+    EXPECT_EQ(file_bytes(log_path()).size(), expected ? size_on_disk("level\r\n") : 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Levels, Log_level_test,
+    Combine(Values(0u, 1u, 2u, 3u, 4u, 5u, 100u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, 0xFFFFFFFFu), Values(1, 2, 3)));
+
+class Silent_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(Silent_level_test, NoFileIsCreatedByACycleWithFailures)
+{
+    configure(GetParam());
+    EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
+    EXPECT_EQ(VyraInitialize_N(nullptr, GetParam(), 0), VYRA_OK);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_EQ(VyraTerminate(), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(files_in_log_folder(), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Off, Silent_level_test, Values(0u, 4u, 0x80000000u, 0xFFFFFFFFu));
+
+class Tracing_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
+
+TEST_P(Tracing_level_test, TracingIsWrittenAndErrorsAreNot)
+{
+    configure(GetParam());
+    EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
+    EXPECT_EQ(VyraInitialize_N(nullptr, GetParam(), 0), VYRA_OK);
+    EXPECT_THAT(test_support::log_messages(),
+                ::testing::ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(TracingOnly, Tracing_level_test, Values(1u, 2u));
+
+TEST_F(Log_test, LevelThreeWritesErrorsAndTracing)
+{
+    configure(3);
+    EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
+    EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+    EXPECT_THAT(test_support::log_messages(),
+                ::testing::ElementsAre("stop_video:    Error=9108: Bad Scanner Idx\r\n",
+                                       "initialize:    clear current initialized api before the initialize\r\n"));
+}
+
+TEST_F(Log_test, SuccessWritesNothingAndOpensNoFile)
+{
+    configure(everything);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_THAT(files_in_log_folder(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace log_tests

@@ -1,0 +1,157 @@
+// The size limit: rotation into the older generation, and lines too long for it.
+#include <climits>
+
+#include "log/log_file.h"
+#include "unit/log/log_test.h"
+
+namespace log_tests {
+namespace {
+
+using kvs::brenvozulta::log_closed;
+using kvs::brenvozulta::log_descriptor;
+using kvs::brenvozulta::log_rotate;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr char line[] = "x\r\n";
+const auto line_size = static_cast<std::int32_t>(size_on_disk(line));
+
+constexpr std::uint64_t default_limit = 52'428'800;
+
+TEST_F(Log_test, FileRotatesWhenALineFindsItExactlyAtTheLimit)
+{
+    configure(everything, 2 * line_size);
+    write_lines(2, line);
+    EXPECT_FALSE(exists(previous_log_path()));
+    write_lines(1, "new\r\n");
+    EXPECT_EQ(file_bytes(previous_log_path()).size(), 2u * size_on_disk(line));
+    EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "new\r\r\n");
+}
+
+TEST_F(Log_test, FileDoesNotRotateOneByteBelowTheLimit)
+{
+    configure(everything, 2 * line_size + 1);
+    write_lines(3, line);
+    EXPECT_FALSE(exists(previous_log_path()));
+    EXPECT_EQ(file_bytes(log_path()).size(), 3u * size_on_disk(line));
+}
+
+TEST_F(Log_test, LimitCountsTheBytesOnDiskAndNotThoseOfTheMessages)
+{
+    const std::int32_t before_translation = 2 * (line_size - 1);
+    configure(everything, before_translation + 1);
+    write_lines(3, line);
+    EXPECT_TRUE(exists(previous_log_path()));
+}
+
+TEST_F(Log_test, FileFoundAtTheLimitIsRotatedBeforeTheFirstLine)
+{
+    create_file(log_path(), std::string(200, 'o'));
+    configure(everything, 200);
+    write_lines(1, line);
+    EXPECT_EQ(file_bytes(previous_log_path()), std::string(200, 'o'));
+    EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
+}
+
+TEST_F(Log_test, FileFoundAboveTheLimitIsRotatedByTheOpeningItself)
+{
+    create_file(log_path(), std::string(201, 'o'));
+    configure(everything, 200);
+    EXPECT_NE(kvs::brenvozulta::log_open(), log_closed);
+    EXPECT_EQ(file_bytes(previous_log_path()), std::string(201, 'o'));
+    EXPECT_TRUE(exists(log_path()));
+    EXPECT_THAT(file_bytes(log_path()), IsEmpty());
+}
+
+TEST_F(Log_test, FileFoundOneByteBelowTheLimitIsAppendedTo)
+{
+    create_file(log_path(), std::string(199, 'o'));
+    configure(everything, 200);
+    write_lines(1, line);
+    EXPECT_FALSE(exists(previous_log_path()));
+    EXPECT_EQ(file_bytes(log_path()).size(), 199 + size_on_disk(line));
+}
+
+TEST_F(Log_test, OlderSecondGenerationIsDeletedAndNoThirdEverAppears)
+{
+    create_file(previous_log_path(), "oldest");
+    configure(everything, line_size);
+    write_lines(1, "a\r\n");
+    EXPECT_EQ(file_bytes(previous_log_path()), "oldest");
+    for (const char* next : {"b\r\n", "c\r\n", "d\r\n"}) {
+        const std::string current = file_bytes(log_path());
+        write_lines(1, next);
+        EXPECT_EQ(file_bytes(previous_log_path()), current);
+    }
+    EXPECT_THAT(files_in_log_folder(), ElementsAre("vyrabrenvozulta.log", "vyrabrenvozulta2.log"));
+    EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "d\r\r\n");
+}
+
+TEST_F(Log_test, RotationLeavesTheLogOpenOnAnEmptyFile)
+{
+    configure(everything);
+    write_lines(1, line);
+    log_rotate(log_folder().c_str());
+    EXPECT_NE(log_descriptor.load(), log_closed);
+    EXPECT_TRUE(exists(log_path()));
+    EXPECT_THAT(file_bytes(log_path()), IsEmpty());
+    EXPECT_EQ(file_bytes(previous_log_path()).size(), size_on_disk(line));
+}
+
+TEST_F(Log_test, RotationOfAClosedLogMovesTheFileAndOpensIt)
+{
+    create_file(log_path(), "old");
+    configure(everything);
+    log_rotate(log_folder().c_str());
+    EXPECT_NE(log_descriptor.load(), log_closed);
+    EXPECT_EQ(file_bytes(previous_log_path()), "old");
+}
+
+TEST_F(Log_test, LineAsLongAsTheLimitIsDroppedBeforeTheFileIsOpened)
+{
+    configure(everything, 10);
+    EXPECT_EQ(log_write("12345678\r\n"), dropped);
+    EXPECT_EQ(log_write("123456789\r\n"), dropped);
+    EXPECT_THAT(files_in_log_folder(), IsEmpty());
+    EXPECT_EQ(log_write("1234567\r\n"), written);
+}
+
+TEST_F(Log_test, LimitOfOneByteDropsEveryLineButAnEmptyOne)
+{
+    configure(everything, 1);
+    EXPECT_EQ(log_write("x"), dropped);
+    EXPECT_EQ(log_write(""), written);
+    EXPECT_EQ(file_bytes(log_path()).size(), prefix_size);
+}
+
+class Default_limit_test : public Log_test, public ::testing::WithParamInterface<std::int32_t> {};
+
+TEST_P(Default_limit_test, FileBelow50MebibytesIsAppendedTo)
+{
+    create_file_of_size(log_path(), default_limit - 1);
+    configure(everything, GetParam());
+    write_lines(1, line);
+    EXPECT_FALSE(exists(previous_log_path()));
+}
+
+TEST_P(Default_limit_test, FileOf50MebibytesIsRotated)
+{
+    create_file_of_size(log_path(), default_limit);
+    configure(everything, GetParam());
+    write_lines(1, line);
+    EXPECT_TRUE(exists(previous_log_path()));
+    EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
+}
+
+INSTANTIATE_TEST_SUITE_P(ZeroAndNegative, Default_limit_test, ::testing::Values(0, -1, INT_MIN));
+
+TEST_F(Log_test, LimitMayBeLargerThanTheDefault)
+{
+    create_file_of_size(log_path(), default_limit);
+    configure(everything, static_cast<std::int32_t>(default_limit) + 1);
+    write_lines(1, line);
+    EXPECT_FALSE(exists(previous_log_path()));
+}
+
+}  // namespace
+}  // namespace log_tests
