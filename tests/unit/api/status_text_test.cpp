@@ -1,0 +1,116 @@
+// The texts of the status codes.
+#include <climits>
+#include <cstring>
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "api/status.h"
+
+namespace {
+
+using kvs::brenvozulta::vyra_error_text;
+
+const std::vector<std::pair<std::int32_t, std::string>> table = {
+    {9000, "Internal VYRA  "}, {9001, "Out of Resource"}, {9002, "Adapter Access "}, {9003, "Adapter Mapping"},
+    {9004, "Bus Reset      "}, {9005, "Device Unavail "}, {9006, "Wait Object    "}, {9007, "Bad Channel    "},
+    {9008, "Isoch Request  "}, {9009, "Video Rcvr     "}, {9010, "Async Read     "}, {9011, "Async Write    "},
+    {9012, "CSR Address    "}, {9013, "CSR Write      "}, {9014, "Invalid Rsp    "}, {9015, "Failure Rsp    "},
+    {9016, "Device Timeout "}, {9017, "Bad Pipe       "}, {9018, "XCTRL Abort    "}, {9100, "User Error     "},
+    {9101, "Not Initialized"}, {9102, "Buf Too Big    "}, {9103, "Buf Too Small  "}, {9104, "Too Many Frames"},
+    {9105, "Video Stopped  "}, {9106, "Video Timeout  "}, {9107, "Terminated     "}, {9108, "Bad Scanner Idx"},
+};
+
+TEST(Status_text, EveryCodeOfBothRunsHasItsTextOf15CharactersWithTrailingBlanks)
+{
+    for (const auto& [code, text] : table) {
+        EXPECT_EQ(text.size(), 15u);
+        EXPECT_EQ(vyra_error_text(code), text) << code;
+    }
+}
+
+TEST(Status_text, EveryOtherCodeAroundTheRunsIsShownAsItsNumber)
+{
+    for (std::int32_t code = 8900; code <= 9300; ++code) {
+        const bool listed = (code >= 9000 && code <= 9018) || (code >= 9100 && code <= 9108);
+        if (!listed) {
+            EXPECT_EQ(vyra_error_text(code), "Error " + std::to_string(code));
+        }
+    }
+}
+
+TEST(Status_text, FirstRunEndsAt9018)
+{
+    EXPECT_STREQ(vyra_error_text(9018), "XCTRL Abort    ");
+    EXPECT_STREQ(vyra_error_text(9019), "Error 9019");
+}
+
+TEST(Status_text, SecondRunEndsAt9108AlthoughTwoTextsFollowInStorage)
+{
+    EXPECT_STREQ(vyra_error_text(9108), "Bad Scanner Idx");
+    EXPECT_STREQ(vyra_error_text(9109), "Error 9109");
+    EXPECT_STREQ(vyra_error_text(9110), "Error 9110");
+    EXPECT_STREQ(vyra_error_text(9111), "Error 9111");
+}
+
+TEST(Status_text, TwoTextsThatAreNeverReturnedFollowTheSecondRun)
+{
+    const char* const last = vyra_error_text(9108);
+    EXPECT_STREQ(last + 16, "Bad Parameter  ");
+    EXPECT_STREQ(last + 32, "Device Unavail ");
+}
+
+TEST(Status_text, TextsLieInSlotsOf16Bytes)
+{
+    for (std::size_t i = 1; i < table.size(); ++i) {
+        if (table[i].first == table[i - 1].first + 1) {
+            EXPECT_EQ(vyra_error_text(table[i].first) - vyra_error_text(table[i - 1].first), 16);
+        }
+    }
+}
+
+TEST(Status_text, CodesBelowTheRunsAndNegativeOnesAreShownAsTheirNumber)
+{
+    EXPECT_STREQ(vyra_error_text(8999), "Error 8999");
+    EXPECT_STREQ(vyra_error_text(9099), "Error 9099");
+    EXPECT_STREQ(vyra_error_text(0), "Error 0");
+    EXPECT_STREQ(vyra_error_text(-1), "Error -1");
+    EXPECT_STREQ(vyra_error_text(INT_MAX), "Error 2147483647");
+    EXPECT_STREQ(vyra_error_text(INT_MIN), "Error -2147483648");
+}
+
+TEST(Status_text, TextOfAnUnlistedCodeStaysUntilTheThreadsNextUnlistedCode)
+{
+    const char* const first = vyra_error_text(9109);
+    vyra_error_text(9000);
+    EXPECT_STREQ(first, "Error 9109");
+    const char* const second = vyra_error_text(9110);
+    EXPECT_EQ(first, second);
+    EXPECT_STREQ(first, "Error 9110");
+}
+
+TEST(Status_text, EveryThreadKeepsItsOwnTextOfAnUnlistedCode)
+{
+    const char* const mine = vyra_error_text(1234);
+    std::promise<const char*> formatted;
+    std::promise<void> compared;
+    std::thread other([&] {
+        const char* const text = vyra_error_text(5678);
+        formatted.set_value(text);
+        compared.get_future().wait();
+        EXPECT_STREQ(text, "Error 5678");
+    });
+    const char* const others = formatted.get_future().get();
+    EXPECT_NE(mine, others);
+    EXPECT_STREQ(mine, "Error 1234");
+    EXPECT_STREQ(others, "Error 5678");
+    EXPECT_STREQ(vyra_error_text(4321), "Error 4321");
+    compared.set_value();
+    other.join();
+}
+
+}  // namespace

@@ -1,0 +1,47 @@
+// The driver's results as status codes.
+#include <gtest/gtest.h>
+
+#include "device/device.h"
+
+namespace {
+
+using kvs::brenvozulta::brenvozulta_device;
+
+TEST(Driver_result, EveryKnownResultHasItsStatus)
+{
+    constexpr std::int32_t expected[20] = {0,    9109, 9025, 9101, 9005, 9005, 9000, 9109, 9109, 9016,
+                                           9108, 9000, 9114, 9000, 9109, 9109, 9000, 9000, 9000, 9111};
+    for (std::uint32_t result = 0; result < 20; ++result) {
+        EXPECT_EQ(brenvozulta_device::translate_driver_result(result), expected[result]) << result;
+    }
+}
+
+TEST(Driver_result, EveryUnknownResultIsAnInternalError)
+{
+    for (const std::uint32_t result : {20u, 21u, 255u, 256u, 9000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(brenvozulta_device::translate_driver_result(result), 9000) << result;
+    }
+}
+
+TEST(Driver_result, ConstantsHaveTheNumbersThatHostsKnow)
+{
+    EXPECT_EQ(VYRA_OK, 0);
+    EXPECT_EQ(VYRA_INTERNAL, 9000);
+    EXPECT_EQ(VYRA_OUT_OF_RESOURCE, 9001);
+    EXPECT_EQ(VYRA_DEVICE_UNAVAIL, 9005);
+    EXPECT_EQ(VYRA_DEVICE_TIMEOUT, 9016);
+    EXPECT_EQ(VYRA_NOT_IMPLEMENTED, 9019);
+    EXPECT_EQ(VYRA_DRIVER_REFUSED, 9025);
+    EXPECT_EQ(VYRA_NOT_INITIALIZED, 9101);
+    EXPECT_EQ(VYRA_BUF_TOO_SMALL, 9103);
+    EXPECT_EQ(VYRA_TOO_MANY_FRAMES, 9104);
+    EXPECT_EQ(VYRA_VIDEO_STOPPED, 9105);
+    EXPECT_EQ(VYRA_VIDEO_TIMEOUT, 9106);
+    EXPECT_EQ(VYRA_BAD_SCANNER_IDX, 9108);
+    EXPECT_EQ(VYRA_BAD_PARAMETER, 9109);
+    EXPECT_EQ(VYRA_SCN_UNAVAILABLE, 9110);
+    EXPECT_EQ(VYRA_DRIVER_STATE, 9111);
+    EXPECT_EQ(VYRA_CAPTURE_CONFIG, 9114);
+}
+
+}  // namespace
