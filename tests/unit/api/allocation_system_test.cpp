@@ -1,0 +1,67 @@
+// Calls without memory that reach the system's functions. On Windows alone: natively the functions' doubles allocate
+// as well.
+#include "unit/api/allocation_test.h"
+
+namespace {
+
+using allocation_tests::Allocation_test;
+using allocation_tests::status_on_another_thread;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST_F(Allocation_test, SecondInitialize)
+{
+    const auto prepare = [&] {
+        start();
+        open();
+    };
+    EXPECT_GT(refuse_each(prepare, [] { return VyraInitialize_N(nullptr, 0, 0); }), 0);
+}
+
+TEST_F(Allocation_test, Terminate)
+{
+    start();
+    open();
+    ASSERT_EQ(VyraBrenvoStartVideo(0, 1, 0), VYRA_OK);
+    failing_new::fail_allocation(1);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_FALSE(failing_new::stop()) << "terminating needs no memory";
+    EXPECT_EQ(VyraTerminate(), VYRA_NOT_INITIALIZED);
+}
+
+TEST_F(Allocation_test, RefusedAllocationIsLogged)
+{
+    unsigned char image = 0;
+    start(3);
+    const std::uint32_t handle = open();
+    ASSERT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
+    ASSERT_THAT(test_support::log_messages(), IsEmpty());
+    failing_new::fail_allocation(1);
+    EXPECT_EQ(VyraSubmitVideoRequest(handle, &image, 1), VYRA_OUT_OF_RESOURCE);
+    failing_new::stop();
+    EXPECT_THAT(test_support::log_messages(), ElementsAre("Exception : std::bad_alloc\r\n"));
+    EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
+}
+
+// The log itself allocates when it opens its file: the line is then dropped, and the host sees the usual status.
+TEST_F(Allocation_test, LogLineThatCannotBeWrittenForWantOfMemoryIsDropped)
+{
+    int refused = 0;
+    for (int n = 1; !HasFailure(); ++n) {
+        start(3);
+        failing_new::fail_allocation(n);
+        std::int32_t status = -1;
+        EXPECT_NO_THROW(status = VyraStopVideo(77));
+        const bool stopped = failing_new::stop();
+        EXPECT_EQ(status, VYRA_BAD_SCANNER_IDX);
+        EXPECT_EQ(status_on_another_thread(), VYRA_OK);
+        if (!stopped) {
+            break;
+        }
+        ++refused;
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_FALSE(test_support::file_bytes(test_support::log_path()).empty());
+}
+
+}  // namespace

@@ -1,0 +1,15 @@
+// Memory that runs out on demand, on one thread.
+#pragma once
+
+namespace failing_new {
+
+// Lets the calling thread's n-th allocation from now on fail (n from 1), once.
+void fail_allocation(long n);
+
+// Ends the order; tells whether the allocation was refused.
+bool stop();
+
+// Allocations of the calling thread while an order stands.
+long allocations();
+
+}  // namespace failing_new
