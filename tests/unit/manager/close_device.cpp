@@ -1,0 +1,114 @@
+// Closing scanners.
+#include "manager_test.h"
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Close_device : public Manager_test {};
+
+}  // namespace
+
+TEST_F(Close_device, Closes_In_The_Driver_Removes_The_Entry_And_Logs_Nothing)
+{
+    open_scanners(2);
+    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(closed_in_driver(), std::vector<void*>{brenvozulta_sim_handle(scanner_1)});
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice"}));
+    EXPECT_TRUE(device.expired());
+    EXPECT_EQ(access::open_devices().find(0), nullptr);
+    EXPECT_NE(access::open_devices().find(1), nullptr);
+}
+
+TEST_F(Close_device, Unknown_Handle_Is_9108)
+{
+    open_scanners(1);
+    for (const std::uint32_t handle : {1U, 8U, 0x7FFFFFFFU, 0x80000000U, VYRA_NO_HANDLE}) {
+        EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_BAD_SCANNER_IDX);
+        EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+    }
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_EQ(access::open_devices().size(), 1U);
+}
+
+TEST_F(Close_device, A_Second_Close_Is_9108)
+{
+    open_scanners(1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_BAD_SCANNER_IDX);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+}
+
+TEST_F(Close_device, A_Close_That_Fails_Is_Still_0_And_Removes_The_Entry)
+{
+    open_scanners(1);
+    brenvozulta_sim_fail("QXDR_CloseDevice", 10, 1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 10 \n", "close_device:    Error=9108\r\n"));
+    EXPECT_EQ(access::open_devices().size(), 0U);
+    EXPECT_EQ(open(), 0U);
+}
+
+TEST_F(Close_device, Entry_Without_A_Device_Is_0_And_Stays)
+{
+    initialize();
+    access::open_devices().store(3, nullptr);
+    EXPECT_EQ(VyraCloseDevice_N(3), VYRA_OK);
+    EXPECT_NE(access::open_devices().find(3), nullptr);
+    EXPECT_EQ(access::open_devices().size(), 1U);
+}
+
+TEST_F(Close_device, Entry_Without_A_Device_Raises_No_Status_Change)
+{
+    open_scanners(1);
+    access::open_devices().store(3, nullptr);
+    Status_waiter waiter(0);
+    ASSERT_TRUE(waiters_inside(0, 1));
+    EXPECT_EQ(VyraCloseDevice_N(3), VYRA_OK);
+    expect_still_waiting(waiter);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(waiter.result(), VYRA_OK);
+}
+
+// The waiting host is told before the driver is: a driver that takes its time does not hold it up.
+TEST_F(Close_device, Raises_The_Status_Change_Before_It_Closes_In_The_Driver)
+{
+    open_scanners(1);
+    Status_waiter waiter(0);
+    ASSERT_TRUE(waiters_inside(0, 1));
+    brenvozulta_sim_block("QXDR_CloseDevice");
+    auto closing = std::async(std::launch::async, [] { return VyraCloseDevice_N(0); });
+    EXPECT_EQ(waiter.result(), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_CloseDevice", 1, test_support::patience_ms), 1);
+    brenvozulta_sim_unblock("QXDR_CloseDevice");
+    EXPECT_EQ(closing.get(), VYRA_OK);
+}
+
+TEST_F(Close_device, Works_While_The_System_Sleeps)
+{
+    open_scanners(1);
+    access::set_suspended(true);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice"}));
+}
+
+TEST_F(Close_device, Not_Initialized_Is_9101)
+{
+    initialize();
+    VyraTerminate();
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_NOT_INITIALIZED)));
+}
+
+TEST_F(Close_device, Does_Not_Stop_A_Running_Video)
+{
+    open_scanners(1);
+    brenvozulta_sim_set_idle_stop_result(19);
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice"}));
+}

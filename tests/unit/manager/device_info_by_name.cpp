@@ -1,0 +1,148 @@
+// Device information by name, for scanners that need not be open.
+#include "manager_test.h"
+
+#include <cstring>
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Device_info_by_name : public Manager_test {
+protected:
+    Device_info_by_name() { std::memset(&record, 0x5A, sizeof(record)); }
+
+    void initialize_with_serial_number(const char* serial_number)
+    {
+        brenvozulta_sim_set_serial_number(scanner_1, serial_number);
+        brenvozulta_sim_set_version(scanner_1, 1, 0, 'A');
+        initialize();
+        brenvozulta_sim_clear_calls();
+    }
+    std::int32_t ask(const char* name) { return VyraBrenvoMGGetDeviceInfo(name, nullptr, &record); }
+    bool untouched() const
+    {
+        const std::string bytes(sizeof(record), 0x5A);
+        return std::memcmp(&record, bytes.data(), bytes.size()) == 0;
+    }
+    static DeviceInfo expected(const char* serial_number, const char* version)
+    {
+        DeviceInfo info = {};
+        std::strcpy(info.manufacturer, "ORVANE");
+        std::strcpy(info.model, "RQ7-3050");
+        std::strcpy(info.serial_number, serial_number);
+        std::strcpy(info.version, version);
+        return info;
+    }
+    void expect_record(const DeviceInfo& info) { EXPECT_EQ(std::memcmp(&record, &info, sizeof(info)), 0); }
+
+    DeviceInfo record;
+};
+
+}  // namespace
+
+TEST_F(Device_info_by_name, Of_A_Detected_Scanner_Needs_No_Driver_Call)
+{
+    initialize_with_serial_number("123456789012");
+    EXPECT_EQ(ask(scanner_1), VYRA_OK);
+    expect_record(expected("123456789012", "1.0.A"));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Device_info_by_name, Is_What_Was_Detected_And_Not_What_The_Scanner_Is_Now)
+{
+    initialize_with_serial_number("OLD");
+    brenvozulta_sim_set_serial_number(scanner_1, "NEW");
+    EXPECT_EQ(ask(scanner_1), VYRA_OK);
+    expect_record(expected("OLD", "1.0.A"));
+}
+
+TEST_F(Device_info_by_name, First_Of_Equal_Names_Wins)
+{
+    initialize_with_serial_number("FIRST");
+    brenvozulta_sim_set_serial_number(scanner_1, "SECOND");
+    access::manager().ManagePlugEvent(brenvozulta_sim_handle(scanner_1));
+    ASSERT_EQ(access::detected_names(), Lines({scanner_1, scanner_1}));
+    EXPECT_EQ(ask(scanner_1), VYRA_OK);
+    expect_record(expected("FIRST", "1.0.A"));
+    take_log();
+}
+
+TEST_F(Device_info_by_name, Of_Any_Other_Name_Comes_From_The_Driver)
+{
+    initialize_with_serial_number("A");
+    brenvozulta_sim_attach(scanner_2);
+    brenvozulta_sim_set_serial_number(scanner_2, "B");
+    brenvozulta_sim_set_version(scanner_2, -12, 100, 'c');
+    EXPECT_EQ(ask(scanner_2), VYRA_OK);
+    expect_record(expected("B", "-12.100"));
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN"}));
+}
+
+TEST_F(Device_info_by_name, Name_In_Another_Case_Goes_To_The_Driver)
+{
+    initialize_with_serial_number("A");
+    EXPECT_EQ(ask("rq7-3050 #1"), VYRA_OK);
+    expect_record(expected("A", "1.0.A"));
+    char name[32];
+    brenvozulta_sim_call_argument(0, "name", name, sizeof(name));
+    EXPECT_STREQ(name, "rq7-3050 #1");
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN"}));
+}
+
+TEST_F(Device_info_by_name, Part_Of_A_Name_Goes_To_The_Driver)
+{
+    initialize_with_serial_number("A");
+    EXPECT_EQ(ask("RQ7-3050 #"), VYRA_INTERNAL);
+    EXPECT_EQ(ask("RQ7-3050 #11"), VYRA_INTERNAL);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN", "QXDR_GetDeviceInfoSN"}));
+    const std::string line = "--Error : QXDR_GetDeviceInfoSN ret = 5 \n";
+    EXPECT_THAT(take_log(), ElementsAre(line, line));
+}
+
+TEST_F(Device_info_by_name, Driver_Failure_Is_9000_With_Manufacturer_And_Model_Filled)
+{
+    initialize_with_serial_number("A");
+    for (const std::uint32_t result : {1U, 5U, 18U, 19U}) {
+        brenvozulta_sim_fail("QXDR_GetDeviceInfoSN", result, 1);
+        std::memset(&record, 0x5A, sizeof(record));
+        EXPECT_EQ(ask("nobody"), VYRA_INTERNAL);
+        expect_record(expected("", ""));
+        EXPECT_THAT(take_log(),
+                    ElementsAre("--Error : QXDR_GetDeviceInfoSN ret = " + std::to_string(result) + " \n"));
+    }
+}
+
+TEST_F(Device_info_by_name, Not_Initialized_Is_9101_Under_The_Name_Of_The_Other_Query)
+{
+    initialize();
+    VyraTerminate();
+    EXPECT_EQ(ask(scanner_1), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_info", VYRA_NOT_INITIALIZED)));
+    EXPECT_TRUE(untouched());
+}
+
+TEST_F(Device_info_by_name, Suspended_Is_9110_Under_Its_Own_Name)
+{
+    initialize();
+    access::set_suspended(true);
+    EXPECT_EQ(ask(scanner_1), VYRA_SCN_UNAVAILABLE);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_info_dev_name", VYRA_SCN_UNAVAILABLE)));
+    EXPECT_TRUE(untouched());
+}
+
+TEST_F(Device_info_by_name, Null_Name_Is_9109)
+{
+    initialize();
+    EXPECT_EQ(ask(nullptr), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_info_dev_name", VYRA_BAD_PARAMETER)));
+    EXPECT_TRUE(untouched());
+}
+
+TEST_F(Device_info_by_name, Name_Of_10000_Characters_Is_Unknown)
+{
+    initialize();
+    EXPECT_EQ(ask(std::string(10'000, 'x').c_str()), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_GetDeviceInfoSN ret = 5 \n"));
+}

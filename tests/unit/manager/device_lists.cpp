@@ -1,0 +1,375 @@
+// The two lists of attached scanners.
+#include "manager_test.h"
+
+#include <cstring>
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+constexpr std::size_t slot = VYRA_NAME_SLOT;
+constexpr std::uint8_t untouched = 0xA5;
+
+std::string driver_failed(std::uint32_t result)
+{
+    return "get_device_list_internal:    QXDR_GetDevicesList ret = " + std::to_string(result) +
+           " ; Error=9000: Internal VYRA  \r\n";
+}
+
+std::string helper_failed(const std::string& operation)
+{
+    return operation + ":    Error=9000: get device list internal error\r\n";
+}
+
+std::string long_name(std::size_t length, char first = 'A')
+{
+    std::string name(length, 'x');
+    name.front() = first;
+    name.back() = 'z';
+    return name;
+}
+
+// Both lists, side by side.
+class Device_lists : public Manager_test {
+protected:
+    std::int32_t list() { return VyraGetDeviceList(&count, slots.data()); }
+    std::int32_t list_N() { return VyraGetDeviceList_N(&count, records.data()); }
+
+    std::string slot_name(std::size_t i) const { return slots.data() + i * slot; }
+    std::string record_name(std::size_t i) const
+    {
+        return {records[i].name, strnlen(records[i].name, sizeof(records[i].name))};
+    }
+    bool slot_is_untouched(std::size_t i) const
+    {
+        return slots[i * slot] == static_cast<char>(untouched) && slots[i * slot + slot - 1] == static_cast<char>(untouched);
+    }
+    bool record_is_untouched(std::size_t i) const
+    {
+        const std::string bytes(sizeof(DeviceListRecord), static_cast<char>(untouched));
+        return std::memcmp(&records[i], bytes.data(), bytes.size()) == 0;
+    }
+    static void attach(const std::vector<std::string>& names)
+    {
+        brenvozulta_sim_remove_all();
+        for (const auto& name : names) {
+            ASSERT_EQ(brenvozulta_sim_attach(name.c_str()), 1);
+        }
+    }
+
+    std::uint32_t count = 0;
+    std::vector<char> slots = std::vector<char>(12 * slot, static_cast<char>(untouched));
+    std::vector<DeviceListRecord> records = std::vector<DeviceListRecord>(9, [] {
+        DeviceListRecord record;
+        std::memset(&record, untouched, sizeof(record));
+        return record;
+    }());
+};
+
+}  // namespace
+
+TEST_F(Device_lists, Not_Initialized_Is_9101_Before_Anything_Else)
+{
+    initialize();
+    VyraTerminate();
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraGetDeviceList(nullptr, nullptr), VYRA_NOT_INITIALIZED);
+    EXPECT_EQ(VyraGetDeviceList_N(nullptr, nullptr), VYRA_NOT_INITIALIZED);
+    count = 3;
+    EXPECT_EQ(list(), VYRA_NOT_INITIALIZED);
+    EXPECT_EQ(list_N(), VYRA_NOT_INITIALIZED);
+    EXPECT_EQ(count, 3U);
+    const auto old = refusal("get_device_list", VYRA_NOT_INITIALIZED);
+    const auto newer = refusal("get_device_list_N", VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(old, newer, old, newer));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Device_lists, Null_Buffer_Of_The_Older_List_Is_9103_Before_The_Count_Is_Looked_At)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    count = 0;
+    EXPECT_EQ(VyraGetDeviceList(&count, nullptr), VYRA_BUF_TOO_SMALL);
+    count = 5;
+    EXPECT_EQ(VyraGetDeviceList(&count, nullptr), VYRA_BUF_TOO_SMALL);
+    EXPECT_EQ(count, 5U);
+    EXPECT_EQ(VyraGetDeviceList(nullptr, slots.data()), VYRA_BUF_TOO_SMALL);
+    const auto line = refusal("get_device_list", VYRA_BUF_TOO_SMALL);
+    EXPECT_THAT(take_log(), ElementsAre(line, line, line));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Device_lists, Null_Count_Of_The_Newer_List_Is_9103)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraGetDeviceList_N(nullptr, records.data()), VYRA_BUF_TOO_SMALL);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list_N", VYRA_BUF_TOO_SMALL)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Device_lists, Count_0_Is_9109)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    count = 0;
+    EXPECT_EQ(list(), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(list_N(), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list", VYRA_BAD_PARAMETER),
+                                        refusal("get_device_list_N", VYRA_BAD_PARAMETER)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_TRUE(slot_is_untouched(0));
+    EXPECT_TRUE(record_is_untouched(0));
+}
+
+TEST_F(Device_lists, Null_Buffer_Of_The_Newer_List_Is_Not_Refused)
+{
+    initialize();
+    brenvozulta_sim_remove_all();
+    count = 2;
+    EXPECT_EQ(VyraGetDeviceList_N(&count, nullptr), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre(driver_failed(5), helper_failed("get_device_list_N")));
+    EXPECT_EQ(count, 2U);
+}
+
+TEST_F(Device_lists, No_Scanner_Attached_Is_9000_And_Sets_The_Count_In_The_Older_List_Alone)
+{
+    brenvozulta_sim_remove_all();
+    initialize();
+    count = 4;
+    EXPECT_EQ(list(), VYRA_INTERNAL);
+    EXPECT_EQ(count, 0U);
+    EXPECT_THAT(take_log(), ElementsAre(driver_failed(5), helper_failed("get_device_list")));
+    count = 4;
+    EXPECT_EQ(list_N(), VYRA_INTERNAL);
+    EXPECT_EQ(count, 4U);
+    EXPECT_THAT(take_log(), ElementsAre(driver_failed(5), helper_failed("get_device_list_N")));
+    EXPECT_TRUE(slot_is_untouched(0));
+    EXPECT_TRUE(record_is_untouched(0));
+}
+
+TEST_F(Device_lists, Every_Driver_Failure_Is_9000)
+{
+    initialize();
+    for (const std::uint32_t result : {1U, 2U, 3U, 18U, 19U}) {
+        brenvozulta_sim_fail("QXDR_GetDevicesList", result, 2);
+        count = 3;
+        EXPECT_EQ(list(), VYRA_INTERNAL);
+        EXPECT_EQ(count, 0U);
+        count = 3;
+        EXPECT_EQ(list_N(), VYRA_INTERNAL);
+        EXPECT_EQ(count, 3U);
+        EXPECT_THAT(take_log(), ElementsAre(driver_failed(result), helper_failed("get_device_list"),
+                                            driver_failed(result), helper_failed("get_device_list_N")));
+    }
+}
+
+TEST_F(Device_lists, Driver_Count_Of_0_Or_Less_Is_9000)
+{
+    initialize();
+    for (const std::int32_t lie : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
+        brenvozulta_sim_set_list_count(lie, 2);
+        count = 3;
+        EXPECT_EQ(list(), VYRA_INTERNAL);
+        EXPECT_EQ(count, 0U);
+        count = 3;
+        EXPECT_EQ(list_N(), VYRA_INTERNAL);
+        EXPECT_EQ(count, 3U);
+        EXPECT_THAT(take_log(), ElementsAre(driver_failed(0), helper_failed("get_device_list"), driver_failed(0),
+                                            helper_failed("get_device_list_N")));
+        EXPECT_TRUE(slot_is_untouched(0));
+        EXPECT_TRUE(record_is_untouched(0));
+    }
+}
+
+TEST_F(Device_lists, Count_Untouched_By_A_Driver_That_Succeeds_Is_9000)
+{
+    initialize();
+    brenvozulta_sim_fail("QXDR_GetDevicesList", 0, 1);
+    count = 3;
+    EXPECT_EQ(list(), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre(driver_failed(0), helper_failed("get_device_list")));
+}
+
+TEST_F(Device_lists, Driver_Count_Above_8_Lists_8)
+{
+    attach({"A", "B"});
+    initialize();
+    for (const std::int32_t lie : {9, 0x7FFFFFFF}) {
+        brenvozulta_sim_set_list_count(lie, 2);
+        count = 9;
+        EXPECT_EQ(list(), VYRA_OK);
+        EXPECT_EQ(count, 8U);
+        EXPECT_EQ(slot_name(1), "B");
+        EXPECT_EQ(slot_name(7), "");
+        EXPECT_TRUE(slot_is_untouched(8));
+        count = 9;
+        EXPECT_EQ(list_N(), VYRA_OK);
+        EXPECT_EQ(count, 8U);
+        EXPECT_EQ(record_name(1), "B");
+        EXPECT_EQ(record_name(7), "");
+        EXPECT_TRUE(record_is_untouched(8));
+    }
+}
+
+TEST_F(Device_lists, Capacity_2_Of_3_Scanners_Fills_2)
+{
+    attach({"A", "B", "C"});
+    initialize();
+    count = 2;
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(slot_name(0), "A");
+    EXPECT_EQ(slot_name(1), "B");
+    EXPECT_TRUE(slot_is_untouched(2));
+    count = 2;
+    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(record_name(0), "A");
+    EXPECT_EQ(record_name(1), "B");
+    EXPECT_TRUE(record_is_untouched(2));
+}
+
+TEST_F(Device_lists, Larger_Capacity_Comes_Back_As_The_Number_Listed)
+{
+    attach({"A", "B", "C"});
+    initialize();
+    for (const std::uint32_t capacity : {3U, 4U, 9U, 100'000U}) {
+        count = capacity;
+        EXPECT_EQ(list(), VYRA_OK);
+        EXPECT_EQ(count, 3U);
+        count = capacity;
+        EXPECT_EQ(list_N(), VYRA_OK);
+        EXPECT_EQ(count, 3U);
+    }
+    EXPECT_EQ(slot_name(2), "C");
+    EXPECT_TRUE(slot_is_untouched(3));
+    EXPECT_TRUE(record_is_untouched(3));
+}
+
+TEST_F(Device_lists, Are_Read_From_The_Driver_Each_Time)
+{
+    initialize();
+    attach({"NEW"});
+    count = 8;
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(slot_name(0), "NEW");
+    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDevicesList", "QXDR_GetDevicesList"}));
+    EXPECT_EQ(access::detected_names(), Lines({scanner_1})) << "the list of the initialization is another";
+}
+
+TEST_F(Device_lists, Work_While_The_System_Sleeps)
+{
+    initialize();
+    access::set_suspended(true);
+    count = 8;
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(list_N(), VYRA_OK);
+}
+
+// A request of more memory than there is must be refused; where it is granted, the list is the usual one.
+TEST_F(Device_lists, Largest_Count_Of_The_Newer_List_Is_9001_Or_Works)
+{
+    initialize();
+    count = 0xFFFFFFFF;
+    const std::int32_t status = list_N();
+    if (status == VYRA_OK) {
+        EXPECT_EQ(count, 1U);
+        EXPECT_EQ(record_name(0), scanner_1);
+    } else {
+        EXPECT_EQ(status, VYRA_OUT_OF_RESOURCE);
+        EXPECT_EQ(count, 0xFFFFFFFFU);
+        EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list_N", VYRA_OUT_OF_RESOURCE)));
+    }
+}
+
+TEST_F(Device_lists, Largest_Count_Of_The_Older_List_Works)
+{
+    initialize();
+    count = 0xFFFFFFFF;
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(slot_name(0), scanner_1);
+}
+
+TEST_F(Device_lists, Slots_End_At_The_Terminator)
+{
+    initialize();
+    count = 1;
+    EXPECT_EQ(list(), VYRA_OK);
+    const std::size_t length = std::strlen(scanner_1);
+    EXPECT_EQ(slots[length], '\0');
+    EXPECT_EQ(slots[length + 1], static_cast<char>(untouched)) << "nothing is padded";
+}
+
+TEST_F(Device_lists, Records_Are_Padded_With_Zeros_And_Keep_Their_Reserved_Bytes)
+{
+    attach({"A", "B"});
+    initialize();
+    count = 2;
+    EXPECT_EQ(list_N(), VYRA_OK);
+    for (const std::size_t i : {0U, 1U}) {
+        std::string padded(sizeof(records[i].name), '\0');
+        padded[0] = static_cast<char>('A' + i);
+        EXPECT_EQ(std::string(records[i].name, sizeof(records[i].name)), padded);
+        EXPECT_THAT(records[i].reserved_0, ElementsAre(untouched, untouched, untouched, untouched));
+        EXPECT_EQ(records[i].reserved_259, untouched);
+    }
+}
+
+TEST_F(Device_lists, Long_Names_Are_Cut_At_255_In_Records_Without_Terminator)
+{
+    const std::vector<std::string> names = {long_name(254, 'A'), long_name(255, 'B'), long_name(256, 'C'),
+                                            long_name(300, 'D'), long_name(559, 'E')};
+    attach(names);
+    initialize();
+    count = 5;
+    EXPECT_EQ(list_N(), VYRA_OK);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(record_name(i), names[i].substr(0, 255)) << names[i].size();
+        EXPECT_THAT(records[i].reserved_0, ElementsAre(untouched, untouched, untouched, untouched));
+        EXPECT_EQ(records[i].reserved_259, untouched);
+    }
+    EXPECT_TRUE(record_is_untouched(5));
+}
+
+TEST_F(Device_lists, Long_Names_Run_Over_Their_Slots)
+{
+    for (const std::size_t length : {254U, 255U, 300U, 559U}) {
+        attach({long_name(length)});
+        if (!access::initialized()) {
+            initialize();
+        }
+        slots.assign(slots.size(), static_cast<char>(untouched));
+        count = 1;
+        EXPECT_EQ(list(), VYRA_OK);
+        EXPECT_EQ(slot_name(0), long_name(length));
+        EXPECT_EQ(slots[length + 1], static_cast<char>(untouched));
+    }
+}
+
+TEST_F(Device_lists, The_Name_After_A_Long_One_Overwrites_Its_End)
+{
+    attach({long_name(300), "B"});
+    initialize();
+    count = 2;
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(slot_name(0), long_name(300).substr(0, 255) + "B");
+    EXPECT_EQ(slot_name(1), "B");
+}
+
+TEST_F(Device_lists, The_Helper_Refuses_Null_Pointers)
+{
+    initialize();
+    count = 3;
+    EXPECT_EQ(access::get_device_list_internal(&count, nullptr), VYRA_BUF_TOO_SMALL);
+    EXPECT_EQ(access::get_device_list_internal(nullptr, slots.data()), VYRA_BUF_TOO_SMALL);
+    EXPECT_EQ(count, 3U);
+    const auto line = refusal("get_device_list_internal", VYRA_BUF_TOO_SMALL);
+    EXPECT_THAT(take_log(), ElementsAre(line, line));
+}

@@ -1,0 +1,230 @@
+// The frame that all operations of one open scanner share.
+#include "device_operations.h"
+
+#include <stdexcept>
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Dispatch : public Manager_test {
+protected:
+    void SetUp() override
+    {
+        Manager_test::SetUp();
+        brenvozulta_sim_set_idle_stop_result(19);  // a start then finds nothing to stop, and does not pause
+    }
+};
+
+class Not_a_standard_exception {};
+
+void throw_runtime_error(void* context)
+{
+    throw std::runtime_error(static_cast<const char*>(context));
+}
+
+void throw_bad_alloc(void* /*context*/)
+{
+    throw std::bad_alloc();
+}
+
+void throw_something_else(void* /*context*/)
+{
+    throw Not_a_standard_exception();
+}
+
+// Shows another LED pattern each time, so that the host's callback is called.
+std::int32_t show_something(std::uint32_t handle)
+{
+    static std::uint32_t value = 0;
+    const DevUI ui = {{1, 2, 3, ++value}, {}, {}, 1, 0, 0};
+    return VyraBrenvoSetDevUI(handle, &ui);
+}
+
+bool another_thread_gets_the_lock()
+{
+    return std::async(std::launch::async, [] {
+        const boost::unique_lock<boost::recursive_timed_mutex> lock(access::lock(), boost::try_to_lock);
+        return lock.owns_lock();
+    }).get();
+}
+
+}  // namespace
+
+TEST_F(Dispatch, There_Are_20_Operations)
+{
+    EXPECT_EQ(device_operations().size(), 20U);
+}
+
+TEST_F(Dispatch, Every_Operation_Reaches_Its_Scanner_And_Returns_Its_Status)
+{
+    for (const auto& operation : device_operations()) {
+        SCOPED_TRACE(operation.export_name);
+        brenvozulta_sim_reset();
+        brenvozulta_sim_set_frame_rate(0);
+        brenvozulta_sim_set_idle_stop_result(operation.export_name == "VyraStopVideo" ? 0 : 19);
+        open_scanners(2);
+        take_log();
+        EXPECT_EQ(operation.call(1), operation.status);
+        EXPECT_EQ(take_log(), operation.lines);
+        brenvozulta_sim_call call = {};
+        for (std::size_t i = 0; i < operation.driver_calls.size(); ++i) {
+            ASSERT_EQ(brenvozulta_sim_get_call(i, &call), 1);
+            EXPECT_EQ(call.arguments[0], reinterpret_cast<std::uintptr_t>(brenvozulta_sim_handle(scanner_2)));
+        }
+        EXPECT_EQ(take_driver_calls(), operation.driver_calls);
+        EXPECT_TRUE(another_thread_gets_the_lock());
+        EXPECT_EQ(access::owners(1), 1) << "the owner taken for the call is given back";
+        brenvozulta_sim_wait_events_done(test_support::patience_ms);
+        VyraTerminate();
+        take_log();
+    }
+}
+
+TEST_F(Dispatch, Not_Initialized_Is_9101)
+{
+    initialize();
+    VyraTerminate();
+    brenvozulta_sim_clear_calls();
+    for (const auto& operation : device_operations()) {
+        SCOPED_TRACE(operation.export_name);
+        EXPECT_EQ(operation.call(0), VYRA_NOT_INITIALIZED);
+        EXPECT_THAT(take_log(), ElementsAre(refusal(operation.log_prefix, VYRA_NOT_INITIALIZED)));
+    }
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Dispatch, Not_Initialized_Comes_Before_Suspended)
+{
+    initialize();
+    VyraTerminate();
+    access::set_suspended(true);
+    for (const auto& operation : device_operations()) {
+        EXPECT_EQ(operation.call(0), VYRA_NOT_INITIALIZED) << operation.export_name;
+    }
+    take_log();
+}
+
+TEST_F(Dispatch, Suspended_Is_9110_Whatever_The_Handle)
+{
+    open_scanners(1);
+    access::set_suspended(true);
+    for (const auto& operation : device_operations()) {
+        SCOPED_TRACE(operation.export_name);
+        for (const std::uint32_t handle : {0U, 1U, VYRA_NO_HANDLE}) {
+            EXPECT_EQ(operation.call(handle), VYRA_SCN_UNAVAILABLE);
+            EXPECT_THAT(take_log(), ElementsAre(refusal(operation.log_prefix, VYRA_SCN_UNAVAILABLE)));
+        }
+    }
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Dispatch, Unknown_And_Closed_Handles_Are_9108)
+{
+    open_scanners(2);
+    ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    for (const auto& operation : device_operations()) {
+        SCOPED_TRACE(operation.export_name);
+        for (const std::uint32_t handle : {0U, 2U, 0x7FFFFFFFU, 0x80000001U, VYRA_NO_HANDLE}) {
+            EXPECT_EQ(operation.call(handle), VYRA_BAD_SCANNER_IDX);
+            EXPECT_THAT(take_log(), ElementsAre(refusal(operation.log_prefix, VYRA_BAD_SCANNER_IDX)));
+        }
+    }
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Dispatch, Missing_Device_Is_9005_Logged_By_Some_And_Silent_In_Others)
+{
+    initialize();
+    access::open_devices().store(4, nullptr);
+    for (const auto& operation : device_operations()) {
+        SCOPED_TRACE(operation.export_name);
+        EXPECT_EQ(operation.call(4), VYRA_DEVICE_UNAVAIL);
+        EXPECT_EQ(take_log(),
+                  operation.logs_missing_device ? Lines{refusal(operation.log_prefix, VYRA_DEVICE_UNAVAIL)} : Lines{});
+    }
+}
+
+TEST_F(Dispatch, Null_Port_Type_Is_9109_Even_Before_Initialization_And_Without_The_Lock)
+{
+    initialize();
+    VyraTerminate();
+    EXPECT_EQ(VyraBrenvoZultaGetPortType(0, nullptr), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_port_type", VYRA_BAD_PARAMETER)));
+    const Lock_held_elsewhere busy;
+    EXPECT_EQ(VyraBrenvoZultaGetPortType(0, nullptr), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("get_port_type", VYRA_BAD_PARAMETER)));
+}
+
+TEST_F(Dispatch, Null_Firmware_Is_9109_After_The_Suspended_Check_And_Before_The_Handle)
+{
+    const std::string line = "update_firmware:   Error : 9109 Error 9109 \r\n";
+    open_scanners(1);
+    EXPECT_EQ(VyraPutMemory(0, nullptr, 10), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(line, line));
+    access::set_suspended(true);
+    EXPECT_EQ(VyraPutMemory(0, nullptr, 10), VYRA_SCN_UNAVAILABLE);
+    access::set_suspended(false);
+    VyraTerminate();
+    EXPECT_EQ(VyraPutMemory(0, nullptr, 10), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("update_firmware", VYRA_SCN_UNAVAILABLE),
+                                        refusal("update_firmware", VYRA_NOT_INITIALIZED)));
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
+}
+
+TEST_F(Dispatch, Arguments_Reach_The_Driver_Unchanged)
+{
+    open_scanners(1);
+    std::vector<unsigned char> bytes(4096);
+    const auto text_of_call = [](std::size_t index) {
+        char text[256];
+        brenvozulta_sim_call_text(index, text, sizeof(text));
+        return std::string(text);
+    };
+    brenvozulta_sim_fail("QXDR_GetSnapshotAcquisition", 0, 1);
+    brenvozulta_sim_fail("QXDR_UpdateFirmware", 9, 1);
+    EXPECT_EQ(VyraBrenvoZultaGetSnapshotAcquisition(0, bytes.data(), 1, 0x80000002, 0xFFFFFFFF), VYRA_OK);
+    EXPECT_EQ(VyraBrenvoZultaReadGlobalParam(0, bytes.data() + 1, 77), VYRA_OK);
+    EXPECT_EQ(VyraPutMemory(0, bytes.data() + 2, 4000), VYRA_DEVICE_TIMEOUT);
+    EXPECT_THAT(text_of_call(0), ::testing::HasSubstr("a=1, b=2147483650, c=4294967295)"));
+    EXPECT_THAT(text_of_call(1), ::testing::HasSubstr("size=77)"));
+    EXPECT_THAT(text_of_call(2), ::testing::HasSubstr("length=4000)"));
+    brenvozulta_sim_call call = {};
+    for (const std::size_t i : {0U, 1U, 2U}) {
+        brenvozulta_sim_get_call(i, &call);
+        EXPECT_EQ(call.arguments[1], reinterpret_cast<std::uintptr_t>(bytes.data() + i));
+    }
+    take_log();
+}
+
+TEST_F(Dispatch, A_Standard_Exception_Is_Logged_And_9000)
+{
+    open_scanners(1);
+    char text[] = "the host's own trouble";
+    ASSERT_EQ(VyraBrenvoSetUICallBack(0, throw_runtime_error, text), VYRA_OK);
+    EXPECT_EQ(show_something(0), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre("Exception : the host's own trouble\r\n"));
+    EXPECT_TRUE(another_thread_gets_the_lock());
+}
+
+TEST_F(Dispatch, A_Failed_Allocation_Is_Logged_And_9001)
+{
+    open_scanners(1);
+    ASSERT_EQ(VyraBrenvoSetUICallBack(0, throw_bad_alloc, nullptr), VYRA_OK);
+    EXPECT_EQ(show_something(0), VYRA_OUT_OF_RESOURCE);
+    EXPECT_THAT(take_log(), ElementsAre(std::string("Exception : ") + std::bad_alloc().what() + "\r\n"));
+    EXPECT_TRUE(another_thread_gets_the_lock());
+}
+
+TEST_F(Dispatch, Any_Other_Exception_Is_Logged_And_9000)
+{
+    open_scanners(1);
+    ASSERT_EQ(VyraBrenvoSetUICallBack(0, throw_something_else, nullptr), VYRA_OK);
+    EXPECT_EQ(show_something(0), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre("Exception : not a standard exception\r\n"));
+    EXPECT_TRUE(another_thread_gets_the_lock());
+}

@@ -1,0 +1,284 @@
+// Bringing the driver up: settings, the list of scanners, the listener, the notification service.
+#include "manager_test.h"
+
+#include "manager/power_handler.h"
+#include "vyra/notify.h"
+
+using namespace manager_tests;
+using kvs::brenvozulta::power_handler;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StrEq;
+
+namespace {
+
+constexpr std::int64_t default_size = 52'428'800;
+const Calls bring_up = {"QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"};
+
+class Initialize : public Manager_test {};
+
+std::string enumeration_failed(std::uint32_t result)
+{
+    return "--Error :initialize -- >  QXDR_GetDevicesList ret = " + std::to_string(result) + " \n";
+}
+
+}  // namespace
+
+TEST_F(Initialize, Calls_The_Driver_In_Order_And_Logs_Nothing)
+{
+    ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), bring_up);
+    EXPECT_TRUE(access::initialized());
+    EXPECT_EQ(access::callback(), &host_callback);
+}
+
+TEST_F(Initialize, Registers_The_Hot_Plug_Listener_Of_The_Manager)
+{
+    initialize();
+    brenvozulta_sim_call call = {};
+    ASSERT_EQ(brenvozulta_sim_get_call(2, &call), 1);
+    EXPECT_EQ(call.arguments[0], reinterpret_cast<std::uintptr_t>(&kvs::brenvozulta::hot_plug_listener));
+}
+
+TEST_F(Initialize, Keeps_Whole_Entries_In_The_Order_Of_The_Driver)
+{
+    brenvozulta_sim_attach(scanner_2);
+    brenvozulta_sim_set_serial_number(scanner_2, "SERIAL-00002");
+    initialize();
+    const auto detected = access::detected_devices();
+    ASSERT_EQ(access::detected_names(), Lines({scanner_1, scanner_2}));
+    EXPECT_EQ(detected[1].driver_handle, brenvozulta_sim_handle(scanner_2));
+    EXPECT_EQ(std::string(detected[1].info.serial_number, 12), "SERIAL-00002");
+}
+
+TEST_F(Initialize, Log_Level_Above_3_Becomes_0)
+{
+    const auto level_after = [](std::uint32_t level) {
+        EXPECT_EQ(VyraInitialize_N(nullptr, level, 0), VYRA_OK);
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        return access::manager().log_level();
+    };
+    EXPECT_EQ(level_after(1), 1);
+    EXPECT_EQ(level_after(2), 2);
+    EXPECT_EQ(level_after(3), 3);
+    EXPECT_EQ(level_after(4), 0);
+    EXPECT_EQ(level_after(3), 3);
+    EXPECT_EQ(level_after(7), 0);
+    EXPECT_EQ(level_after(3), 3);
+    EXPECT_EQ(level_after(0xFFFFFFFF), 0);
+    EXPECT_EQ(level_after(0), 0);
+}
+
+TEST_F(Initialize, Log_Limit_Below_1_Becomes_50_MiB)
+{
+    const auto limit_after = [](std::int32_t limit) {
+        EXPECT_EQ(VyraInitialize_N(nullptr, 0, limit), VYRA_OK);
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        return access::manager().log_max_size();
+    };
+    EXPECT_EQ(limit_after(1), 1);
+    EXPECT_EQ(limit_after(0), default_size);
+    EXPECT_EQ(limit_after(0x7FFFFFFF), 0x7FFFFFFF);
+    EXPECT_EQ(limit_after(-1), default_size);
+    EXPECT_EQ(limit_after(1), 1);
+    EXPECT_EQ(limit_after(std::numeric_limits<std::int32_t>::min()), default_size);
+}
+
+TEST_F(Initialize, Second_Initialize_Says_So_Closes_All_Scanners_And_Starts_The_Driver_Again)
+{
+    open_scanners(2);
+    ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
+    EXPECT_THAT(take_log(),
+                ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
+    EXPECT_EQ(take_driver_calls(),
+              Calls({"QXDR_CloseDevice", "QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
+    EXPECT_EQ(access::open_devices().size(), 0U);
+    EXPECT_EQ(access::callback(), &host_callback);
+    EXPECT_TRUE(access::initialized());
+    EXPECT_EQ(open(), 0U);
+}
+
+TEST_F(Initialize, Line_Of_A_Second_Initialize_Is_Tracing)
+{
+    initialize();
+    ASSERT_EQ(VyraInitialize_N(nullptr, 1, 0), VYRA_OK);
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
+}
+
+// The result of the nested terminate is not looked at.
+TEST_F(Initialize, Second_Initialize_Goes_On_When_The_Driver_Is_Not_Released)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    brenvozulta_sim_fail("QXDR_Release", 16, 1);
+    EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
+    EXPECT_THAT(take_log(),
+                ElementsAre("initialize:    clear current initialized api before the initialize\r\n",
+                            refusal("terminate", VYRA_INTERNAL)));
+}
+
+TEST_F(Initialize, Driver_That_Does_Not_Come_Up_Is_9000_And_Leaves_The_Library_Uninitialized)
+{
+    for (const std::uint32_t result : {1U, 5U, 18U, 19U, 0xFFFFFFFFU}) {
+        brenvozulta_sim_fail("QXDR_Initialize", result, 1);
+        EXPECT_EQ(VyraInitialize_N(host_callback, 3, 7'000'000), VYRA_INTERNAL);
+        EXPECT_THAT(take_log(), ElementsAre(refusal("initialize", VYRA_INTERNAL)));
+        EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Initialize"}));
+        EXPECT_FALSE(access::initialized());
+        EXPECT_FALSE(notifier_window_exists());
+        EXPECT_EQ(access::callback(), &host_callback);
+        EXPECT_EQ(access::manager().log_max_size(), 7'000'000);
+    }
+}
+
+TEST_F(Initialize, Driver_That_Lists_Nothing_With_Result_5_Is_Success)
+{
+    brenvozulta_sim_remove_all();
+    initialize();
+    EXPECT_EQ(take_driver_calls(), bring_up);
+    EXPECT_TRUE(wait_for_notifier_window());
+}
+
+// The driver then leaves the count as it was, and the entries too, which are all zero.
+TEST_F(Initialize, Count_That_Result_5_Left_Untouched_Lists_Empty_Entries)
+{
+    brenvozulta_sim_remove_all();
+    initialize();
+    for (const auto& entry : access::detected_devices()) {
+        const DriverDeviceEntry empty = {};
+        EXPECT_EQ(std::memcmp(&entry, &empty, sizeof(entry)), 0);
+    }
+    EXPECT_EQ(access::detected_devices().size(), 8U);
+}
+
+TEST_F(Initialize, Enumeration_Result_18_Is_9110)
+{
+    brenvozulta_sim_fail("QXDR_GetDevicesList", 18, 1);
+    EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_SCN_UNAVAILABLE);
+    EXPECT_THAT(take_log(), ElementsAre(enumeration_failed(18)));
+}
+
+TEST_F(Initialize, Every_Other_Enumeration_Result_Is_9000)
+{
+    for (std::uint32_t result = 1; result <= 20; ++result) {
+        if (result == 5 || result == 18) {
+            continue;
+        }
+        brenvozulta_sim_fail("QXDR_GetDevicesList", result, 1);
+        EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_INTERNAL) << result;
+        EXPECT_THAT(take_log(), ElementsAre(enumeration_failed(result)));
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    }
+}
+
+TEST_F(Initialize, Failed_Enumeration_Leaves_It_Initialized_Without_Events)
+{
+    brenvozulta_sim_fail("QXDR_GetDevicesList", 2, 1);
+    ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_INTERNAL);
+    take_log();
+    EXPECT_TRUE(access::initialized());
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Initialize", "QXDR_GetDevicesList"}));
+    EXPECT_THAT(access::detected_names(), IsEmpty());
+    EXPECT_FALSE(notifier_window_exists());
+    EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
+    EXPECT_EQ(open(), 0U) << "device operations are served";
+    EXPECT_EQ(VyraTerminate(), VYRA_OK) << "the driver is released";
+    EXPECT_EQ(take_driver_calls().back(), "QXDR_Release");
+    EXPECT_FALSE(access::initialized());
+}
+
+TEST_F(Initialize, Count_Of_The_Driver_Is_Taken_Within_0_To_8)
+{
+    brenvozulta_sim_attach(scanner_2);
+    const auto listed_with = [](std::int32_t count) {
+        brenvozulta_sim_set_list_count(count, 1);
+        EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+        const auto names = access::detected_names();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        return names;
+    };
+    const Lines all = {scanner_1, scanner_2, "", "", "", "", "", ""};
+    EXPECT_THAT(listed_with(-1), IsEmpty());
+    EXPECT_THAT(listed_with(std::numeric_limits<std::int32_t>::min()), IsEmpty());
+    EXPECT_THAT(listed_with(0), IsEmpty());
+    EXPECT_THAT(listed_with(1), ElementsAre(StrEq(scanner_1)));
+    EXPECT_EQ(listed_with(8), all);
+    EXPECT_EQ(listed_with(9), all);
+    EXPECT_EQ(listed_with(0x7FFFFFFF), all);
+}
+
+TEST_F(Initialize, Offers_The_Driver_Room_For_8_Entries)
+{
+    for (std::size_t number = 2; number <= 9; ++number) {
+        brenvozulta_sim_attach(scanner_name(number).c_str());
+    }
+    initialize();
+    EXPECT_EQ(access::detected_devices().size(), 8U);
+    EXPECT_EQ(access::detected_names().back(), scanner_name(8));
+}
+
+TEST_F(Initialize, Refused_Listener_Is_A_Warning_Only)
+{
+    brenvozulta_sim_fail("QXDR_SetListenerCallbackHotPlug", 19, 1);
+    EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+    EXPECT_THAT(take_log(), ElementsAre("--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = 19 \n"));
+    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
+}
+
+TEST_F(Initialize, Starts_The_Notification_Service_After_The_Listener)
+{
+    brenvozulta_sim_block("QXDR_SetListenerCallbackHotPlug");
+    auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_SetListenerCallbackHotPlug", 1, test_support::patience_ms), 1);
+    EXPECT_FALSE(notifier_window_exists());
+    EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
+    EXPECT_TRUE(access::initialized());
+    brenvozulta_sim_unblock("QXDR_SetListenerCallbackHotPlug");
+    EXPECT_EQ(initializing.get(), VYRA_OK);
+    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
+}
+
+TEST_F(Initialize, Is_Initialized_Only_Once_The_Driver_Is)
+{
+    brenvozulta_sim_block("QXDR_Initialize");
+    auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_Initialize", 1, test_support::patience_ms), 1);
+    EXPECT_FALSE(access::initialized());
+    brenvozulta_sim_unblock("QXDR_Initialize");
+    EXPECT_EQ(initializing.get(), VYRA_OK);
+}
+
+// They are stored before the lock is certain: at once while another thread has it, and for good when it cannot be had.
+TEST_F(Initialize, Settings_Are_In_Place_Before_The_Lock_And_Stay_When_The_Wait_Fails)
+{
+    const Lock_held_elsewhere busy;
+    auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(host_callback, 3, 4711); });
+    EXPECT_TRUE(becomes_true([] {
+        return access::callback() == &host_callback && access::manager().log_level() == 3 &&
+               access::manager().log_max_size() == 4711;
+    }));
+    EXPECT_NE(initializing.wait_for(std::chrono::seconds(0)), std::future_status::ready);
+
+    EXPECT_EQ(initializing.get(), VYRA_INTERNAL);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("initialize", VYRA_INTERNAL)));
+    EXPECT_EQ(access::callback(), &host_callback);
+    EXPECT_EQ(access::manager().log_level(), 3);
+    EXPECT_EQ(access::manager().log_max_size(), 4711);
+    EXPECT_FALSE(access::initialized());
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Initialize, Goes_On_As_Soon_As_The_Lock_Is_Free)
+{
+    std::future<std::int32_t> initializing;
+    {
+        const Lock_held_elsewhere busy;
+        initializing = std::async(std::launch::async, [] { return VyraInitialize_N(host_callback, 3, 0); });
+        EXPECT_TRUE(becomes_true([] { return access::callback() == &host_callback; }));
+    }
+    EXPECT_EQ(initializing.get(), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), bring_up);
+}

@@ -1,0 +1,110 @@
+// The stage of the manager's tests: what hosts, drivers and the system do to it, and what is to be seen of it.
+#pragma once
+
+#include <functional>
+#include <future>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "manager_test_access.h"
+#include "support/scanner_test.h"
+
+namespace manager_tests {
+
+using access = kvs::brenvozulta::manager_test_access;
+
+constexpr const char* scanner_1 = BRENVOZULTA_SIM_DEFAULT_SCANNER;
+constexpr const char* scanner_2 = "RQ7-3050 #2";
+constexpr const char* scanner_3 = "RQ7-3050 #3";
+
+using Lines = std::vector<std::string>;
+using Calls = std::vector<std::string>;
+
+// Awake, without a device and without a status change left by an earlier test.
+class Manager_test : public test_support::Scanner_test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // Initializes the library with further scanners attached, and opens them all: handles 0, 1, ...
+    void open_scanners(std::size_t count);
+
+    // The driver handles that QXDR_CloseDevice was given since the record was cleared.
+    static std::vector<void*> closed_in_driver();
+};
+
+// "RQ7-3050 #1", "RQ7-3050 #2", ... of open_scanners.
+std::string scanner_name(std::size_t number);
+
+// An operation's error line, with the text of the status as hosts know it.
+std::string refusal(const std::string& operation, std::int32_t status);
+
+// Waits until the condition is true: for what can be observed but not be waited for. False when it stays false.
+bool becomes_true(const std::function<bool()>& condition);
+
+// What the device-event callback was told.
+struct Host_event {
+    std::int32_t event;
+    std::string name;
+    std::int32_t plugged;
+
+    bool operator==(const Host_event& other) const
+    {
+        return event == other.event && name == other.name && plugged == other.plugged;
+    }
+};
+void PrintTo(const Host_event& event, std::ostream* out);
+
+std::int32_t host_callback(std::int32_t event, const char* name, std::int32_t plugged);
+std::vector<Host_event> take_host_events();
+// Runs inside the next callbacks, on the driver's thread; empty for none.
+void react_to_host_events(std::function<void(const Host_event&)> reaction);
+
+// Another thread that holds the manager lock.
+class Lock_held_elsewhere {
+public:
+    Lock_held_elsewhere();
+    ~Lock_held_elsewhere();
+    Lock_held_elsewhere(const Lock_held_elsewhere&) = delete;
+    Lock_held_elsewhere& operator=(const Lock_held_elsewhere&) = delete;
+
+private:
+    std::promise<void> release_;
+    std::thread holder_;
+};
+
+// A thread of the host in VyraGetStatus.
+class Status_waiter {
+public:
+    explicit Status_waiter(std::uint32_t handle);
+    ~Status_waiter();
+    Status_waiter(Status_waiter&&) = default;
+
+    bool has_returned() const;
+    // The status with which the wait ended; -1 when it does not end.
+    std::int32_t result();
+
+private:
+    std::future<std::int32_t> status_;
+};
+
+// Waits until so many threads of the host are inside VyraGetStatus for a scanner.
+bool waiters_inside(std::uint32_t handle, long count);
+
+// The waiter stays where it is, although it is given every opportunity to go on.
+void expect_still_waiting(const Status_waiter& waiter);
+
+// The window to which the system broadcasts. Waits for it: its thread is only started by the initialization.
+bool notifier_window_exists();
+bool wait_for_notifier_window();
+// What the system sends to all windows; returns when it has been handled.
+void broadcast_power(std::uintptr_t event);
+void broadcast_usb(std::uintptr_t event, const std::string& device_path);
+constexpr std::uintptr_t system_suspends = 4;
+constexpr std::uintptr_t system_resumed = 7;
+constexpr std::uintptr_t system_resumed_unattended = 18;
+constexpr std::uintptr_t usb_arrival = 0x8000;
+constexpr std::uintptr_t usb_removal = 0x8004;
+
+}  // namespace manager_tests

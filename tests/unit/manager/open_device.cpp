@@ -1,0 +1,228 @@
+// Opening scanners: handles and their reuse, refusals, what a failure leaves.
+#include "manager_test.h"
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const Calls opening = {"QXDR_OpenDevice", "QXDR_SetCallbackAcquisition", "QXDR_SetLeds"};
+
+class Open_device : public Manager_test {
+protected:
+    std::int32_t try_to_open(const std::string& name)
+    {
+        handle = 7;
+        return VyraOpenDevice(name.c_str(), &handle);
+    }
+    std::uint32_t handle = 7;
+};
+
+std::string open_already(const std::string& name)
+{
+    return "open_device:    Error=9110: Error 9110 " + name + "\r\n";
+}
+
+}  // namespace
+
+TEST_F(Open_device, Gives_The_Number_Of_Open_Scanners_As_Handle)
+{
+    open_scanners(8);
+    EXPECT_EQ(access::open_devices().size(), 8U);
+    EXPECT_EQ(access::device(5).name(), scanner_name(6));
+    EXPECT_EQ(access::device(5).driver_handle(), brenvozulta_sim_handle(scanner_name(6).c_str()));
+}
+
+TEST_F(Open_device, Calls_The_Driver_In_Order_And_Logs_Nothing)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_OK);
+    EXPECT_EQ(handle, 0U);
+    EXPECT_EQ(take_driver_calls(), opening);
+}
+
+TEST_F(Open_device, All_Three_Exports_Open)
+{
+    for (const auto* name : {scanner_2, scanner_3}) {
+        brenvozulta_sim_attach(name);
+    }
+    initialize();
+    EXPECT_EQ(VyraOpenDevice(scanner_1, &handle), VYRA_OK);
+    EXPECT_EQ(handle, 0U);
+    EXPECT_EQ(VyraOpenDevice_N(scanner_2, nullptr, &handle), VYRA_OK);
+    EXPECT_EQ(handle, 1U);
+    EXPECT_EQ(VyraBrenvoZultaOpenDevice(scanner_3, &handle, 255), VYRA_OK);
+    EXPECT_EQ(handle, 2U);
+}
+
+TEST_F(Open_device, A_Ninth_Scanner_Is_9108)
+{
+    brenvozulta_sim_attach(scanner_name(9).c_str());
+    open_scanners(8);
+    EXPECT_EQ(try_to_open(scanner_name(9)), VYRA_BAD_SCANNER_IDX);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("open_device", VYRA_BAD_SCANNER_IDX)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_EQ(access::open_devices().size(), 8U);
+}
+
+TEST_F(Open_device, With_8_Open_Even_An_Open_Name_Is_9108)
+{
+    open_scanners(8);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_BAD_SCANNER_IDX);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("open_device", VYRA_BAD_SCANNER_IDX)));
+}
+
+TEST_F(Open_device, A_Name_The_Driver_Did_Not_List_Can_Be_Opened)
+{
+    initialize();
+    brenvozulta_sim_attach(scanner_2);
+    EXPECT_EQ(try_to_open(scanner_2), VYRA_OK);
+}
+
+TEST_F(Open_device, The_Same_Name_Again_Is_9110_Also_In_Another_Case)
+{
+    open_scanners(2);
+    for (const std::string name : {"RQ7-3050 #1", "rq7-3050 #1", "Rq7-3050 #2"}) {
+        EXPECT_EQ(try_to_open(name), VYRA_SCN_UNAVAILABLE);
+        EXPECT_EQ(handle, VYRA_NO_HANDLE);
+        EXPECT_THAT(take_log(), ElementsAre(open_already(name)));
+    }
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_EQ(access::open_devices().size(), 2U);
+}
+
+TEST_F(Open_device, Beginnings_And_Continuations_Of_An_Open_Name_Are_Other_Names)
+{
+    initialize();
+    EXPECT_EQ(open(), 0U);
+    brenvozulta_sim_attach("RQ7-3050 #");
+    brenvozulta_sim_attach("RQ7-3050 #11");
+    EXPECT_EQ(open("RQ7-3050 #"), 1U);
+    EXPECT_EQ(open("RQ7-3050 #11"), 2U);
+}
+
+TEST_F(Open_device, Entries_Without_A_Device_Are_Passed_Over_In_The_Search_For_The_Name)
+{
+    initialize();
+    access::open_devices().store(0, nullptr);
+    EXPECT_EQ(open(), 1U);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_SCN_UNAVAILABLE);
+    EXPECT_THAT(take_log(), ElementsAre(open_already(scanner_1)));
+}
+
+TEST_F(Open_device, After_Closing_Handle_0_Of_Two_Handle_1_Is_Given_Again_And_Displaced)
+{
+    brenvozulta_sim_attach(scanner_3);
+    open_scanners(2);
+    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> displaced = access::open_devices().look_up(1);
+    ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(try_to_open(scanner_3), VYRA_OK);
+    EXPECT_EQ(handle, 1U);
+    EXPECT_EQ(take_driver_calls(), opening) << "nothing is closed";
+    EXPECT_TRUE(displaced.expired());
+    EXPECT_EQ(brenvozulta_sim_is_open(scanner_2), 1) << "in the driver";
+    EXPECT_EQ(access::open_devices().size(), 1U);
+    EXPECT_EQ(access::device(1).name(), scanner_3);
+    EXPECT_EQ(try_to_open(scanner_2), VYRA_OK) << "the displaced name is free again";
+    EXPECT_EQ(handle, 1U);
+}
+
+TEST_F(Open_device, After_Closing_The_Last_Handle_It_Is_Given_Again)
+{
+    brenvozulta_sim_attach(scanner_3);
+    open_scanners(2);
+    ASSERT_EQ(VyraCloseDevice_N(1), VYRA_OK);
+    EXPECT_EQ(open(scanner_3), 1U);
+    EXPECT_EQ(access::open_devices().size(), 2U);
+}
+
+TEST_F(Open_device, Failed_Open_Leaves_No_Handle_And_No_Entry)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    brenvozulta_sim_fail("QXDR_OpenDevice", 9, 1);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_DEVICE_TIMEOUT);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_EQ(access::open_devices().size(), 0U);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_OpenDevice ret = 9 \n", "open_device:    Error=9016\r\n"));
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_OpenDevice"}));
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_OK);
+    EXPECT_EQ(handle, 0U);
+}
+
+TEST_F(Open_device, Refused_Callback_Fails_And_Leaves_The_Scanner_Open_In_The_Driver)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 2, 1);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_DRIVER_REFUSED);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_EQ(access::open_devices().size(), 0U);
+    EXPECT_THAT(take_log(),
+                ElementsAre("--Error : QXDR_SetCallbackAcquisition ret = 2 \n", "open_device:    Error=9025\r\n"));
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_OpenDevice", "QXDR_SetCallbackAcquisition"}));
+    EXPECT_EQ(brenvozulta_sim_is_open(scanner_1), 1);
+}
+
+TEST_F(Open_device, Leds_That_Fail_Do_Not_Matter)
+{
+    initialize();
+    brenvozulta_sim_fail("QXDR_SetLeds", 19, 1);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_OK);
+    EXPECT_EQ(handle, 0U);
+}
+
+TEST_F(Open_device, Unknown_Name_Is_9005_Whatever_Its_Length)
+{
+    initialize();
+    for (const std::size_t length : {0U, 1U, 559U, 10'000U}) {
+        EXPECT_EQ(try_to_open(std::string(length, 'x')), VYRA_DEVICE_UNAVAIL);
+        EXPECT_EQ(handle, VYRA_NO_HANDLE);
+        EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_OpenDevice ret = 5 \n", "open_device:    Error=9005\r\n"));
+    }
+}
+
+TEST_F(Open_device, Clears_The_Disconnected_Mark)
+{
+    initialize();
+    EXPECT_EQ(open(), 0U);
+    EXPECT_FALSE(access::device(0).disconnected());
+}
+
+TEST_F(Open_device, Null_Name_Or_Handle_Is_9109_Even_Before_Initialization)
+{
+    initialize();
+    VyraTerminate();
+    EXPECT_EQ(VyraOpenDevice(nullptr, &handle), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_EQ(VyraOpenDevice(scanner_1, nullptr), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(VyraOpenDevice(nullptr, nullptr), VYRA_BAD_PARAMETER);
+    const auto line = refusal("open_device", VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre(line, line, line));
+}
+
+TEST_F(Open_device, Not_Initialized_Is_9101)
+{
+    initialize();
+    VyraTerminate();
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_NOT_INITIALIZED);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("open_device", VYRA_NOT_INITIALIZED)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Open_device, Suspended_Is_9110)
+{
+    initialize();
+    brenvozulta_sim_clear_calls();
+    access::set_suspended(true);
+    EXPECT_EQ(try_to_open(scanner_1), VYRA_SCN_UNAVAILABLE);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("open_device", VYRA_SCN_UNAVAILABLE)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}

@@ -1,0 +1,144 @@
+// Resetting a scanner and waiting for its return.
+#include "manager_test.h"
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const std::string not_detected = "reset_device:    device->reset is OK but no device detected after 2000 ms \n";
+
+class Reset_device : public Manager_test {
+protected:
+    // The plug event alone: the two events of a restart reach the manager lock in no certain order.
+    static void restart_with(std::uint32_t delay_ms, bool returns)
+    {
+        const brenvozulta_sim_restart restart = {delay_ms, returns ? 1 : 0, 0};
+        ASSERT_EQ(brenvozulta_sim_set_restart(&restart), 1);
+    }
+};
+
+}  // namespace
+
+TEST_F(Reset_device, Returns_0_When_The_Scanner_Comes_Back)
+{
+    open_scanners(1);
+    restart_with(50, true);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_OK);
+    EXPECT_TRUE(access::device_detected());
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_ResetDevice", "QXDR_GetUsbInfo"}));
+    EXPECT_THAT(take_log(), ElementsAre("Device Plugged\n", "ManagePlugEvent event\r\n"));
+    EXPECT_NE(access::open_devices().find(0), nullptr) << "the handle stays";
+}
+
+TEST_F(Reset_device, Waits_For_A_Return_After_The_Driver_Call)
+{
+    open_scanners(1);
+    restart_with(500, true);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    take_log();
+}
+
+TEST_F(Reset_device, A_Return_That_Never_Comes_Is_9005)
+{
+    open_scanners(1);
+    restart_with(0, false);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_DEVICE_UNAVAIL);
+    EXPECT_THAT(take_log(), ElementsAre(not_detected));
+    EXPECT_FALSE(access::device_detected());
+}
+
+// A detection of some time ago is not the return that is waited for.
+TEST_F(Reset_device, Forgets_Earlier_Detections_Before_The_Driver_Call)
+{
+    open_scanners(1);
+    restart_with(0, false);
+    access::set_device_detected(true);
+    brenvozulta_sim_block("QXDR_ResetDevice");
+    auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
+    EXPECT_FALSE(access::device_detected());
+    brenvozulta_sim_unblock("QXDR_ResetDevice");
+    EXPECT_EQ(resetting.get(), VYRA_DEVICE_UNAVAIL);
+    EXPECT_THAT(take_log(), ElementsAre(not_detected));
+}
+
+// The listener sets the flag before it waits for the manager lock, which the reset holds.
+TEST_F(Reset_device, Listener_Sets_The_Flag_While_The_Reset_Holds_The_Lock)
+{
+    open_scanners(1);
+    restart_with(0, false);
+    brenvozulta_sim_block("QXDR_ResetDevice");
+    auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
+    brenvozulta_sim_attach(scanner_2);
+    brenvozulta_sim_send_event(1, brenvozulta_sim_handle(scanner_2));
+    EXPECT_TRUE(becomes_true([] { return access::device_detected(); }));
+    EXPECT_EQ(brenvozulta_sim_wait_listener_inside(1, test_support::patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_GetUsbInfo"), 0U) << "the lock is held";
+    brenvozulta_sim_unblock("QXDR_ResetDevice");
+    EXPECT_EQ(resetting.get(), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_GetUsbInfo"), 1U);
+    take_log();
+}
+
+TEST_F(Reset_device, Unplug_During_The_Wait_Takes_The_Detection_Back)
+{
+    open_scanners(1);
+    restart_with(0, false);
+    brenvozulta_sim_block("QXDR_ResetDevice");
+    auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
+    access::set_device_detected(true);
+    brenvozulta_sim_send_event(2, nullptr);
+    EXPECT_TRUE(becomes_true([] { return !access::device_detected(); }));
+    brenvozulta_sim_unblock("QXDR_ResetDevice");
+    EXPECT_EQ(resetting.get(), VYRA_DEVICE_UNAVAIL);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    take_log();
+}
+
+TEST_F(Reset_device, Refusal_Of_The_Driver_Is_Returned_At_Once_And_Not_Logged_Again)
+{
+    open_scanners(1);
+    brenvozulta_sim_fail("QXDR_ResetDevice", 9, 1);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_DEVICE_TIMEOUT);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_ResetDevice ret = 9 \n"));
+}
+
+TEST_F(Reset_device, Suspended_Is_9110)
+{
+    open_scanners(1);
+    access::set_suspended(true);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_SCN_UNAVAILABLE);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("reset_device", VYRA_SCN_UNAVAILABLE)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Reset_device, Not_Initialized_Is_9101)
+{
+    initialize();
+    VyraTerminate();
+    access::set_device_detected(true);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("reset_device", VYRA_NOT_INITIALIZED)));
+    EXPECT_TRUE(access::device_detected()) << "untouched by a refused reset";
+}
+
+TEST_F(Reset_device, Unknown_Handle_Is_9108)
+{
+    open_scanners(1);
+    EXPECT_EQ(VyraBusReset_N(1), VYRA_BAD_SCANNER_IDX);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("reset_device", VYRA_BAD_SCANNER_IDX)));
+}
+
+TEST_F(Reset_device, Entry_Without_A_Device_Is_9005_Without_A_Line)
+{
+    initialize();
+    access::open_devices().store(0, nullptr);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_DEVICE_UNAVAIL);
+}

@@ -1,0 +1,178 @@
+// Bringing the driver down: which scanners are closed, what stays when it is not released.
+#include "manager_test.h"
+
+#include "manager/power_handler.h"
+#include "support/log_lines.h"
+#include "vyra/notify.h"
+
+using namespace manager_tests;
+using kvs::brenvozulta::power_handler;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Terminate : public Manager_test {
+protected:
+    // The handles, not the numbers, of the scanners with these names.
+    static std::vector<void*> driver_handles(const std::vector<std::size_t>& numbers)
+    {
+        std::vector<void*> handles;
+        for (const std::size_t number : numbers) {
+            handles.push_back(brenvozulta_sim_handle(scanner_name(number).c_str()));
+        }
+        return handles;
+    }
+};
+
+// The log file can be removed only once the library has closed it: under Windows for the system's sake, natively the
+// library would go on writing to the removed file.
+bool log_is_closed_after(const std::string& last_line)
+{
+    const Lines before = test_support::log_messages();
+    if (before.empty() || before.back() != last_line) {
+        return false;
+    }
+    test_support::remove_logs();
+    std::uint32_t* const no_type = nullptr;
+    VyraBrenvoZultaGetPortType(0, no_type);
+    return test_support::log_messages() == Lines({refusal("get_port_type", VYRA_BAD_PARAMETER)});
+}
+
+}  // namespace
+
+TEST_F(Terminate, Without_Initialize_Is_9101_And_Closes_The_Log)
+{
+    initialize();
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraTerminate(), VYRA_NOT_INITIALIZED);
+    EXPECT_TRUE(log_is_closed_after(refusal("terminate", VYRA_NOT_INITIALIZED)));
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    take_log();
+}
+
+TEST_F(Terminate, Success_Closes_The_Log_And_Logs_Nothing)
+{
+    initialize();
+    VyraBrenvoZultaGetPortType(0, nullptr);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_TRUE(log_is_closed_after(refusal("get_port_type", VYRA_BAD_PARAMETER)));
+    take_log();
+}
+
+TEST_F(Terminate, Unreleased_Driver_Is_9000_And_Closes_The_Log)
+{
+    initialize();
+    brenvozulta_sim_fail("QXDR_Release", 7, 1);
+    EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
+    EXPECT_TRUE(log_is_closed_after(refusal("terminate", VYRA_INTERNAL)));
+    take_log();
+}
+
+TEST_F(Terminate, Closes_By_Index_While_The_Table_Shrinks)
+{
+    const std::vector<std::vector<std::size_t>> closed_of = {{}, {1}, {1}, {1, 2}, {1, 2}, {1, 2, 3}, {1, 2, 3},
+                                                             {1, 2, 3, 4}, {1, 2, 3, 4}};
+    for (std::size_t number = 2; number <= 8; ++number) {
+        brenvozulta_sim_attach(scanner_name(number).c_str());
+    }
+    for (const std::size_t open_count : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U}) {
+        initialize();
+        for (std::size_t number = 1; number <= open_count; ++number) {
+            ASSERT_EQ(open(scanner_name(number)), number - 1);
+        }
+        brenvozulta_sim_clear_calls();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        EXPECT_EQ(closed_in_driver(), driver_handles(closed_of[open_count])) << open_count << " open";
+        EXPECT_EQ(take_driver_calls().back(), "QXDR_Release");
+        EXPECT_EQ(access::open_devices().size(), 0U);
+        EXPECT_THAT(access::detected_names(), IsEmpty());
+        EXPECT_FALSE(access::initialized());
+    }
+}
+
+TEST_F(Terminate, With_Only_Handle_1_Open_Closes_Nothing_In_The_Driver)
+{
+    open_scanners(2);
+    ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Release"}));
+    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+    EXPECT_EQ(access::open_devices().size(), 0U);
+}
+
+TEST_F(Terminate, With_Handles_1_And_2_Open_Closes_Handle_1)
+{
+    open_scanners(3);
+    ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_EQ(closed_in_driver(), driver_handles({2}));
+    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+}
+
+TEST_F(Terminate, Drops_The_Devices_Before_It_Releases_The_Driver)
+{
+    open_scanners(2);
+    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> second = access::open_devices().look_up(1);
+    brenvozulta_sim_block("QXDR_Release");
+    auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, test_support::patience_ms), 1);
+    EXPECT_TRUE(second.expired());
+    EXPECT_TRUE(access::initialized()) << "until the driver is released";
+    EXPECT_TRUE(wait_for_notifier_window()) << "until the driver is released";
+    brenvozulta_sim_unblock("QXDR_Release");
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    EXPECT_FALSE(access::initialized());
+}
+
+TEST_F(Terminate, Ends_The_Power_Subscription_And_The_Notifier)
+{
+    initialize();
+    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_FALSE(notifier_window_exists());
+    EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
+}
+
+TEST_F(Terminate, Unreleased_Driver_Leaves_It_Initialized_With_Its_Events)
+{
+    open_scanners(2);
+    for (const std::uint32_t result : {1U, 5U, 19U}) {
+        brenvozulta_sim_fail("QXDR_Release", result, 1);
+        EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
+        EXPECT_THAT(take_log(), ElementsAre(refusal("terminate", VYRA_INTERNAL)));
+    }
+    EXPECT_TRUE(access::initialized());
+    EXPECT_EQ(access::open_devices().size(), 0U) << "the scanners are gone all the same";
+    EXPECT_THAT(access::detected_names(), IsEmpty());
+    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_EQ(open(), 0U) << "scanners can be opened again";
+    EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
+    EXPECT_EQ(VyraTerminate(), VYRA_OK) << "and the next terminate ends it";
+    EXPECT_FALSE(access::initialized());
+}
+
+TEST_F(Terminate, A_Second_Cycle_Works_Like_The_First)
+{
+    for (int cycle = 0; cycle < 2; ++cycle) {
+        initialize(host_callback);
+        EXPECT_EQ(take_driver_calls(),
+                  Calls({"QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"}));
+        EXPECT_EQ(open(), 0U);
+        brenvozulta_sim_clear_calls();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice", "QXDR_Release"}));
+    }
+}
+
+TEST_F(Terminate, A_Close_That_Fails_Does_Not_Stop_It)
+{
+    open_scanners(1);
+    brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice", "QXDR_Release"}));
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 9 \n", "close_device:    Error=9016\r\n"));
+}
