@@ -1,0 +1,112 @@
+// Many sessions one after the other: every event arrives in each, and nothing is left behind.
+#include "manager_test.h"
+
+#include <iostream>
+
+#include "process_counts.h"
+#include "support/log_lines.h"
+#include "vyra/notify.h"
+
+using namespace manager_tests;
+
+namespace {
+
+constexpr int cycle_count = 1000;
+constexpr int vendor = 0x1A2B;
+constexpr int product = 0x00FF;
+constexpr const char* device_path = "\\\\?\\USB#VID_1A2B&PID_00FF#0001#{a5dcbf10-6530-11d2-901f-00c04fb951ed}";
+constexpr std::uint32_t tracing = 1;
+
+using Counts = std::map<std::string, std::size_t>;
+
+std::vector<int> usb_events;    // on the notifier thread, while the sender waits
+std::vector<int> power_events;  // likewise
+
+void record_usb(int of_vendor, int of_product, UsbPlugEventType event)
+{
+    usb_events.push_back(of_vendor == vendor && of_product == product ? event : -1);
+}
+
+void record_power(SysPowerEventType event)
+{
+    power_events.push_back(event);
+}
+
+class Cycles : public Manager_test {
+protected:
+    // Initialize, one event of each kind, terminate.
+    void run_one()
+    {
+        usb_events.clear();
+        power_events.clear();
+        ASSERT_EQ(VyraInitialize_N(host_callback, tracing, 0), VYRA_OK);
+        ASSERT_TRUE(SubscribeToUsbEvent(vendor, product, record_usb));
+        ASSERT_TRUE(wait_for_notifier_window());
+
+        ASSERT_EQ(brenvozulta_sim_plug(scanner_2), 1);
+        ASSERT_EQ(brenvozulta_sim_unplug(scanner_2), 1);
+        broadcast_power(system_suspends);
+        EXPECT_TRUE(access::suspended());
+        broadcast_power(system_resumed);
+        EXPECT_FALSE(access::suspended());
+        broadcast_usb(usb_arrival, device_path);
+        broadcast_usb(usb_removal, device_path);
+        ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        ASSERT_EQ(VyraTerminate(), VYRA_OK);
+
+        ASSERT_EQ(take_host_events().size(), 2U);
+        ASSERT_EQ(power_events, std::vector<int>({SysPowerSleep, SysPowerResume}));
+        ASSERT_EQ(usb_events, std::vector<int>({UsbDevicePlugged, UsbDeviceUnplugged}));
+        ASSERT_FALSE(notifier_window_exists());
+    }
+};
+
+void print(const std::string& when, const Counts& counts)
+{
+    std::cout << when << ":";
+    for (const auto& [what, count] : counts) {
+        std::cout << "  " << what << " " << count;
+    }
+    std::cout << "\n";
+}
+
+std::string without_carriage_returns(std::string text)
+{
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    return text;
+}
+
+}  // namespace
+
+TEST_F(Cycles, A_Thousand_Sessions_Get_All_Their_Events_And_Leave_Nothing_Behind)
+{
+    ASSERT_TRUE(SubscribeToPowerEvent(record_power));
+    testing::internal::CaptureStdout();
+    run_one();  // what is made once and kept is made here
+    testing::internal::GetCapturedStdout();
+    const Counts before = process_counts();
+
+    testing::internal::CaptureStdout();
+    int cycles = 0;
+    while (cycles < cycle_count && !HasFatalFailure()) {
+        run_one();
+        ++cycles;
+    }
+    const std::string printed = without_carriage_returns(testing::internal::GetCapturedStdout());
+
+    // The driver's threads end on their own.
+    EXPECT_TRUE(becomes_true([&] { return process_counts() == before; }));
+    const Counts after = process_counts();
+    EXPECT_EQ(after, before);
+    print("before", before);
+    print("after " + std::to_string(cycles) + " cycles", after);
+
+    std::string expected;
+    for (int cycle = 0; cycle < cycle_count; ++cycle) {
+        expected += "RQ7-3050 sleep\nRQ7-3050 resume\n";
+    }
+    EXPECT_TRUE(printed == expected);
+    EXPECT_EQ(cycles, cycle_count);
+    EXPECT_TRUE(UnsubscribeToPowerEvent(record_power));
+    test_support::remove_logs();
+}

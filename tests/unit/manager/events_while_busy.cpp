@@ -1,0 +1,224 @@
+// Events that come while the library is busy with something else.
+#include "manager_test.h"
+
+#include "vyra/notify.h"
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+
+namespace {
+
+constexpr std::uint32_t running = 1;
+constexpr std::uint32_t stopped = 3;
+
+class Events_while_busy : public Manager_test {
+protected:
+    static void unplug(const char* scanner)
+    {
+        EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    }
+    static void plug(const char* scanner)
+    {
+        EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    }
+    void start_video()
+    {
+        open_scanners(1);
+        brenvozulta_sim_set_idle_stop_result(19);
+        ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    }
+    // An image for which no request is queued: its callback waits.
+    std::uint64_t park_the_callback()
+    {
+        const brenvozulta_sim_image image = {pixels_, sizeof(pixels_), 4, 2, nullptr, 0, nullptr};
+        const std::uint64_t ticket = brenvozulta_sim_deliver_async(&image);
+        EXPECT_EQ(brenvozulta_sim_wait_callbacks_inside(1, test_support::patience_ms), 1);
+        return ticket;
+    }
+    // A new video whose first request ends the wait.
+    void release_the_callback(std::uint64_t ticket)
+    {
+        ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+        unsigned char buffer[sizeof(pixels_)] = {};
+        ASSERT_EQ(VyraSubmitVideoRequest(0, buffer, 0), VYRA_OK);
+        std::int32_t result = -1;
+        EXPECT_EQ(brenvozulta_sim_wait_delivery_done(ticket, test_support::patience_ms, &result), 1);
+        EXPECT_EQ(result, 0);
+        EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    }
+
+private:
+    const unsigned char pixels_[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+};
+
+}  // namespace
+
+TEST_F(Events_while_busy, Unplug_While_Video_Runs_Marks_The_Scanner_And_Leaves_The_Video_To_The_Host)
+{
+    start_video();
+    unplug(scanner_1);
+    EXPECT_TRUE(access::device(0).disconnected());
+    EXPECT_EQ(access::device(0).video_state(), running);
+    EXPECT_EQ(VyraGetStatus(0), VYRA_DEVICE_UNAVAIL);
+    take_log();
+    EXPECT_EQ(VyraStopVideo(0), VYRA_DEVICE_UNAVAIL);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_StopCapture ret = 4 \n"));
+}
+
+TEST_F(Events_while_busy, Plug_While_Video_Runs_Disturbs_Nothing)
+{
+    start_video();
+    plug(scanner_2);
+    EXPECT_EQ(access::device(0).video_state(), running);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    take_log();
+}
+
+TEST_F(Events_while_busy, Sleep_While_Video_Runs_Stops_The_Video_And_Not_The_Capture)
+{
+    start_video();
+    access::manager().ManagePowerEvent(true);
+    EXPECT_TRUE(becomes_true([] { return access::device(0).video_state() == stopped; }));
+    EXPECT_EQ(brenvozulta_sim_is_capturing(scanner_1), 1);
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_is_capturing(scanner_1), 0);
+}
+
+TEST_F(Events_while_busy, Sleep_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+{
+    start_video();
+    const auto ticket = park_the_callback();
+    access::manager().ManagePowerEvent(true);
+    EXPECT_TRUE(becomes_true([] { return access::device(0).video_state() == stopped; }));
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    release_the_callback(ticket);
+}
+
+TEST_F(Events_while_busy, Unplug_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+{
+    start_video();
+    park_the_callback();
+    unplug(scanner_1);
+    EXPECT_TRUE(access::device(0).disconnected());
+    take_log();
+    EXPECT_EQ(VyraStopVideo(0), VYRA_DEVICE_UNAVAIL) << "the stop wakes the callback";
+    EXPECT_EQ(brenvozulta_sim_wait_callbacks_inside(0, test_support::patience_ms), 1);
+    take_log();
+}
+
+TEST_F(Events_while_busy, Plug_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+{
+    start_video();
+    park_the_callback();
+    plug(scanner_2);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_wait_callbacks_inside(0, test_support::patience_ms), 1);
+    take_log();
+}
+
+TEST_F(Events_while_busy, Unplug_During_A_Reset_Is_Dealt_With_Once_The_Reset_Is_Over)
+{
+    open_scanners(1);
+    const brenvozulta_sim_restart never = {0, 0, 0};
+    brenvozulta_sim_set_restart(&never);
+    brenvozulta_sim_block("QXDR_ResetDevice");
+    auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
+    brenvozulta_sim_send_event(2, brenvozulta_sim_handle(scanner_1));
+    EXPECT_EQ(brenvozulta_sim_wait_listener_inside(1, test_support::patience_ms), 1);
+    EXPECT_FALSE(access::device(0).disconnected());
+    brenvozulta_sim_unblock("QXDR_ResetDevice");
+    EXPECT_EQ(resetting.get(), VYRA_DEVICE_UNAVAIL);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_TRUE(access::device(0).disconnected());
+    take_log();
+}
+
+// The reset is not interrupted; the sleep takes effect once it is over.
+TEST_F(Events_while_busy, Sleep_During_A_Reset_Waits_For_Its_End)
+{
+    open_scanners(1);
+    ASSERT_TRUE(wait_for_notifier_window());
+    const brenvozulta_sim_restart quick = {0, 1, 0};
+    brenvozulta_sim_set_restart(&quick);
+    brenvozulta_sim_block("QXDR_ResetDevice");
+    testing::internal::CaptureStdout();
+    auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
+    auto falling_asleep = std::async(std::launch::async, [] { broadcast_power(system_suspends); });
+    EXPECT_FALSE(access::suspended());
+    brenvozulta_sim_unblock("QXDR_ResetDevice");
+    EXPECT_EQ(resetting.get(), VYRA_OK);
+    falling_asleep.get();
+    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(access::suspended());
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    VyraTerminate();
+    take_log();
+}
+
+// Each waits for the other: the sleep for the manager, the end for the power subscribers. The sleep gives up first.
+TEST_F(Events_while_busy, Sleep_While_Terminate_Runs_Is_Dropped_And_Both_End)
+{
+    initialize();
+    ASSERT_TRUE(wait_for_notifier_window());
+    brenvozulta_sim_block("QXDR_Release");
+    testing::internal::CaptureStdout();
+    auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, test_support::patience_ms), 1);
+    auto falling_asleep = std::async(std::launch::async, [] { broadcast_power(system_suspends); });
+    EXPECT_TRUE(becomes_true([this] { return !take_log().empty(); })) << "the handler has been called";
+    brenvozulta_sim_unblock("QXDR_Release");
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    falling_asleep.get();
+    EXPECT_FALSE(access::suspended());
+    EXPECT_FALSE(notifier_window_exists());
+    testing::internal::GetCapturedStdout();
+    EXPECT_THAT(take_log(), ElementsAre(refusal("ManagePowerEvent lock", VYRA_INTERNAL)));
+}
+
+TEST_F(Events_while_busy, Plug_While_Terminate_Runs_Comes_Too_Late)
+{
+    initialize(host_callback);
+    brenvozulta_sim_block("QXDR_Release");
+    auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_plug(scanner_2), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_listener_inside(1, test_support::patience_ms), 1);
+    brenvozulta_sim_unblock("QXDR_Release");
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_THAT(take_host_events(), ::testing::IsEmpty());
+    EXPECT_EQ(take_log().back(), refusal("ManagePlugEvent", VYRA_NOT_INITIALIZED));
+}
+
+// A subscriber that takes its time holds the end up; the library counts as initialized until then.
+TEST_F(Events_while_busy, Terminate_Waits_For_A_Subscriber_And_Is_Initialized_Until_Then)
+{
+    static std::promise<void>* entered;
+    static std::shared_future<void> leave;
+    std::promise<void> inside;
+    std::promise<void> go_on;
+    entered = &inside;
+    leave = go_on.get_future().share();
+    initialize();
+    ASSERT_TRUE(wait_for_notifier_window());
+    ASSERT_TRUE(SubscribeToUsbEvent(0x1A2B, 0x00FF, [](int, int, UsbPlugEventType) {
+        entered->set_value();
+        leave.wait();
+    }));
+    auto event = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "\\\\?\\USB#VID_1A2B&PID_00FF#1"); });
+    inside.get_future().wait();
+    auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
+    EXPECT_EQ(brenvozulta_sim_wait_returned("QXDR_Release", 1, test_support::patience_ms), 1);
+    EXPECT_NE(terminating.wait_for(std::chrono::milliseconds(50)), std::future_status::ready);
+    EXPECT_TRUE(access::initialized());
+    go_on.set_value();
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    event.get();
+    EXPECT_FALSE(access::initialized());
+}

@@ -1,0 +1,194 @@
+// Sleep and resume.
+#include "device_operations.h"
+
+#include "manager/power_handler.h"
+
+using namespace manager_tests;
+using kvs::brenvozulta::power_handler;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+const std::string sleep_line = "SET Vyrabrenvozulta IN HIBERNATE MODE\n";
+const std::string resume_line = "SET Vyrabrenvozulta IN RESUME MODE\n";
+
+constexpr std::uint32_t stop_requested = 2;
+constexpr std::uint32_t stopped = 3;
+
+class Power : public Manager_test {
+protected:
+    void SetUp() override
+    {
+        Manager_test::SetUp();
+        testing::internal::CaptureStdout();
+    }
+    void TearDown() override
+    {
+        if (capturing_) {
+            EXPECT_EQ(printed(), "") << "on standard output";
+        }
+        Manager_test::TearDown();
+    }
+    // What was printed since the last call; the next one starts anew.
+    std::string printed()
+    {
+        std::string text = testing::internal::GetCapturedStdout();
+        capturing_ = false;
+        text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+        return text;
+    }
+
+private:
+    bool capturing_ = true;
+};
+
+}  // namespace
+
+TEST_F(Power, Sleep_Suspends_Logs_And_Prints)
+{
+    initialize();
+    power_handler(SysPowerSleep);
+    EXPECT_TRUE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(sleep_line));
+    EXPECT_EQ(printed(), "RQ7-3050 sleep\n");
+}
+
+TEST_F(Power, Resume_Wakes_Logs_And_Prints)
+{
+    initialize();
+    access::set_suspended(true);
+    power_handler(SysPowerResume);
+    EXPECT_FALSE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(resume_line));
+    EXPECT_EQ(printed(), "RQ7-3050 resume\n");
+}
+
+TEST_F(Power, Any_Value_But_0_Is_Resume)
+{
+    initialize();
+    access::set_suspended(true);
+    power_handler(static_cast<SysPowerEventType>(2));
+    EXPECT_FALSE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(resume_line));
+    EXPECT_EQ(printed(), "RQ7-3050 resume\n");
+}
+
+// The manager is told before the line is printed: who reads it finds the library suspended.
+TEST_F(Power, Events_Before_Initialize_And_After_Terminate_Change_Nothing)
+{
+    initialize();
+    VyraTerminate();
+    power_handler(SysPowerSleep);
+    EXPECT_FALSE(access::suspended());
+    access::set_suspended(true);
+    power_handler(SysPowerResume);
+    EXPECT_TRUE(access::suspended());
+    const auto line = refusal("ManagePowerEvent", VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_log(), ElementsAre(sleep_line, line, resume_line, line));
+    EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
+}
+
+TEST_F(Power, Sleep_Requests_A_Stop_Of_Every_Open_Scanner_And_Raises_A_Status_Change)
+{
+    open_scanners(3);
+    access::open_devices().store(7, nullptr);
+    access::manager().ManagePowerEvent(true);
+    for (const std::uint32_t handle : {0U, 1U, 2U}) {
+        EXPECT_EQ(access::device(handle).video_state(), stop_requested);
+    }
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(VyraGetStatus(0), VYRA_OK);
+    EXPECT_THAT(take_driver_calls(), IsEmpty()) << "the driver is left alone";
+}
+
+TEST_F(Power, Resume_Restarts_Nothing)
+{
+    open_scanners(1);
+    brenvozulta_sim_set_idle_stop_result(19);
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    brenvozulta_sim_clear_calls();
+    access::manager().ManagePowerEvent(true);
+    EXPECT_TRUE(becomes_true([] { return access::device(0).video_state() == stopped; })) << "the video winds down";
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(access::device(0).video_state(), stopped);
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_EQ(VyraSubmitVideoRequest(0, this, 0), VYRA_VIDEO_STOPPED);
+    EXPECT_THAT(take_log(), ElementsAre(refusal("submit_video_request", VYRA_VIDEO_STOPPED)));
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK) << "without a wait for anybody";
+    EXPECT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+}
+
+TEST_F(Power, Every_Device_Operation_Between_Sleep_And_Resume_Is_9110)
+{
+    open_scanners(1);
+    access::manager().ManagePowerEvent(true);
+    for (const auto& operation : device_operations()) {
+        EXPECT_EQ(operation.call(0), VYRA_SCN_UNAVAILABLE) << operation.export_name;
+    }
+    std::uint32_t handle = 0;
+    DeviceInfo info = {};
+    EXPECT_EQ(VyraOpenDevice(scanner_2, &handle), VYRA_SCN_UNAVAILABLE);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_SCN_UNAVAILABLE);
+    EXPECT_EQ(VyraGetStatus(0), VYRA_SCN_UNAVAILABLE);
+    EXPECT_EQ(VyraBrenvoMGGetDeviceInfo(scanner_1, nullptr, &info), VYRA_SCN_UNAVAILABLE);
+    take_log();
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(VyraBrenvoZultaSetParameters(0, 1, 2), VYRA_OK);
+}
+
+TEST_F(Power, Suspended_Survives_Terminate_And_Initialize_Until_The_Resume)
+{
+    initialize();
+    access::manager().ManagePowerEvent(true);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_TRUE(access::suspended());
+    initialize();
+    EXPECT_TRUE(access::suspended());
+    std::uint32_t handle = 0;
+    EXPECT_EQ(VyraOpenDevice(scanner_1, &handle), VYRA_SCN_UNAVAILABLE);
+    take_log();
+    access::manager().ManagePowerEvent(false);
+    EXPECT_EQ(open(), 0U);
+}
+
+TEST_F(Power, Broadcasts_Of_The_System_Reach_The_Manager)
+{
+    open_scanners(1);
+    ASSERT_TRUE(wait_for_notifier_window());
+    broadcast_power(system_suspends);
+    EXPECT_TRUE(access::suspended());
+    EXPECT_EQ(access::device(0).video_state(), stop_requested);
+    broadcast_power(system_resumed);
+    EXPECT_FALSE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(sleep_line, resume_line));
+    EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
+}
+
+TEST_F(Power, A_Wake_Nobody_Attends_To_Is_No_Resume)
+{
+    initialize();
+    ASSERT_TRUE(wait_for_notifier_window());
+    broadcast_power(system_suspends);
+    broadcast_power(system_resumed_unattended);
+    EXPECT_TRUE(access::suspended());
+    broadcast_power(system_resumed);
+    EXPECT_FALSE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(sleep_line, resume_line));
+    EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
+}
+
+// A failed release leaves the events in place.
+TEST_F(Power, Broadcasts_Still_Reach_A_Manager_Whose_Driver_Was_Not_Released)
+{
+    initialize();
+    ASSERT_TRUE(wait_for_notifier_window());
+    brenvozulta_sim_fail("QXDR_Release", 16, 1);
+    EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
+    take_log();
+    broadcast_power(system_suspends);
+    EXPECT_TRUE(access::suspended());
+    EXPECT_THAT(take_log(), ElementsAre(sleep_line));
+    EXPECT_EQ(printed(), "RQ7-3050 sleep\n");
+}
