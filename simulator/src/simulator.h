@@ -98,7 +98,9 @@ std::shared_ptr<State> default_state(Simulator& simulator);
 template <class Condition>
 bool wait_for(Held_lock& held, std::uint32_t timeout_ms, Condition condition)
 {
-    return simulator().changed.wait_for(held, std::chrono::milliseconds(timeout_ms), condition);
+    // A wait of no time would still give the lock away.
+    return timeout_ms == 0 ? condition()
+                           : simulator().changed.wait_for(held, std::chrono::milliseconds(timeout_ms), condition);
 }
 
 std::uint64_t this_thread_id();

@@ -37,8 +37,8 @@ TEST_F(Call_record_test, the_text_shows_names_in_quotes_and_the_result)
     QXDR_GetDeviceInfoSN(nullptr, nullptr);
     QXDR_SelectCaptureConfig(nullptr, 13);
     EXPECT_EQ(call_text(0), "QXDR_Initialize() = 0");
-    EXPECT_THAT(call_text(1),
-                testing::MatchesRegex("QXDR_GetDeviceInfoSN\\(name=\"no\tone\", info=0x[0-9a-f]+\\) = 5"));
+    EXPECT_THAT(call_text(1), testing::StartsWith("QXDR_GetDeviceInfoSN(name=\"no\tone\", info=0x"));
+    EXPECT_THAT(call_text(1), testing::EndsWith(") = 5"));
     EXPECT_EQ(call_text(2), "QXDR_GetDeviceInfoSN(name=null, info=0x0) = 1");
     EXPECT_EQ(call_text(3), "QXDR_SelectCaptureConfig(driver_handle=0x0, config=13) = 10");
     EXPECT_EQ(call_text(4), "");

@@ -61,10 +61,10 @@ TEST_F(Reset_test, while_it_restarts_its_calls_fail_and_a_second_reset_joins_the
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged));
 }
 
-TEST_F(Reset_test, pulling_a_restarting_scanner_cancels_its_return)
+TEST_F(Reset_test, a_restarting_scanner_that_is_pulled_is_not_announced_twice_and_comes_back_anew)
 {
     void* handle = open_listened();
-    const brenvozulta_sim_restart restart{30, 1, 1};
+    const brenvozulta_sim_restart restart{3'600'000, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
     EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
     EXPECT_TRUE(brenvozulta_sim_unplug(scanner));
@@ -72,6 +72,22 @@ TEST_F(Reset_test, pulling_a_restarting_scanner_cancels_its_return)
     EXPECT_NE(brenvozulta_sim_handle(scanner), handle);
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged, driver_event_plugged));
+}
+
+TEST_F(Reset_test, a_restarting_scanner_that_is_removed_stays_away)
+{
+    void* handle = open_listened();
+    ASSERT_TRUE(brenvozulta_sim_attach("second"));
+    void* second = open("second");
+    brenvozulta_sim_restart restart{50, 1, 1};
+    ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_TRUE(brenvozulta_sim_remove(scanner));
+    restart.delay_ms = 60;
+    ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
+    EXPECT_EQ(QXDR_ResetDevice(second), 0u);
+    ASSERT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
+    EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
 }
 
 TEST_F(Reset_test, a_scanner_may_never_come_back)

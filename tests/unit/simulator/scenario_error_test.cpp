@@ -10,10 +10,10 @@ TEST_F(Scenario_error_test, syntax)
 {
     EXPECT_EQ(load_error(""), "dir/s.json:1: is empty");
     EXPECT_EQ(load_error(" \n\t"), "dir/s.json:1: is empty");
-    EXPECT_THAT(load_error("{\n\"frame_rate\": 1,\n}"), testing::MatchesRegex("dir/s.json:3: syntax error.*"));
-    EXPECT_THAT(load_error("{\n\"frame_rate\":\n\n"), testing::MatchesRegex("dir/s.json:[34]: syntax error.*"));
-    EXPECT_THAT(load_error("{}\n{}"), testing::MatchesRegex("dir/s.json:2: .*"));
-    EXPECT_THAT(load_error("{\"frame_rate\": 1e999}"), testing::MatchesRegex("dir/s.json:1: .*"));
+    EXPECT_THAT(load_error("{\n\"frame_rate\": 1,\n}"), testing::StartsWith("dir/s.json:3: syntax error"));
+    EXPECT_THAT(load_error("{\n\"frame_rate\":\n\n"), testing::StartsWith("dir/s.json:3: syntax error"));
+    EXPECT_THAT(load_error("{}\n{}"), testing::StartsWith("dir/s.json:2: "));
+    EXPECT_THAT(load_error("{\"frame_rate\": 1e999}"), testing::StartsWith("dir/s.json:1: "));
     EXPECT_EQ(load_error(std::string(100'000, '[')), "dir/s.json:1: is nested too deeply");
     EXPECT_EQ(load_error("[]"), "dir/s.json:1: is not an object");
 }

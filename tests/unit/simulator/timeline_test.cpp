@@ -10,11 +10,13 @@ protected:
 
 TEST_F(Timeline_test, scanners_come_and_go_by_the_clock_in_order)
 {
+    initialize();
+    listen();
+    ASSERT_EQ(QXDR_Release(), 0u);
     ASSERT_TRUE(brenvozulta_sim_add_timeline(60, nullptr, 0, 0, "second"));
     ASSERT_TRUE(brenvozulta_sim_add_timeline(30, nullptr, 0, 1, "second"));
     ASSERT_TRUE(brenvozulta_sim_add_timeline(90, nullptr, 0, 0, scanner));
     initialize();
-    listen();
     ASSERT_TRUE(brenvozulta_sim_wait_events_delivered(3, patience_ms));
     const auto events = Listener::events();
     EXPECT_THAT(Listener::codes(),
@@ -51,10 +53,10 @@ TEST_F(Timeline_test, initialize_starts_it_over)
 
 TEST_F(Timeline_test, release_stops_it)
 {
-    ASSERT_TRUE(brenvozulta_sim_add_timeline(30, nullptr, 0, 1, "second"));
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_Release", 1, 1, "second"));
     initialize();
     ASSERT_EQ(QXDR_Release(), 0u);
-    EXPECT_FALSE(brenvozulta_sim_wait_attached("second", 60));
+    EXPECT_FALSE(brenvozulta_sim_wait_attached("second", 30));
 }
 
 TEST_F(Timeline_test, an_entry_that_finds_nothing_to_do_does_nothing)
@@ -77,10 +79,11 @@ TEST_F(Timeline_test, entries_are_checked)
 
 TEST_F(Timeline_test, it_can_be_cleared)
 {
-    ASSERT_TRUE(brenvozulta_sim_add_timeline(30, nullptr, 0, 1, "second"));
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_OpenDevice", 1, 1, "second"));
     initialize();
     brenvozulta_sim_clear_timeline();
-    EXPECT_FALSE(brenvozulta_sim_wait_attached("second", 60));
+    open();
+    EXPECT_FALSE(brenvozulta_sim_wait_attached("second", 30));
 }
 
 TEST_F(Timeline_test, a_scenarios_timeline_runs)
