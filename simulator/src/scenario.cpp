@@ -139,9 +139,10 @@ private:
         auto& configs = scenario_.settings.configs;
         const auto known = configs.find(number);
         Capture_config config = known == configs.end() ? Capture_config{} : known->second;
-        const bool complete = fields.text("description", config.description, 0, description_max) &
-                              fields.integer("width", config.width, 1, UINT16_MAX) &
-                              fields.integer("height", config.height, 1, UINT16_MAX);
+        const bool described = fields.text("description", config.description, 0, description_max);
+        const bool wide = fields.integer("width", config.width, 1, UINT16_MAX);
+        const bool high = fields.integer("height", config.height, 1, UINT16_MAX);
+        const bool complete = described && wide && high;
         if (!available) {
             configs.erase(number);
         } else if (!complete && known == configs.end()) {
@@ -197,13 +198,14 @@ private:
         fields.integer("delay_ms", faults.delay_ms, 0, max_milliseconds);
         bool carry_out = false;
         const bool result = fields.integer("result", faults.fault.result, 0, result_max);
-        const bool extra = fields.integer("skip", faults.fault.skip, 0, max_count) |
-                           fields.boolean("carry_out", carry_out) | read_times(fields, faults.fault.times);
-        if (extra && !result) {
+        const bool skip = fields.integer("skip", faults.fault.skip, 0, max_count);
+        const bool times = read_times(fields, faults.fault.times);
+        const bool carry = fields.boolean("carry_out", carry_out);
+        if ((skip || times || carry) && !result) {
             fields.wrong("result", "is missing");
         }
         faults.fault.carry_out = carry_out ? 1 : 0;
-        if (result && fields.any("times") == nullptr) {
+        if (result && !times) {
             faults.fault.times = BRENVOZULTA_SIM_ALWAYS;
         }
     }

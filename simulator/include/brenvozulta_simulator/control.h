@@ -133,7 +133,8 @@ typedef struct brenvozulta_sim_call {
     uint64_t arguments[BRENVOZULTA_SIM_MAX_ARGUMENTS]; /* integers and addresses, in the order of the prototype */
 } brenvozulta_sim_call;
 
-/* The record holds the latest 65,536 calls; index 0 is the oldest one held. */
+/* The record holds the latest 65,536 calls; index 0 is the oldest one held. QXDR_CloseDevice has a second argument,
+ * "*driver_handle": the handle found at the address that is its first. */
 void brenvozulta_sim_clear_calls(void);
 size_t brenvozulta_sim_call_count(void);
 int brenvozulta_sim_get_call(size_t index, brenvozulta_sim_call* call);
