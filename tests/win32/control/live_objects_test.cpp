@@ -81,4 +81,20 @@ TEST(Live_objects, AThreadsQueueAndWindowsEndWithIt)
     EXPECT_TRUE(UnregisterClassA("LIVE", nullptr));
 }
 
+// The sender's queue and its message are made in one step: when the queue is seen, the message waits.
+TEST(Sent_messages, AreAnsweredWithZeroWhenTheirWindowGoes)
+{
+    register_class();
+    const HWND window = create_window();
+    const auto before = live_objects();
+    LRESULT result = 1;
+    std::thread sender([&] { result = SendMessageA(window, WM_APP, 0, 0); });
+    while (live_objects().message_queues == before.message_queues)
+        std::this_thread::yield();
+    EXPECT_TRUE(DestroyWindow(window));
+    sender.join();
+    EXPECT_EQ(result, 0);
+    EXPECT_TRUE(UnregisterClassA("LIVE", nullptr));
+}
+
 }  // namespace
