@@ -1,5 +1,6 @@
 #include "capture.h"
 
+#include <cstdio>
 #include <utility>
 
 #include "failure.h"
@@ -132,9 +133,9 @@ void Capture::check_patience() const
         throw Failure("the scanner \"" + scanner_.name() + "\" was unplugged during the capture", VYRA_DEVICE_UNAVAIL);
     }
     if (outstanding_ > 0 && Clock::now() - last_frame_ > plan_.timeout) {
-        throw Failure("no image from \"" + scanner_.name() + "\" for " + std::to_string(plan_.timeout.count() / 1000) +
-                          " seconds",
-                      VYRA_VIDEO_TIMEOUT);
+        char seconds[32];
+        std::snprintf(seconds, sizeof seconds, "%g", std::chrono::duration<double>(plan_.timeout).count());
+        throw Failure("no image from \"" + scanner_.name() + "\" for " + seconds + " seconds", VYRA_VIDEO_TIMEOUT);
     }
 }
 

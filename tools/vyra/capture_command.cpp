@@ -119,6 +119,7 @@ void add_capture(CLI::App& app, Command_line& line)
     CLI::App* command = add_scanner_command(app, line, "capture", "Capture images as PNG files", capture_guide);
     command->add_flag("--roll", options->roll, "Capture rolled fingers instead of flat ones");
     command->add_option("--frames", options->frames, "How many images; 0 goes on until Ctrl-C (1 without it)")
+        ->check(CLI::NonNegativeNumber)
         ->option_text("N");
     command->add_option("--out", options->directory, "The directory for the images, created when needed (. without it)")
         ->option_text("DIR");

@@ -4,9 +4,6 @@
 #include <new>
 #include <sstream>
 
-// CLI11's parts in the order in which they need each other.
-#include <CLI/CLI.hpp>
-
 #include "failure.h"
 #include "output.h"
 #include "session.h"
@@ -41,7 +38,7 @@ void describe(CLI::App& app, Command_line& line)
     app.name("vyra");
     app.set_version_flag("--version", "vyra 1.0.0", "Print the tool's version and exit");
     app.footer(first_steps);
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);  // none is answered below, with their names
     add_list(app, line);
     add_capture(app, line);
     add_info(app, line);
@@ -130,6 +127,10 @@ int run(const std::vector<std::string>& arguments, std::FILE* results)
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& error) {
         return answer(app, error, results);
+    }
+    if (!line.action) {
+        Output::note("name a command, for instance \"vyra list\"; \"vyra --help\" explains them all");
+        return wrong_usage;
     }
     Output output(results, line.common.json);
     return perform(line, output);

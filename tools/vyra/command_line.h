@@ -2,9 +2,12 @@
 // line then leaves the command's action in the Command_line.
 #pragma once
 
-#include <CLI/App.hpp>
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace vyra_tool {
 

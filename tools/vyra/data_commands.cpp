@@ -134,6 +134,7 @@ void add_snapshot(CLI::App& app, Command_line& line)
     command
         ->add_option("--values", options->values, "The driver's three values (without it, the width, the height and 0)")
         ->expected(3)
+        ->check(CLI::NonNegativeNumber)
         ->option_text("A B C");
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { snapshot(common, *options, output); };

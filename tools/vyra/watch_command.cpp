@@ -218,6 +218,9 @@ void watch(const Common_options& common, const std::vector<std::string>& usb, Ou
             status.open(event->subject);
         }
     }
+    while (const auto event = events().pop(std::chrono::milliseconds(0))) {  // what happened before the end
+        print(*event, output);
+    }
 }
 
 }  // namespace

@@ -1,0 +1,98 @@
+#include "child_process.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace tool_tests {
+namespace {
+
+constexpr std::chrono::seconds patience{60};  // for what must happen; a test that waits so long has failed
+
+}  // namespace
+
+Child_process::Child_process(const std::vector<std::string>& arguments, const Environment& environment,
+                             const std::string& input)
+    : child_(spawn_tool(arguments, environment, input))
+{
+    out_.reader = std::thread([this] { read(child_.out, out_); });
+    err_.reader = std::thread([this] { read(child_.err, err_); });
+}
+
+Child_process::~Child_process()
+{
+    if (!waited_) {
+        end_by_force(child_.process);
+        wait();
+    }
+}
+
+void Child_process::read(System_handle pipe, Stream& stream)
+{
+    char buffer[4096];
+    while (const std::size_t count = read_some(pipe, buffer, sizeof buffer)) {
+        const std::lock_guard lock(mutex_);
+        std::remove_copy(buffer, buffer + count, std::back_inserter(stream.text), '\r');
+        changed_.notify_all();
+    }
+    close_pipe(pipe);
+    const std::lock_guard lock(mutex_);
+    stream.ended = true;
+    changed_.notify_all();
+}
+
+bool Child_process::wait_for(const Stream& stream, const std::string& text)
+{
+    std::unique_lock lock(mutex_);
+    const auto written = [&] { return stream.text.find(text) != std::string::npos; };
+    changed_.wait_for(lock, patience, [&] { return written() || stream.ended; });
+    return written();
+}
+
+bool Child_process::wait_for_output(const std::string& text)
+{
+    return wait_for(out_, text);
+}
+
+bool Child_process::wait_for_error(const std::string& text)
+{
+    return wait_for(err_, text);
+}
+
+int Child_process::wait()
+{
+    {
+        std::unique_lock lock(mutex_);
+        if (!changed_.wait_for(lock, patience, [this] { return out_.ended && err_.ended; })) {
+            end_by_force(child_.process);
+        }
+    }
+    out_.reader.join();
+    err_.reader.join();
+    waited_ = true;
+    return wait_for_exit(child_.process);
+}
+
+std::string Child_process::text_of(const Stream& stream) const
+{
+    const std::lock_guard lock(mutex_);
+    return stream.text;
+}
+
+std::string Child_process::out() const
+{
+    return text_of(out_);
+}
+
+std::string Child_process::err() const
+{
+    return text_of(err_);
+}
+
+Result run_tool(const std::vector<std::string>& arguments, const Environment& environment, const std::string& input)
+{
+    Child_process child(arguments, environment, input);
+    const int code = child.wait();
+    return {code, child.out(), child.err()};
+}
+
+}  // namespace tool_tests

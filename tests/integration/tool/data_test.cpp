@@ -1,0 +1,80 @@
+// param, snapshot and calibration.
+#include <algorithm>
+
+#include "tool_test.h"
+#include "vyra/vyra.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+
+class Data : public Tool_test {};
+
+TEST_F(Data, ParamWritesTheContainerByteForByte)
+{
+    const Bytes container = noise(777, 3, 1).pixels;
+    write_bytes(path("container"), container);
+    use_scenario({{"scanners", {{{"name", "Left"}, {"container", {{"file", "container"}}}}}}});
+    const Json object = object_of(run({"param", "--out", path("out.bin"), "--json"}));
+    EXPECT_EQ(object, (Json{{"scanner", "Left"}, {"file", path("out.bin")}, {"bytes", container.size()}}));
+    EXPECT_EQ(read_bytes(path("out.bin")), container);
+}
+
+TEST_F(Data, AFileThatCannotBeCreatedIsAFailure)
+{
+    const std::vector<std::vector<std::string>> commands = {{"param", "--out", path("missing/out.bin")},
+                                                            {"snapshot", "--out", path("missing/out.png")},
+                                                            {"calibration", "--out", path("missing/out.raw")}};
+    for (const auto& command : commands) {
+        const Result result = run(command);
+        EXPECT_EQ(result.code, 1);
+        EXPECT_THAT(result.err, AllOf(HasSubstr("cannot create the file \"" + command[2] + "\""), HasSubstr("try:")));
+    }
+}
+
+TEST_F(Data, ARefusedContainerIsAFailureAndWritesNothing)
+{
+    use_scenario({{"faults", {{{"function", "QXDR_ReadContainer"}, {"result", 9}}}}});
+    const Result result = run({"param", "--out", path("out.bin")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("cannot read the parameter container: 9016 VYRA_DEVICE_TIMEOUT"));
+    EXPECT_THAT(run({"param", "--out", path("out.bin")}).out, ::testing::IsEmpty());
+}
+
+TEST_F(Data, SnapshotsArriveAsPngAndAsBarePixels)
+{
+    const Image image = noise(600, 400, 2);
+    write_bytes(path("shot"), image.pixels);
+    use_scenario({{"scanners", {{{"name", "Left"}, {"snapshot", "shot"}}}}});
+    EXPECT_EQ(run({"snapshot", "--out", path("out.png"), "--size", "600x400"}).code, 0);
+    EXPECT_EQ(read_png(path("out.png")), image);
+    const Result raw = run({"snapshot", "--out", path("out.RAW"), "--size", "600x400", "--values", "1", "2", "3"});
+    EXPECT_EQ(raw.out, path("out.RAW") + ": 600 x 400 pixels\n");
+    EXPECT_EQ(read_bytes(path("out.RAW")), image.pixels);
+}
+
+TEST_F(Data, ThePlainSnapshotIsOneOfTheFlatCapture)
+{
+    EXPECT_EQ(run({"snapshot", "--out", path("out.png")}).code, 0);
+    const Image image = read_png(path("out.png"));
+    EXPECT_EQ(image.width, 1600U);
+    EXPECT_EQ(image.height, 1500U);
+    EXPECT_GT(*std::max_element(image.pixels.begin(), image.pixels.end()),
+              *std::min_element(image.pixels.begin(), image.pixels.end()));
+}
+
+TEST_F(Data, TheCalibrationImageArrivesAsPngAndAsBarePixels)
+{
+    ASSERT_EQ(run({"calibration", "--out", path("flat.raw")}).code, 0);
+    ASSERT_EQ(run({"calibration", "--out", path("flat.png")}).code, 0);
+    const Bytes raw = read_bytes(path("flat.raw"));
+    ASSERT_EQ(raw.size(), static_cast<std::size_t>(VYRA_CALIBRATION_SIZE));
+    EXPECT_EQ(*std::min_element(raw.begin(), raw.end()), 7);
+    EXPECT_EQ(*std::max_element(raw.begin(), raw.end()), 254);
+    EXPECT_EQ(read_png(path("flat.png")), (Image{VYRA_CALIBRATION_WIDTH, VYRA_CALIBRATION_HEIGHT, raw}));
+}
+
+}  // namespace
+}  // namespace tool_tests

@@ -1,0 +1,104 @@
+// firmware.
+#include "firmware.h"
+
+#include "failure.h"
+#include "in_process.h"
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+class Firmware : public Tool_test {
+protected:
+    Firmware() { write_bytes(path("image"), {'R', 'Q', '7', 'F', 'W', 3, 1, 'c', 0, 0}); }
+
+    std::string version() { return object_of(run({"info", "--json"}))["version"]; }
+};
+
+TEST_F(Firmware, TheNewVersionIsReportedOnceTheScannerIsBack)
+{
+    const Result result = run({"firmware", path("image"), "--yes"});
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_EQ(result.out, "\"RQ7-3050 #1\" had version 2.5.b and now reports 3.1.c\n");
+    EXPECT_THAT(result.err, AllOf(HasSubstr("loading 10 bytes of firmware"), Not(HasSubstr("[y/N]"))));
+}
+
+TEST_F(Firmware, AsJson)
+{
+    EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"})),
+              (Json{{"scanner", "RQ7-3050 #1"}, {"version_before", "2.5.b"}, {"version", "3.1.c"}}));
+}
+
+TEST_F(Firmware, AScannerThatRestartsUnnoticedIsReportedAsWell)
+{
+    use_scenario({{"restart", {{"announce_unplug", false}}}});
+    EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"}))["version"], "3.1.c");
+}
+
+TEST_F(Firmware, AsksFirstAndTakesOnlyAYes)
+{
+    for (const char* answer : {"n\n", "\n", "", "maybe\n"}) {
+        const Result result = run({"firmware", path("image")}, answer);
+        EXPECT_EQ(result.code, 1) << answer;
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(result.err, AllOf(HasSubstr("into \"RQ7-3050 #1\", which has version 2.5.b? [y/N]"),
+                                      HasSubstr("not confirmed: no firmware was loaded"), Not(HasSubstr("loading"))));
+    }
+    const Result result = run({"firmware", path("image")}, "y\n");
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.out, HasSubstr("now reports 3.1.c"));
+}
+
+TEST_F(Firmware, MissingAndEmptyFilesAreRefused)
+{
+    write_bytes(path("empty"), {});
+    const Result missing = run({"firmware", path("missing"), "--yes"});
+    EXPECT_EQ(missing.code, 1);
+    EXPECT_THAT(missing.err, HasSubstr("cannot open the file \"" + path("missing") + "\""));
+    const Result empty = run({"firmware", path("empty"), "--yes"});
+    EXPECT_EQ(empty.code, 1);
+    EXPECT_THAT(empty.err, AllOf(HasSubstr("\"" + path("empty") + "\" is empty"), Not(HasSubstr("loading"))));
+    EXPECT_THAT(run({"firmware", path(""), "--yes"}).err, HasSubstr("is a directory"));
+}
+
+TEST_F(Firmware, ATransferThatBreaksOffIsAFailure)
+{
+    use_scenario({{"firmware", {{"fail_at_byte", 4}, {"fail_result", 9}}}});
+    const Result result = run({"firmware", path("image"), "--yes"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_THAT(result.err, AllOf(HasSubstr("cannot load the firmware into \"RQ7-3050 #1\": 9016 VYRA_DEVICE_TIMEOUT"),
+                                  HasSubstr("try: plug the scanner out and in")));
+}
+
+TEST_F(Firmware, ARefusedRestartIsAFailure)
+{
+    use_scenario({{"firmware", {{"reset_result", 2}}}});
+    const Result result = run({"firmware", path("image"), "--yes"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("9025 VYRA_DRIVER_REFUSED"));
+}
+
+class Firmware_in_process : public In_process_test {};
+
+TEST_F(Firmware_in_process, IsRefusedWhileVideoRuns)
+{
+    const vyra_tool::Library library(vyra_tool::log_off);
+    vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
+    EXPECT_FALSE(scanner.streams());
+    vyra_tool::Video video(scanner, 1);
+    EXPECT_TRUE(scanner.streams());
+    EXPECT_THROW(vyra_tool::update_firmware(scanner, {1, 2, 3}), vyra_tool::Failure);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
+    video.stop();
+    EXPECT_FALSE(scanner.streams());
+    EXPECT_STREQ(vyra_tool::update_firmware(scanner, {1, 2, 3}).version, "2.6.b");
+}
+
+}  // namespace
+}  // namespace tool_tests

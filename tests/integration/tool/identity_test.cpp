@@ -1,0 +1,158 @@
+// list and info, and how a scanner is chosen.
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+const Json two_scanners = {{"scanners",
+                            {{{"name", "Left"}, {"serial_number", "SN-LEFT"}, {"version", "2.5.b"}, {"port_type", 7}},
+                             {{"name", "Right"}, {"serial_number", "123456789012"}, {"version", "-1.12.A"}}}}};
+
+class Identity : public Tool_test {};
+
+TEST_F(Identity, ListNamesTheAttachedScanners)
+{
+    use_scenario(two_scanners);
+    const Result result = run({"list"});
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_EQ(result.out,
+              "Left  ORVANE RQ7-3050  serial SN-LEFT  version 2.5.b\n"
+              "Right  ORVANE RQ7-3050  serial 123456789012  version -1.12.A\n");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(Identity, ListAsJson)
+{
+    use_scenario(two_scanners);
+    const Json object = object_of(run({"list", "--json"}));
+    ASSERT_EQ(object["scanners"].size(), 2U);
+    EXPECT_EQ(object["scanners"][0], (Json{{"name", "Left"},
+                                           {"manufacturer", "ORVANE"},
+                                           {"model", "RQ7-3050"},
+                                           {"serial_number", "SN-LEFT"},
+                                           {"version", "2.5.b"}}));
+    EXPECT_EQ(object["scanners"][1]["name"], "Right");
+}
+
+TEST_F(Identity, ANameThatIsNotUtf8IsReplacedInJson)
+{
+    use_scenario_text(R"({"scanners": [{"name": "Gr\u00fcn"}]})");
+    EXPECT_EQ(object_of(run({"list", "--json"}))["scanners"][0]["name"], "Gr\u00fcn");
+}
+
+TEST_F(Identity, WithoutAScannerEveryCommandFailsAndSaysSo)
+{
+    use_scenario({{"scanners", Json::array()}});
+    const std::vector<std::vector<std::string>> commands = {
+        {"list"}, {"info"}, {"leds", "--off"}, {"beep", "0"}, {"capture", "--out", path("images")}};
+    for (const auto& command : commands) {
+        const Result result = run(command);
+        EXPECT_EQ(result.code, 1) << command[0];
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(result.err,
+                    AllOf(HasSubstr("no scanner found: 9000 VYRA_INTERNAL"), HasSubstr("try: attach a scanner")));
+    }
+}
+
+TEST_F(Identity, AFailureAsJsonNamesCodeTextAndAdvice)
+{
+    use_scenario({{"scanners", Json::array()}});
+    const Result result = run({"list", "--json"});
+    EXPECT_EQ(result.code, 1);
+    const Json error = Json::parse(result.err)["error"];
+    EXPECT_EQ(error["code"], 9000);
+    EXPECT_EQ(error["name"], "VYRA_INTERNAL");
+    EXPECT_EQ(error["message"], "no scanner found");
+    EXPECT_THAT(error["text"].get<std::string>(), Not(IsEmpty()));
+    EXPECT_THAT(error["try"].get<std::string>(), HasSubstr("attach a scanner"));
+}
+
+TEST_F(Identity, AMalformedScenarioFailsWithFileLineAndField)
+{
+    use_scenario_text("{\n  \"frame_rate\": \"fast\"\n}\n");
+    const Result result = run({"list"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("scenario.json:2:"), HasSubstr("frame_rate"),
+                                  HasSubstr("cannot initialize the library: 9000")));
+}
+
+TEST_F(Identity, TheFirstScannerIsTakenAndSaidAmongSeveral)
+{
+    use_scenario(two_scanners);
+    const Result result = run({"info", "--json"});
+    EXPECT_EQ(object_of(result)["scanner"], "Left");
+    EXPECT_THAT(result.err,
+                AllOf(HasSubstr("2 scanners are attached (\"Left\", \"Right\")"), HasSubstr("taking \"Left\"")));
+}
+
+TEST_F(Identity, AScannerIsChosenByNameInAnyCase)
+{
+    use_scenario(two_scanners);
+    const Result result = run({"info", "--scanner", "rIGHT", "--json"});
+    EXPECT_EQ(object_of(result)["scanner"], "Right");
+    EXPECT_THAT(result.err, IsEmpty());
+}
+
+TEST_F(Identity, AnUnknownScannerIsAnsweredWithTheAttachedOnes)
+{
+    use_scenario(two_scanners);
+    const Result result = run({"info", "--scanner", "Middle"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("no scanner called \"Middle\" is attached: 9005 VYRA_DEVICE_UNAVAIL"),
+                                  HasSubstr("choose one of \"Left\", \"Right\"")));
+}
+
+TEST_F(Identity, InfoTellsAllThatIsKnown)
+{
+    use_scenario({{"scanners",
+                   {{{"name", "Left"},
+                     {"serial_number", "SN-LEFT"},
+                     {"version", "2.5.b"},
+                     {"port_type", 7},
+                     {"container", {{"size", 300}}}}}}});
+    const Json object = object_of(run({"info", "--json"}));
+    EXPECT_EQ(object["manufacturer"], "ORVANE");
+    EXPECT_EQ(object["model"], "RQ7-3050");
+    EXPECT_EQ(object["serial_number"], "SN-LEFT");
+    EXPECT_EQ(object["version"], "2.5.b");
+    EXPECT_EQ(object["port_type"], 7);
+    EXPECT_EQ(object["roll"], true);
+    EXPECT_EQ(object["container_bytes"], 300);
+    ASSERT_EQ(object["capture_indexes"].size(), 6U);
+    EXPECT_EQ(object["capture_indexes"][0], (Json{{"index", 0},
+                                                  {"capture", "roll"},
+                                                  {"pixels_per_inch", 500},
+                                                  {"image_width", 800},
+                                                  {"image_height", 750},
+                                                  {"area_width_mil", 1600},
+                                                  {"area_height_mil", 1500}}));
+    EXPECT_EQ(object["capture_indexes"][1]["image_width"], 1600);
+    EXPECT_EQ(object["capture_indexes"][2]["capture"], "flat");
+    EXPECT_EQ(object["capture_indexes"][5], (Json{{"index", 5}, {"capture", nullptr}}));
+}
+
+TEST_F(Identity, InfoOfAScannerWithoutRollCapture)
+{
+    use_scenario({{"capture_configs", {{{"number", 13}, {"available", false}}}}});
+    const Result result = run({"info"});
+    EXPECT_EQ(result.code, 0) << result.err;
+    EXPECT_THAT(result.out, AllOf(HasSubstr("rolled fingers  no\n"), HasSubstr("capture index 0 nothing\n"),
+                                  HasSubstr("capture index 1 flat, 1600 x 1500 pixels, 500 pixels per inch")));
+}
+
+TEST_F(Identity, AScannerThatCannotBeOpenedIsAFailureWithItsCode)
+{
+    use_scenario({{"faults", {{{"function", "QXDR_OpenDevice"}, {"result", 2}}}}});
+    const Result result = run({"info"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("cannot open the scanner \"RQ7-3050 #1\": 9025 VYRA_DRIVER_REFUSED"),
+                                  HasSubstr("try: close every other program")));
+}
+
+}  // namespace
+}  // namespace tool_tests

@@ -1,0 +1,165 @@
+// watch.
+#include <windows.h>
+// dbt.h needs windows.h before it.
+#include <dbt.h>
+
+#include <cstring>
+#include <thread>
+
+#include "in_process.h"
+#include "interrupt.h"
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+
+constexpr const char* unplug_and_plug =
+    R"({"timeline": [{"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "RQ7-3050 #1"},
+                     {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 50, "plug": "RQ7-3050 #1"},
+                     {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 200, "plug": "Other"},
+                     {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 250, "unplug": "Other"}]})";
+
+class Watch : public Tool_test {
+protected:
+    // Reads the lines that watch printed as objects, in order.
+    static std::vector<Json> objects(const std::string& text)
+    {
+        std::vector<Json> all;
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);) {
+            all.push_back(Json::parse(line, nullptr, false));
+            EXPECT_TRUE(all.back().is_object()) << line;
+        }
+        return all;
+    }
+
+    // The events about a scanner, in order, as "plug", "status 9005" and so on.
+    static std::vector<std::string> about(const std::vector<Json>& events, const std::string& scanner, bool status)
+    {
+        std::vector<std::string> all;
+        for (const Json& event : events) {
+            if (event.value("scanner", "") == scanner && (event["event"] == "status") == status) {
+                all.push_back(status ? "status " + event["code"].dump() : event["event"].get<std::string>());
+            }
+        }
+        return all;
+    }
+};
+
+TEST_F(Watch, PrintsPlugUnplugAndStatusAsTheyHappen)
+{
+    use_scenario_text(unplug_and_plug);
+    Child_process child({"watch"}, environment());
+    for (const char* line :
+         {"Z  unplug  RQ7-3050 #1\n", "Z  status  RQ7-3050 #1  9005 VYRA_DEVICE_UNAVAIL (", "Z  plug  RQ7-3050 #1\n",
+          "Z  status  RQ7-3050 #1  0 VYRA_OK (success)\n", "Z  plug  Other\n", "Z  unplug  Other\n"}) {
+        EXPECT_TRUE(child.wait_for_output(line)) << line << "is missing in\n" << child.out() << child.err();
+    }
+    child.interrupt();
+    EXPECT_EQ(child.wait(), 0);
+    EXPECT_THAT(child.out(), ContainsRegex("^[0-9]+-[0-9]+-[0-9]+T[0-9]+:[0-9]+:[0-9]+.[0-9]+Z  "));
+}
+
+TEST_F(Watch, AsJsonOneObjectALine)
+{
+    use_scenario_text(unplug_and_plug);
+    Child_process child({"watch", "--json"}, environment());
+    EXPECT_TRUE(child.wait_for_output("\"event\":\"unplug\",\"scanner\":\"Other\"}\n")) << child.out() << child.err();
+    EXPECT_TRUE(child.wait_for_output("\"code\":0"));
+    child.interrupt();
+    EXPECT_EQ(child.wait(), 0);
+    const std::vector<Json> events = objects(child.out());
+    EXPECT_EQ(about(events, "RQ7-3050 #1", false), (std::vector<std::string>{"unplug", "plug"}));
+    EXPECT_EQ(about(events, "RQ7-3050 #1", true), (std::vector<std::string>{"status 9005", "status 0"}));
+    EXPECT_EQ(about(events, "Other", false), (std::vector<std::string>{"plug", "unplug"}));
+    EXPECT_EQ(about(events, "Other", true), std::vector<std::string>{});
+}
+
+TEST_F(Watch, WaitsForAScannerAndThenWatchesItsStatus)
+{
+    use_scenario_text(R"({"scanners": [],
+                          "timeline": [{"at_ms": 50, "plug": "Late"},
+                                       {"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "Late"}]})");
+    Child_process child({"watch"}, environment());
+    EXPECT_TRUE(child.wait_for_error("no scanner is attached yet"));
+    EXPECT_TRUE(child.wait_for_output("status  Late  9005")) << child.out();
+    child.interrupt();
+    EXPECT_EQ(child.wait(), 0);
+}
+
+class Watch_in_process : public In_process_test {
+protected:
+    static HWND wait_for_window()
+    {
+        HWND window = nullptr;
+        while ((window = FindWindowA("VYRABRENVOZULTA", nullptr)) == nullptr) {
+            std::this_thread::yield();
+        }
+        return window;
+    }
+
+    // What the system sends for a USB device with this path.
+    static void send_device_change(HWND window, WPARAM change, const std::string& path)
+    {
+        alignas(DEV_BROADCAST_DEVICEINTERFACE_A) char record[256] = {};
+        auto& header = *reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_A*>(record);
+        header.dbcc_size = sizeof record;
+        header.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+        std::strcpy(record + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), path.c_str());
+        SendMessageA(window, WM_DEVICECHANGE, change, reinterpret_cast<LPARAM>(record));
+    }
+};
+
+TEST_F(Watch_in_process, PrintsSleepResumeAndSubscribedUsbDevices)
+{
+    Background_run run({"watch", "--usb", "1A2B:00ff", "--usb", "1A2B:100"});
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
+    HWND window = wait_for_window();
+    SendMessageA(window, WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
+    SendMessageA(window, WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, 0);
+    send_device_change(window, DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_00FF#1)");
+    send_device_change(window, DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_0101#1)");
+    send_device_change(window, DBT_DEVICEREMOVECOMPLETE, R"(\\?\USB#VID_1A2B&PID_0100#1)");
+    vyra_tool::request_interrupt();
+    const Result result = run.finish();
+    EXPECT_EQ(result.code, 0);
+    std::string events = result.out;  // without times
+    for (std::size_t at = 0;
+         (at = events.find("20", at)) != std::string::npos && events.find("Z  ", at) != std::string::npos;) {
+        events.erase(at, events.find("Z  ", at) + 3 - at);
+        at = events.find('\n', at) + 1;
+    }
+    EXPECT_EQ(events, "sleep\nresume\nusb-plug  1A2B:00FF\nusb-unplug  1A2B:0100\n");
+}
+
+TEST_F(Watch_in_process, ClosesItsScannerAtTheEnd)
+{
+    Background_run run({"watch"});
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    EXPECT_EQ(run.finish().code, 0);
+    const std::vector<std::string> calls = take_driver_calls();
+    ASSERT_GE(calls.size(), 2U);
+    EXPECT_EQ((std::vector<std::string>{calls.end() - 2, calls.end()}),
+              (std::vector<std::string>{"QXDR_CloseDevice", "QXDR_Release"}));
+}
+
+TEST_F(Watch_in_process, GoesOnWithoutStatusWhenTheScannerCannotBeOpened)
+{
+    ASSERT_EQ(brenvozulta_sim_fail("QXDR_OpenDevice", 2, 1), 1);
+    Background_run run({"watch", "--json"});
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_plug("Other"), 1);
+    ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    const Result result = run.finish();
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("\"event\":\"plug\",\"scanner\":\"Other\""));
+}
+
+}  // namespace
+}  // namespace tool_tests

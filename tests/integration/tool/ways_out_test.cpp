@@ -1,0 +1,144 @@
+// Whatever ends a capture leaves the scanner stopped and closed, and the driver released.
+#include <filesystem>
+
+#include "in_process.h"
+#include "interrupt.h"
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+
+class Ways_out : public In_process_test {
+protected:
+    void SetUp() override
+    {
+        In_process_test::SetUp();
+        brenvozulta_sim_set_frame_rate(50);
+        directory_ = (std::filesystem::temp_directory_path() / "vyra_ways_out").generic_u8string();
+        std::filesystem::remove_all(directory_);
+    }
+
+    void TearDown() override
+    {
+        In_process_test::TearDown();
+        std::error_code ignored;
+        std::filesystem::remove_all(directory_, ignored);
+    }
+
+    // The tool captures until something ends it; by then it has had images.
+    std::unique_ptr<Background_run> endless_capture()
+    {
+        auto run =
+            std::make_unique<Background_run>(std::vector<std::string>{"capture", "--frames", "0", "--out", directory_});
+        EXPECT_EQ(brenvozulta_sim_wait_callbacks_returned(3, test_support::patience_ms), 1);
+        return run;
+    }
+
+    // The driver calls after the start of the capture.
+    static std::vector<std::string> calls_since_start()
+    {
+        std::vector<std::string> calls = take_driver_calls();
+        const auto start = std::find(calls.begin(), calls.end(), "QXDR_StartCapture");
+        EXPECT_NE(start, calls.end());
+        return {start == calls.end() ? start : start + 1, calls.end()};
+    }
+
+    static void expect_stopped_and_closed()
+    {
+        EXPECT_EQ(calls_since_start(),
+                  (std::vector<std::string>{"QXDR_StopCapture", "QXDR_CloseDevice", "QXDR_Release"}));
+        EXPECT_EQ(brenvozulta_sim_wait_acquisition_threads(0, test_support::patience_ms), 1);
+    }
+
+    std::string directory_;
+};
+
+TEST_F(Ways_out, TheLastImage)
+{
+    EXPECT_EQ(run_in_process({"capture", "--frames", "3", "--out", directory_}).code, 0);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, CtrlC)
+{
+    const auto run = endless_capture();
+    vyra_tool::request_interrupt();
+    const Result result = run->finish();
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("frames/s"));
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, CtrlCBeforeAllImagesIsAFailure)
+{
+    brenvozulta_sim_set_frame_rate(0);
+    Background_run run({"capture", "--frames", "2", "--out", directory_});
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_StartCapture", 1, test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    EXPECT_EQ(run.finish().code, 1);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, APulledCable)
+{
+    const auto run = endless_capture();
+    ASSERT_EQ(brenvozulta_sim_unplug(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
+    EXPECT_EQ(run->finish().code, 1);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, ADiskThatTakesNoMore)
+{
+    const auto run = endless_capture();
+    std::filesystem::remove_all(directory_);
+    EXPECT_EQ(run->finish().code, 1);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, AScannerThatFallsSilent)
+{
+    brenvozulta_sim_set_frame_rate(0);
+    EXPECT_EQ(run_in_process({"capture", "--timeout", "0.1", "--out", directory_}).code, 1);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, AnImageOfAWrongSize)
+{
+    EXPECT_EQ(run_in_process({"capture", "--size", "1600x1501", "--out", directory_}).code, 1);
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out, AStopThatIsRefused)
+{
+    const auto run = endless_capture();
+    ASSERT_EQ(brenvozulta_sim_fail("QXDR_StopCapture", 9, 1), 1);
+    vyra_tool::request_interrupt();
+    EXPECT_EQ(run->finish().code, 1);
+    expect_stopped_and_closed();
+}
+
+class Ctrl_c : public Tool_test {};
+
+TEST_F(Ctrl_c, EndsACaptureProcessInOrder)
+{
+    Child_process child({"capture", "--frames", "0", "--out", path("images")});
+    ASSERT_TRUE(child.wait_for_output("image_0002.png\n")) << child.err();
+    child.interrupt();
+    EXPECT_EQ(child.wait(), 0) << child.err();
+    EXPECT_THAT(child.out(), HasSubstr(" frames/s  "));
+}
+
+TEST_F(Ctrl_c, EndsAWatchProcess)
+{
+    Child_process child({"watch"});
+    ASSERT_TRUE(child.wait_for_error("watching; Ctrl-C ends\n"));
+    child.interrupt();
+    EXPECT_EQ(child.wait(), 0) << child.err();
+}
+
+}  // namespace
+}  // namespace tool_tests
