@@ -15,6 +15,11 @@ constexpr GUID other_devices = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0
 
 class Injected_fault_test : public Notifier_test {
 protected:
+    void SetUp() override
+    {
+        Notifier_test::SetUp();
+        win32_double::clear();
+    }
     void TearDown() override
     {
         win32_double::clear();

@@ -95,7 +95,7 @@ TEST_F(Notifier_events_test, broken_records_are_ignored)
     subscribe();
     const std::string_view name = "VID_1A2B&PID_00FF";
     const auto size = static_cast<DWORD>(name_offset + name.size());
-    for (const WPARAM event : {DBT_DEVICEARRIVAL, DBT_DEVICEREMOVECOMPLETE}) {
+    for (const WPARAM event : std::initializer_list<WPARAM>{DBT_DEVICEARRIVAL, DBT_DEVICEREMOVECOMPLETE}) {
         EXPECT_EQ(send(WM_DEVICECHANGE, event, 0), 0);
         EXPECT_EQ(send_device(event, ""), 0);
         // Of another type, too short for a name, and with a size that ends inside the pattern.

@@ -80,7 +80,8 @@ TEST_F(Notifier_window_test, of_all_power_events_only_suspend_and_resume_are_del
 // Only the two delivered events are looked into: the parameter of the others need not point at a record.
 TEST_F(Notifier_window_test, the_record_of_other_device_events_is_not_touched)
 {
-    for (const WPARAM event : {DBT_DEVNODES_CHANGED, DBT_DEVICEQUERYREMOVE, DBT_DEVICEREMOVEPENDING, DBT_CUSTOMEVENT}) {
+    for (const WPARAM event : std::initializer_list<WPARAM>{DBT_DEVNODES_CHANGED, DBT_DEVICEQUERYREMOVE,
+                                                            DBT_DEVICEREMOVEPENDING, DBT_CUSTOMEVENT}) {
         EXPECT_EQ(notifier_window_proc(nullptr, WM_DEVICECHANGE, event, 1), 0) << event;
     }
 }
