@@ -9,7 +9,9 @@
 // Conventions
 // - Every function may be called from any thread. None blocks for longer than a subscriber that is running, except
 //   TerminateUsbNotifier, which waits for the notifier thread to end.
-// - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not throw.
+// - Starts and stops are carried out one at a time.
+// - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not throw:
+//   nothing of the kind reaches anybody, it is logged at best.
 // - VyraInitialize_N starts the notifier and VyraTerminate stops it, under the class name "VYRABRENVOZULTA". A start
 //   clears the USB subscriptions, so subscribe after VyraInitialize_N. Power subscriptions survive.
 #pragma once
@@ -30,12 +32,15 @@ using PowerEventCallback = void (*)(SysPowerEventType event);
 
 // Starts the notifier: clears all USB subscriptions and creates the thread, without waiting for its window. Events are
 // delivered from the moment the window exists. windowClassName names the window's class; the text is not copied and
-// must stay valid until the notifier has stopped. Returns true when the notifier was started or runs already.
+// must stay valid until the notifier has stopped. Returns true when the notifier was started or runs already. When the
+// system then refuses the window, or its device notifications, that is logged and the notifier stands as if stopped.
+// When the system refuses the thread, the call ends in the thread library's resource exception, and the notifier counts
+// as running until TerminateUsbNotifier is called.
 bool InitUsbNotifier(char* windowClassName);
 
 // Stops the notifier and waits for its thread, subscribers included. Subscriptions stay in their tables. Always returns
-// true, also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself, and
-// the call ends in the thread library's resource-deadlock exception.
+// true, also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself. The
+// notifier is stopped all the same, but the call ends in the thread library's resource-deadlock exception.
 bool TerminateUsbNotifier(char* windowClassName);
 
 // Subscribes callback to the arrival and removal of USB devices with this vendor and product identifier (0 to 0xFFFF
@@ -51,10 +56,11 @@ bool UnSubscribeToUsbEvent(int vendorId, int productId);
 
 // Subscribes callback to sleep and resume; subscribers are called in the order of their places in a table of 10.
 // Returns true when the function is in the table afterwards (a second subscription changes nothing) and for a null
-// callback while a place is free; false when all places are taken. Waits for a power dispatch that is under way. Never
-// call it from a power subscriber: it would wait for itself.
+// callback while a place is free; false when all places are taken. Waits for a power dispatch that is under way, unless
+// it is called from inside it by a subscriber.
 bool SubscribeToPowerEvent(PowerEventCallback callback);
 
 // Ends the subscription. Once it has returned, the function is not called any more. Returns false when the function is
-// not in the table. Waits for a power dispatch that is under way; never call it from a power subscriber.
+// not in the table; a null callback matches a free place. Waits for a power dispatch that is under way, unless it is
+// called from inside it by a subscriber.
 bool UnsubscribeToPowerEvent(PowerEventCallback callback);

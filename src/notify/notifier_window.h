@@ -11,8 +11,8 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
 // register it for device notifications.
 bool device_notification_refused();
 
-// Takes back the calling thread's registration for device notifications, if it still stands. Closing the window does it;
-// a thread whose loop ended otherwise does it at its end.
+// Takes back the calling thread's registration for device notifications, if it still stands. Closing the window does
+// it; a thread whose loop ended otherwise does it at its end.
 void end_device_notifications();
 
 }  // namespace kvs::brenvozulta
