@@ -1,0 +1,91 @@
+// What the path of an image allocates: one record for each request, and nothing else.
+#include "unit/device/allocation_counter.h"
+
+#include <windows.h>
+
+#include <new>
+#include <vector>
+
+#include "device/acquisition.h"
+#include "unit/device/device_test.h"
+#include "unit/device/installed_library.h"
+
+namespace {
+
+using namespace test_support;
+using kvs::brenvozulta::on_acquisition;
+
+template <class Work>
+std::size_t allocations_of(Work work)
+{
+    const std::size_t before = allocations_of_this_thread();
+    work();
+    return allocations_of_this_thread() - before;
+}
+
+class Allocations : public Device_test {
+protected:
+    void SetUp() override
+    {
+        Device_test::SetUp();
+        running_device();
+        ASSERT_EQ(allocations_of([] { ::operator delete(::operator new(1)); }), 1u) << "the counter does not count";
+    }
+
+    std::size_t of_callback(std::int32_t expected)
+    {
+        return allocations_of(
+            [&] { EXPECT_EQ(on_acquisition(image_.data(), image_width, image_height, &device()), expected); });
+    }
+
+    std::vector<std::uint8_t> image_ = image_of(9);
+    std::vector<std::uint8_t> buffer_ = image_of(0);
+};
+
+TEST_F(Allocations, The_Callback_Allocates_Nothing)
+{
+    for (int i = 0; i < 8; ++i) {
+        ASSERT_EQ(device().submit_video_request(buffer_.data(), 1), 0);
+    }
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(of_callback(0), 0u) << "filling request " << i;
+    }
+    EXPECT_EQ(buffer_, image_);
+    EXPECT_EQ(of_callback(0), 0u) << "dropping an image";
+    ASSERT_EQ(device().stop_video(), 0);
+    EXPECT_EQ(of_callback(3), 0u) << "video is stopped";
+    EXPECT_EQ(allocations_of([&] { on_acquisition(image_.data(), 1, 1, this); }), 0u) << "no such device";
+}
+
+TEST_F(Allocations, A_Submit_Allocates_The_Request_And_A_Get_Nothing)
+{
+    for (std::uint64_t i = 0; i < 8; ++i) {
+        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 1u);
+    }
+    for (std::uint64_t i = 0; i < 8; ++i) {
+        ASSERT_EQ(on_acquisition(image_.data(), image_width, image_height, &device()), 0);
+        void* buffer = nullptr;
+        std::uint64_t context = 0;
+        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().get_video_result(&buffer, &context), 0); }), 0u);
+        EXPECT_EQ(context, i);
+    }
+}
+
+// The system's own functions may allocate.
+TEST_F(Allocations, The_Calibration_Image_Is_Copied_Without_An_Allocation_Of_The_Library)
+{
+    ASSERT_TRUE(load_installed_library());
+    std::vector<std::uint8_t> buffer(VYRA_CALIBRATION_SIZE);
+    const auto look_up = [] {
+        const HMODULE module = GetModuleHandleA("vyrabrenvozulta.dll");
+        const HRSRC found = FindResourceA(module, MAKEINTRESOURCEA(101), "image_raw");
+        LockResource(LoadResource(module, found));
+        SizeofResource(module, found);
+    };
+    const std::size_t of_the_system = allocations_of(look_up);
+    const auto copy = [&] { EXPECT_EQ(device().read_uniformity_buffers(buffer.data(), VYRA_CALIBRATION_SIZE), 0); };
+    EXPECT_EQ(allocations_of(copy), of_the_system);
+    unload_installed_library();
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+// The tones of the host computer: which patterns there are.
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Buzzer : public Device_test {};
+
+TEST_F(Buzzer, Patterns_0_To_3_Succeed_In_Every_State_Of_The_Device)
+{
+    for (std::uint32_t pattern = 0; pattern <= 3; ++pattern) {
+        EXPECT_EQ(device().set_buzzer(pattern), 0);
+    }
+    open_device();
+    EXPECT_EQ(device().set_buzzer(0), 0);
+    ASSERT_EQ(device().close(), 0);
+    take_calls();
+    EXPECT_EQ(device().set_buzzer(3), 0);
+    EXPECT_THAT(take_calls(), IsEmpty()) << "the tones are not the scanner's";
+}
+
+TEST_F(Buzzer, Any_Other_Pattern_Is_9109)
+{
+    for (const std::uint32_t pattern : {4u, 5u, 256u, 0x80000000u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(device().set_buzzer(pattern), 9109);
+        EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+    }
+}
+
+TEST_F(Buzzer, The_Export_Ignores_Its_Last_Two_Arguments)
+{
+    const std::uint32_t handle = open();
+    EXPECT_EQ(VyraBrenvoSetBuzzer(handle, 2, this, nullptr), 0);
+    EXPECT_EQ(VyraBrenvoSetBuzzer(handle, 4, nullptr, this), 9109);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+}
+
+}  // namespace

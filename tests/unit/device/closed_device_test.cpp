@@ -1,0 +1,193 @@
+// Devices that are not open: never opened, not opened for a failure, closed. And the closing itself.
+#include "api/status.h"
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using kvs::brenvozulta::brenvozulta_device;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class Closed_device : public Device_test {
+protected:
+    template <class Operation>
+    void expect_refused(const std::string& line, Operation run)
+    {
+        EXPECT_EQ(run(), 9110) << line;
+        EXPECT_THAT(take_log(), ElementsAre(line));
+    }
+
+    void expect_lifecycle_and_video_refused()
+    {
+        brenvozulta_device& d = device();
+        const auto address =
+            static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(kvs::brenvozulta::vyra_error_text(9110)));
+        expect_refused("close:\t Error: 9110 Error 9110\r\n", [&] { return d.close(); });
+        expect_refused("reset:\t reset Error " + std::to_string(address) + "\r\n", [&] { return d.reset(0); });
+        expect_refused(not_open_line("start_camera"), [&] { return d.start_camera(); });
+        expect_refused(not_open_line("start_video"), [&] { return d.start_video(1); });
+        expect_refused(not_open_line("stop_video"), [&] { return d.stop_video(); });
+        expect_refused(not_open_line("submit_video_request"), [&] { return d.submit_video_request(&d, 1); });
+        expect_refused(not_open_line("submit_video_request"), [&] { return d.submit_video_request(nullptr, 1); });
+        void* buffer = &d;
+        std::uint64_t context = 77;
+        expect_refused(not_open_line("get_video_result"), [&] { return d.get_video_result(&buffer, &context); });
+        EXPECT_EQ(buffer, nullptr);
+        EXPECT_EQ(context, 77u);
+    }
+
+    void expect_identity_refused()
+    {
+        brenvozulta_device& d = device();
+        std::vector<std::uint8_t> record(64, 0xA5);
+        expect_refused(not_open_line("get_device_info"),
+                       [&] { return d.get_device_info(reinterpret_cast<DeviceInfo*>(record.data())); });
+        for (const std::uint32_t index : {0u, 1u, 3u, 6u}) {
+            expect_refused(not_open_line("get_device_capabilities"), [&] {
+                return d.get_device_capabilities(index, reinterpret_cast<VyraDeviceCapabilities*>(record.data()));
+            });
+        }
+        expect_refused(not_open_line("get_port_type"),
+                       [&] { return d.get_port_type(reinterpret_cast<std::uint32_t*>(record.data())); });
+        expect_refused(not_open_line("is_roll_supported"), [&] { return d.is_roll_supported(record.data()); });
+        EXPECT_THAT(record, Each(0xA5));
+    }
+
+    void expect_data_refused()
+    {
+        brenvozulta_device& d = device();
+        std::vector<std::uint8_t> buffer(64, 0xA5);
+        expect_refused("set_device_ui: VYRA_SCN_UNAVAILABLE   Error=9110: Error 9110\r\n", [&] {
+            DevUI ui = {};
+            return d.set_device_ui(&ui);
+        });
+        expect_refused(not_open_line("set_cmd_parameter"), [&] { return d.set_cmd_parameter(1, 2); });
+        expect_refused(not_open_line("get_global_param_size"),
+                       [&] { return d.get_global_param_size(reinterpret_cast<std::uint32_t*>(buffer.data())); });
+        expect_refused(not_open_line("read_global_param"), [&] { return d.read_global_param(buffer.data(), 64); });
+        expect_refused(not_open_line("get_snapshot_acquisition"),
+                       [&] { return d.get_snapshot_acquisition(buffer.data(), 1, 2, 3); });
+        expect_refused(not_open_line("read_filters"), [&] { return d.read_filters(nullptr, nullptr, nullptr); });
+        expect_refused(not_open_line("read_uniformity_buffers"),
+                       [&] { return d.read_uniformity_buffers(buffer.data(), VYRA_CALIBRATION_SIZE); });
+        expect_refused(not_open_line("read_uniformity_buffers"), [&] { return d.read_uniformity_buffers(nullptr, 0); });
+        expect_refused(not_open_line("update_firmware"), [&] { return d.update_firmware(buffer.data(), 64); });
+        EXPECT_THAT(buffer, Each(0xA5));
+    }
+
+    void expect_all_refused()
+    {
+        take_calls();
+        expect_lifecycle_and_video_refused();
+        expect_identity_refused();
+        expect_data_refused();
+        EXPECT_THAT(take_calls(), IsEmpty());
+    }
+};
+
+TEST_F(Closed_device, A_Device_Never_Opened_Refuses_All_And_Takes_An_Open)
+{
+    expect_all_refused();
+    EXPECT_EQ(device().set_buzzer(4), 9109);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+    EXPECT_EQ(device().open(first_scanner, 0), 0);
+}
+
+TEST_F(Closed_device, A_Device_Whose_Open_Was_Refused_Refuses_All)
+{
+    brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
+    ASSERT_EQ(device().open(first_scanner, 0), 9005);
+    take_log();
+    expect_all_refused();
+}
+
+TEST_F(Closed_device, A_Device_Whose_Callback_Was_Refused_Refuses_All)
+{
+    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 4, 1);
+    ASSERT_EQ(device().open(first_scanner, 0), 9005);
+    take_log();
+    expect_all_refused();
+}
+
+TEST_F(Closed_device, A_Closed_Device_Refuses_All_And_Keeps_What_The_Operator_Saw)
+{
+    open_device();
+    DevUI ui = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10}, 0, 1, 0};
+    ASSERT_EQ(device().set_device_ui(&ui), 0);
+    ASSERT_EQ(device().close(), 0);
+
+    expect_all_refused();
+
+    DevUI shown = {};
+    EXPECT_EQ(device().get_device_ui(&shown), 0);
+    EXPECT_EQ(std::memcmp(&shown, &ui, sizeof(ui)), 0);
+    EXPECT_EQ(device().set_ui_cb(nullptr, nullptr), 0);
+    EXPECT_EQ(device().set_buzzer(2), 0);
+}
+
+TEST_F(Closed_device, Close_Gives_The_Driver_The_Place_Of_The_Handle_That_Open_Filled)
+{
+    const void* const handle = brenvozulta_sim_handle(first_scanner);
+    ASSERT_EQ(device().open(first_scanner, 0), 0);
+    brenvozulta_sim_call opened = {};
+    ASSERT_EQ(brenvozulta_sim_get_call(0, &opened), 1);
+    take_calls();
+
+    EXPECT_EQ(device().close(), 0);
+
+    const std::string place =
+        address_text(reinterpret_cast<const void*>(static_cast<std::uintptr_t>(opened.arguments[1])));
+    EXPECT_THAT(take_calls(), ElementsAre("QXDR_CloseDevice(driver_handle=" + place +
+                                          ", *driver_handle=" + address_text(handle) + ") = 0"));
+    EXPECT_EQ(brenvozulta_sim_is_open(first_scanner), 0);
+}
+
+TEST_F(Closed_device, A_Second_Close_Does_Not_Reach_The_Driver)
+{
+    open_device();
+    ASSERT_EQ(device().close(), 0);
+    take_calls();
+    EXPECT_EQ(device().close(), 9110);
+    EXPECT_THAT(take_log(), ElementsAre("close:\t Error: 9110 Error 9110\r\n"));
+    EXPECT_THAT(take_calls(), IsEmpty());
+}
+
+TEST_F(Closed_device, A_Refused_Close_Leaves_The_Device_Usable)
+{
+    running_device();
+    auto buffer = image_of(0);
+    ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
+    for (const auto& [result, status] : translations()) {
+        brenvozulta_sim_fail("QXDR_CloseDevice", result, 1);
+        EXPECT_EQ(device().close(), status) << result;
+        EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_CloseDevice", result)));
+    }
+    EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);
+    EXPECT_EQ(buffer, image_of(9)) << "the request was dropped";
+    EXPECT_EQ(device().stop_video(), 0);
+    take_calls();
+    EXPECT_EQ(device().close(), 0);
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
+}
+
+TEST_F(Closed_device, Close_Leaves_A_Running_Video_To_Itself_And_Drops_Its_Requests)
+{
+    running_device();
+    auto buffer = image_of(0);
+    ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
+
+    EXPECT_EQ(device().close(), 0);
+
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
+    EXPECT_EQ(device().video_state(), video_running);
+    // The signal of the request that was dropped lets this one image pass.
+    EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);
+    EXPECT_EQ(buffer, image_of(0));
+    EXPECT_EQ(device().stop_video(), 9110);
+    EXPECT_THAT(take_log(), ElementsAre(not_open_line("stop_video")));
+}
+
+}  // namespace

@@ -1,0 +1,150 @@
+#include "unit/device/device_test.h"
+
+#include <boost/chrono/duration.hpp>
+#include <boost/chrono/system_clocks.hpp>
+#include <boost/thread/thread.hpp>
+#include <cinttypes>
+#include <cstdio>
+
+namespace test_support {
+
+namespace {
+
+constexpr std::uint32_t nothing_to_stop = 19;
+
+// Long enough for a callback that does not wait to have returned.
+constexpr std::uint32_t moment_ms = 20;
+
+}  // namespace
+
+const std::vector<Translation>& translations()
+{
+    static const std::vector<Translation> all = {
+        {1, 9109},  {2, 9025},  {3, 9101},   {4, 9005},   {5, 9005},           {6, 9000},
+        {7, 9109},  {8, 9109},  {9, 9016},   {10, 9108},  {11, 9000},          {12, 9114},
+        {13, 9000}, {14, 9109}, {15, 9109},  {16, 9000},  {17, 9000},          {18, 9000},
+        {19, 9111}, {20, 9000}, {255, 9000}, {256, 9000}, {0x80000000u, 9000}, {0xFFFFFFFFu, 9000},
+    };
+    return all;
+}
+
+std::string address_text(const void* address)
+{
+    char text[24];
+    std::snprintf(text, sizeof(text), "0x%" PRIxPTR, reinterpret_cast<std::uintptr_t>(address));
+    return text;
+}
+
+std::string scanner_call_of(const char* scanner, const std::string& function, const std::string& more_arguments,
+                            std::uint32_t result)
+{
+    return function + "(driver_handle=" + address_text(brenvozulta_sim_handle(scanner)) +
+           (more_arguments.empty() ? "" : ", " + more_arguments) + ") = " + std::to_string(result);
+}
+
+std::string scanner_call(const std::string& function, const std::string& more_arguments, std::uint32_t result)
+{
+    return scanner_call_of(first_scanner, function, more_arguments, result);
+}
+
+std::string driver_error_line(const std::string& function, std::uint32_t result)
+{
+    return "--Error : " + function + " ret = " + std::to_string(static_cast<std::int32_t>(result)) + " \n";
+}
+
+std::string not_open_line(const std::string& operation)
+{
+    return error_line(operation, 9110, "Error 9110");
+}
+
+bool wait_a_little_and_try_again(std::uint64_t& started)
+{
+    using namespace boost::chrono;
+    const auto now =
+        static_cast<std::uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+    started = started == 0 ? now : started;
+    boost::this_thread::sleep_for(milliseconds(1));
+    return now - started < patience_ms;
+}
+
+void Device_test::SetUp()
+{
+    Scanner_test::SetUp();
+    initialize();
+    brenvozulta_sim_set_idle_stop_result(nothing_to_stop);
+    brenvozulta_sim_clear_calls();
+    device_ = std::make_unique<brenvozulta_device>();
+}
+
+void Device_test::TearDown()
+{
+    drop_device();
+    Scanner_test::TearDown();
+}
+
+kvs::brenvozulta::brenvozulta_device& Device_test::open_device(const std::string& name)
+{
+    EXPECT_EQ(device().open(name, 0), 0);
+    brenvozulta_sim_clear_calls();
+    return device();
+}
+
+kvs::brenvozulta::brenvozulta_device& Device_test::running_device(const std::string& name)
+{
+    open_device(name);
+    EXPECT_EQ(device().start_camera(), 0);
+    brenvozulta_sim_clear_calls();
+    return device();
+}
+
+std::vector<std::string> Device_test::take_calls()
+{
+    std::vector<std::string> calls;
+    for (std::size_t i = 0; i < brenvozulta_sim_call_count(); ++i) {
+        std::string text(brenvozulta_sim_call_text(i, nullptr, 0) + 1, '\0');
+        brenvozulta_sim_call_text(i, &text[0], text.size());
+        text.pop_back();
+        calls.push_back(text);
+    }
+    brenvozulta_sim_clear_calls();
+    return calls;
+}
+
+std::int32_t Device_test::deliver(const std::vector<std::uint8_t>& pixels, std::uint16_t width, std::uint16_t height)
+{
+    brenvozulta_sim_image image = {pixels.data(), pixels.size(), width, height, nullptr, 0, nullptr};
+    std::int32_t result = -1;
+    EXPECT_EQ(brenvozulta_sim_deliver(&image, patience_ms, &result), 1) << "the callback did not return";
+    return result;
+}
+
+std::int32_t Device_test::deliver_to(void* context, const std::vector<std::uint8_t>& pixels)
+{
+    brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, nullptr, 1, context};
+    std::int32_t result = -1;
+    EXPECT_EQ(brenvozulta_sim_deliver(&image, patience_ms, &result), 1) << "the callback did not return";
+    return result;
+}
+
+std::uint64_t Device_test::deliver_waiting(const std::vector<std::uint8_t>& pixels)
+{
+    brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, nullptr, 0, nullptr};
+    const std::uint64_t delivery = brenvozulta_sim_deliver_async(&image);
+    EXPECT_EQ(brenvozulta_sim_wait_delivery_begun(delivery, patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_delivery_done(delivery, moment_ms, nullptr), 0) << "the callback did not wait";
+    return delivery;
+}
+
+std::int32_t Device_test::result_of(std::uint64_t delivery)
+{
+    std::int32_t result = -1;
+    EXPECT_EQ(brenvozulta_sim_wait_delivery_done(delivery, patience_ms, &result), 1) << "the callback did not return";
+    return result;
+}
+
+std::vector<std::uint8_t> image_of(std::uint8_t value)
+{
+    return std::vector<std::uint8_t>(std::size_t{image_width} * image_height, value);
+}
+
+}  // namespace test_support

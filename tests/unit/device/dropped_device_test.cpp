@@ -1,0 +1,140 @@
+// Devices that are dropped while video runs: nothing is stopped, closed or waited for, and memory stays safe.
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+class Dropped_device : public Device_test {
+protected:
+    // Opens a scanner through the exports and starts its video; the calls of that are forgotten.
+    std::uint32_t running(const char* scanner = first_scanner)
+    {
+        const std::uint32_t handle = open(scanner);
+        EXPECT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
+        brenvozulta_sim_clear_calls();
+        return handle;
+    }
+};
+
+TEST_F(Dropped_device, Nothing_Is_Stopped_Or_Closed)
+{
+    running_device();
+    auto buffer = image_of(0);
+    ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
+    drop_device();
+    EXPECT_THAT(take_calls(), IsEmpty());
+    EXPECT_EQ(brenvozulta_sim_is_open(first_scanner), 1);
+    EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
+    EXPECT_EQ(deliver(image_of(9), image_width, image_height), 3);
+    EXPECT_EQ(buffer, image_of(0));
+}
+
+TEST_F(Dropped_device, A_Callback_That_Waits_Keeps_What_It_Stands_On)
+{
+    running_device();
+    void* const context = brenvozulta_sim_callback_context();
+    const std::uint64_t delivery = deliver_waiting(image_of(9));
+    drop_device();
+    EXPECT_THAT(take_calls(), IsEmpty());
+    EXPECT_EQ(brenvozulta_sim_wait_delivery_done(delivery, 0, nullptr), 0) << "nobody has woken it";
+    // Another thread's images are refused meanwhile.
+    brenvozulta_sim_image image = {nullptr, 0, image_width, image_height, nullptr, 1, context};
+    brenvozulta_sim_remove(first_scanner);
+    std::int32_t result = -1;
+    EXPECT_EQ(brenvozulta_sim_deliver(&image, patience_ms, &result), 1);
+    EXPECT_EQ(result, 3);
+}
+
+TEST_F(Dropped_device, A_New_Device_At_The_Same_Scanner_Works_Beside_A_Callback_That_Waits)
+{
+    running_device();
+    deliver_waiting(image_of(9));
+    drop_device();
+
+    brenvozulta_device next;
+    ASSERT_EQ(next.open(first_scanner, 0), 0);
+    ASSERT_EQ(next.start_camera(), 0);  // stops what still captures
+    auto buffer = image_of(0);
+    ASSERT_EQ(next.submit_video_request(buffer.data(), 7), 0);
+    EXPECT_EQ(deliver(image_of(5), image_width, image_height), 0);
+    EXPECT_EQ(buffer, image_of(5));
+    EXPECT_EQ(next.stop_video(), 0);
+    EXPECT_EQ(next.close(), 0);
+}
+
+TEST_F(Dropped_device, Closed_By_Its_Handle_While_Video_Runs)
+{
+    const std::uint32_t handle = running();
+    void* const context = brenvozulta_sim_callback_context();
+    EXPECT_EQ(VyraCloseDevice_N(handle), 0);
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
+    EXPECT_EQ(deliver_to(context, image_of(1)), 3);
+}
+
+TEST_F(Dropped_device, Closed_By_Its_Handle_While_The_Callback_Waits)
+{
+    const std::uint32_t handle = running();
+    deliver_waiting(image_of(9));
+    EXPECT_EQ(VyraCloseDevice_N(handle), 0);
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
+}
+
+TEST_F(Dropped_device, A_Refused_Close_By_Handle_Drops_The_Device_All_The_Same)
+{
+    const std::uint32_t handle = running();
+    brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+    EXPECT_EQ(VyraCloseDevice_N(handle), 0);
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_CloseDevice", 9), "close_device:    Error=9016\r\n"));
+    EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
+    EXPECT_EQ(deliver(image_of(1), image_width, image_height), 3);
+}
+
+TEST_F(Dropped_device, Terminated_While_Video_Runs)
+{
+    running();
+    void* const context = brenvozulta_sim_callback_context();
+    deliver_waiting(image_of(9));
+    EXPECT_EQ(VyraTerminate(), 0);
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice", "QXDR_Release"));
+    EXPECT_EQ(deliver_to(context, image_of(1)), 3);
+}
+
+TEST_F(Dropped_device, Terminated_With_A_Device_That_Terminate_Does_Not_Close)
+{
+    brenvozulta_sim_attach(second_scanner);
+    const std::uint32_t lower = open(first_scanner);
+    running(second_scanner);
+    void* const context = brenvozulta_sim_callback_context();
+    ASSERT_EQ(VyraCloseDevice_N(lower), 0);
+    brenvozulta_sim_clear_calls();
+    EXPECT_EQ(VyraTerminate(), 0);
+    take_log();
+    EXPECT_THAT(take_driver_calls(), Not(Contains(HasSubstr("StopCapture"))));
+    EXPECT_EQ(deliver_to(context, image_of(1)), 3);
+}
+
+TEST_F(Dropped_device, Displaced_By_A_Later_Open_While_Video_Runs)
+{
+    brenvozulta_sim_attach(second_scanner);
+    brenvozulta_sim_attach("RQ7-3050 #3");
+    const std::uint32_t lower = open(first_scanner);
+    const std::uint32_t displaced = running(second_scanner);
+    void* const context = brenvozulta_sim_callback_context();
+    ASSERT_EQ(VyraCloseDevice_N(lower), 0);
+    brenvozulta_sim_clear_calls();
+
+    EXPECT_EQ(open("RQ7-3050 #3"), displaced);
+
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_OpenDevice", "QXDR_SetCallbackAcquisition", "QXDR_SetLeds"));
+    EXPECT_EQ(brenvozulta_sim_is_capturing(second_scanner), 1);
+    EXPECT_EQ(deliver_to(context, image_of(1)), 3);
+}
+
+}  // namespace

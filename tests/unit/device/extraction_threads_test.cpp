@@ -1,0 +1,85 @@
+// The number of extraction threads, as the operating system counts them.
+#include <filesystem>
+#include <iterator>
+
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+
+std::ptrdiff_t threads()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+class Extraction_threads : public Device_test {
+protected:
+    // Opens the device and notes what runs without video. The driver pretends its captures: it starts no thread.
+    void open_and_count()
+    {
+        open_device();
+        brenvozulta_sim_fail("QXDR_StartCapture", 0, BRENVOZULTA_SIM_ALWAYS);
+        brenvozulta_sim_fail("QXDR_StopCapture", 0, BRENVOZULTA_SIM_ALWAYS);
+        before_ = threads();
+    }
+
+    bool come_to(std::ptrdiff_t count)
+    {
+        return eventually([&] { return threads() - before_ == count; });
+    }
+
+    std::ptrdiff_t before_ = 0;
+};
+
+TEST_F(Extraction_threads, Each_Start_Adds_One_And_A_Stop_Ends_At_Least_One)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    EXPECT_TRUE(come_to(1));
+    ASSERT_EQ(device().start_camera(), 0);
+    EXPECT_TRUE(come_to(2));
+    ASSERT_EQ(device().stop_video(), 0);
+    EXPECT_TRUE(eventually([&] { return threads() - before_ <= 1; }));
+    drop_device();
+    EXPECT_TRUE(come_to(0));
+    take_log();  // perhaps that the second thread found the stop answered
+}
+
+TEST_F(Extraction_threads, A_Stop_Ends_The_Only_One)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    ASSERT_EQ(device().stop_video(), 0);
+    EXPECT_TRUE(come_to(0));
+}
+
+TEST_F(Extraction_threads, A_Suspend_Ends_The_Only_One)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    device().request_stop();
+    EXPECT_TRUE(come_to(0));
+}
+
+TEST_F(Extraction_threads, They_End_With_Their_Device)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    ASSERT_EQ(device().start_camera(), 0);
+    EXPECT_TRUE(come_to(2));
+    drop_device();
+    EXPECT_TRUE(come_to(0));
+}
+
+TEST_F(Extraction_threads, They_Outlive_A_Close_And_End_With_The_Device)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    ASSERT_EQ(device().close(), 0);
+    EXPECT_TRUE(come_to(1));
+    drop_device();
+    EXPECT_TRUE(come_to(0));
+}
+
+}  // namespace

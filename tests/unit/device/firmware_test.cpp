@@ -1,0 +1,110 @@
+// Loading firmware.
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Firmware : public Device_test {
+protected:
+    // The scanner stays where it is, as one that takes its time to restart does.
+    void SetUp() override
+    {
+        Device_test::SetUp();
+        open_device();
+        const brenvozulta_sim_restart slow = {600'000, 1, 1};
+        brenvozulta_sim_set_restart(&slow);
+        brenvozulta_sim_fail("QXDR_ResetDevice", 0, BRENVOZULTA_SIM_ALWAYS);
+    }
+
+    std::string transfer(std::size_t length, std::uint32_t result = 0) const
+    {
+        return scanner_call("QXDR_UpdateFirmware",
+                            "image=" + address_text(image_.data()) + ", length=" + std::to_string(length), result);
+    }
+
+    std::vector<std::uint8_t> image_ = std::vector<std::uint8_t>(1000, 0x42);
+};
+
+TEST_F(Firmware, The_Image_Is_Transferred_And_The_Scanner_Reset)
+{
+    EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), 0);
+    EXPECT_THAT(take_calls(), ElementsAre(transfer(1000), scanner_call("QXDR_ResetDevice")));
+    EXPECT_EQ(brenvozulta_sim_firmware_bytes(first_scanner), 1000u);
+}
+
+TEST_F(Firmware, A_Length_Of_0_And_One_Beyond_32_Bits_Reach_The_Driver)
+{
+    EXPECT_EQ(device().update_firmware(image_.data(), 0), 9109);
+    EXPECT_THAT(take_calls(), ElementsAre(transfer(0, 8)));
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 8)));
+    brenvozulta_sim_fail("QXDR_UpdateFirmware", 0, 1);
+    EXPECT_EQ(device().update_firmware(image_.data(), 0x123456789ull), 0);
+    EXPECT_THAT(take_calls(), ElementsAre(transfer(0x123456789ull), scanner_call("QXDR_ResetDevice")));
+}
+
+TEST_F(Firmware, After_A_Refused_Transfer_The_Scanner_Is_Not_Reset)
+{
+    for (const auto& [result, status] : translations()) {
+        brenvozulta_sim_fail("QXDR_UpdateFirmware", result, 1);
+        EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), status) << result;
+        EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", result)));
+        EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_UpdateFirmware"));
+    }
+}
+
+TEST_F(Firmware, A_Transfer_That_Breaks_Off_Is_Translated)
+{
+    const brenvozulta_sim_firmware breaks_off = {0, 0, 0, 500, 9, 0};
+    brenvozulta_sim_set_firmware(&breaks_off);
+    EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), 9016);
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 9)));
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_UpdateFirmware"));
+}
+
+TEST_F(Firmware, A_Refused_Reset_After_A_Good_Transfer_Is_Translated)
+{
+    for (const auto& [result, status] : translations()) {
+        brenvozulta_sim_fail("QXDR_ResetDevice", result, 1);
+        EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), status) << result;
+        EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_ResetDevice", result)));
+        EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_UpdateFirmware", "QXDR_ResetDevice"));
+    }
+}
+
+TEST_F(Firmware, A_Running_Video_Is_Neither_Looked_At_Nor_Changed)
+{
+    ASSERT_EQ(device().start_camera(), 0);
+    auto buffer = image_of(0);
+    ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
+    take_calls();
+    EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), 0);
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_UpdateFirmware", "QXDR_ResetDevice"));
+    EXPECT_EQ(device().video_state(), video_running);
+    EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);
+    EXPECT_EQ(buffer, image_of(9));
+    EXPECT_EQ(device().stop_video(), 0);
+    EXPECT_EQ(device().close(), 0) << "the device is still open";
+}
+
+TEST_F(Firmware, Through_The_Export_A_Null_Image_Is_9109_Before_The_Handle_Is_Looked_Up)
+{
+    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), 9109);
+    EXPECT_THAT(take_log(), ElementsAre("update_firmware:   Error : 9109 Error 9109 \r\n"));
+    EXPECT_THAT(take_calls(), IsEmpty());
+}
+
+TEST_F(Firmware, Through_The_Export_A_Closed_Handle_Is_9108)
+{
+    const std::uint32_t handle = open();
+    EXPECT_EQ(VyraPutMemory(handle, image_.data(), image_.size()), 0);
+    ASSERT_EQ(VyraCloseDevice_N(handle), 0);
+    take_calls();
+    EXPECT_EQ(VyraPutMemory(handle, image_.data(), image_.size()), 9108);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9108, "Bad Scanner Idx")));
+    EXPECT_THAT(take_calls(), IsEmpty());
+}
+
+}  // namespace

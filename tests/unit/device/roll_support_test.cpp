@@ -1,0 +1,102 @@
+// Whether the scanner captures rolled fingers, as the description of configuration 13 tells.
+#include <array>
+
+#include "device/roll_probe.h"
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using kvs::brenvozulta::probe_roll_config;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::uint8_t roll = 13;
+
+class Roll_support : public Device_test {
+protected:
+    void describe(const std::string& text)
+    {
+        ASSERT_EQ(brenvozulta_sim_set_config_description(roll, text.data(), text.size()), 1);
+    }
+
+    bool probe_of(const std::string& text)
+    {
+        describe(text);
+        return probe_roll_config(device().driver_handle());
+    }
+};
+
+TEST_F(Roll_support, A_Description_With_1608x1000_Anywhere_Is_Roll)
+{
+    open_device();
+    EXPECT_TRUE(probe_of("1608x1000"));
+    EXPECT_TRUE(probe_of("RQ7 roll 1608x1000"));
+    EXPECT_TRUE(probe_of("1608x1000 rolled, 500 ppi"));
+    EXPECT_TRUE(probe_of("x1608x10001608x10000"));
+    EXPECT_TRUE(probe_of(std::string(119, 'a') + "1608x1000")) << "at the end of all 128 characters";
+}
+
+TEST_F(Roll_support, Any_Other_Description_Is_Not)
+{
+    open_device();
+    EXPECT_FALSE(probe_of(""));
+    EXPECT_FALSE(probe_of("1608X1000"));
+    EXPECT_FALSE(probe_of("1608x100"));
+    EXPECT_FALSE(probe_of("1608 x 1000"));
+    EXPECT_FALSE(probe_of("RQ7 flat 1600x1500"));
+    EXPECT_FALSE(probe_of(std::string("flat\0 1608x1000", 15))) << "behind the terminator";
+}
+
+TEST_F(Roll_support, A_Description_Of_128_Characters_Without_Terminator_Is_Read_To_Its_End)
+{
+    open_device();
+    EXPECT_FALSE(probe_of(std::string(128, 'a')));
+    EXPECT_FALSE(probe_of(std::string(120, 'a') + "1608x100"));
+    EXPECT_FALSE(probe_of(std::string(120, 'a') + "1608x1000")) << "the last character has no room";
+    EXPECT_TRUE(probe_of(std::string(119, 'a') + "1608x1000"));
+}
+
+TEST_F(Roll_support, The_Driver_Is_Asked_For_Configuration_13_Alone)
+{
+    open_device();
+    ASSERT_TRUE(probe_roll_config(device().driver_handle()));
+    EXPECT_THAT(take_calls(),
+                ElementsAre(HasSubstr("QXDR_GetCaptureConfig(driver_handle=" + address_text(device().driver_handle()) +
+                                      ", config=13, description=0x")));
+}
+
+TEST_F(Roll_support, A_Refusal_Is_No_Roll_And_Is_Noted)
+{
+    open_device();
+    for (const auto& translation : translations()) {
+        brenvozulta_sim_fail("QXDR_GetCaptureConfig", translation.result, 1);
+        EXPECT_FALSE(probe_roll_config(device().driver_handle()));
+        EXPECT_THAT(take_log(), ElementsAre("--info : QXDR_GetCaptureConfig for config 13 ret = " +
+                                            std::to_string(static_cast<std::int32_t>(translation.result)) + " \n"));
+    }
+}
+
+TEST_F(Roll_support, The_Flag_Is_1_With_Roll_And_0_Without)
+{
+    open_device();
+    std::array<std::uint8_t, 3> flag = {9, 9, 9};
+    EXPECT_EQ(device().is_roll_supported(&flag[1]), 0);
+    EXPECT_THAT(flag, ElementsAre(9, 1, 9));
+    describe("1608X1000");
+    EXPECT_EQ(device().is_roll_supported(&flag[1]), 0);
+    EXPECT_THAT(flag, ElementsAre(9, 0, 9));
+}
+
+TEST_F(Roll_support, A_Scanner_Without_Configuration_13_Has_The_Flag_0_And_Success)
+{
+    open_device();
+    brenvozulta_sim_remove_capture_config(roll);
+    std::uint8_t flag = 9;
+    EXPECT_EQ(device().is_roll_supported(&flag), 0);
+    EXPECT_EQ(flag, 0);
+    EXPECT_THAT(take_log(), ElementsAre("--info : QXDR_GetCaptureConfig for config 13 ret = 12 \n"));
+}
+
+}  // namespace

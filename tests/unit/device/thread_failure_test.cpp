@@ -1,0 +1,77 @@
+// A start of video whose extraction thread the operating system refuses.
+#include <boost/thread/exceptions.hpp>
+
+#include "unit/device/device_test.h"
+#include "unit/device/thread_refusal.h"
+
+namespace {
+
+using namespace test_support;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+constexpr int the_driver_s_own = 1;  // the acquisition thread, which the start of the capture creates
+
+class Thread_failure : public Device_test {
+protected:
+    std::int32_t start_without_thread(std::uint32_t handle)
+    {
+        refuse_thread_after(the_driver_s_own);
+        const std::int32_t status = VyraBrenvoZultaStartCamera(handle);
+        EXPECT_TRUE(thread_was_refused());
+        return status;
+    }
+};
+
+TEST_F(Thread_failure, Leaves_The_Device_As_An_Exception)
+{
+    open_device();
+    refuse_thread_after(the_driver_s_own);
+    EXPECT_THROW(device().start_camera(), boost::thread_resource_error);
+    EXPECT_TRUE(thread_was_refused());
+    EXPECT_EQ(device().video_state(), video_running);
+    EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
+    EXPECT_EQ(device().stop_video(), 0);
+    EXPECT_EQ(device().video_state(), video_stopped);
+}
+
+TEST_F(Thread_failure, Is_9000_For_The_Host_And_The_Capture_Goes_On)
+{
+    const std::uint32_t handle = open();
+    EXPECT_EQ(start_without_thread(handle), 9000);
+    EXPECT_THAT(take_log(), ElementsAre(StartsWith("Exception : ")));
+
+    auto buffer = image_of(0);
+    EXPECT_EQ(VyraSubmitVideoRequest(handle, buffer.data(), 7), 0);
+    EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);
+    EXPECT_EQ(buffer, image_of(9));
+}
+
+TEST_F(Thread_failure, A_Later_Stop_Does_Not_Wait_And_A_Later_Start_Works)
+{
+    const std::uint32_t handle = open();
+    ASSERT_EQ(start_without_thread(handle), 9000);
+    take_log();
+    EXPECT_EQ(VyraStopVideo(handle), 0);
+    EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 0);
+    EXPECT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
+    EXPECT_EQ(VyraStopVideo(handle), 0);
+}
+
+TEST_F(Thread_failure, A_Second_Start_That_Fails_So_Does_Not_Hold_Up_The_Stop)
+{
+    const std::uint32_t handle = open();
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
+    ASSERT_EQ(start_without_thread(handle), 9000);
+    take_log();
+    EXPECT_EQ(VyraStopVideo(handle), 0);
+    // The thread of the first start finds the handshake fulfilled.
+    std::vector<std::string> lines;
+    EXPECT_TRUE(eventually([&] {
+        lines = take_log();
+        return !lines.empty();
+    }));
+    EXPECT_THAT(lines, ElementsAre(StartsWith("#DV# Video_extraction:\t error promise Exception: ")));
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+// The extraction thread: what ends it, and what it does at its end.
+#include "device/video_extraction.h"
+
+#include <boost/chrono/duration.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
+#include <boost/thread/thread.hpp>
+
+#include "device/records.h"
+#include "device/stop_handshake.h"
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+using kvs::brenvozulta::Stop_handshake;
+using kvs::brenvozulta::Video_data;
+using kvs::brenvozulta::Video_extraction;
+using testing::ElementsAre;
+
+const boost::chrono::seconds patience(20);
+const boost::chrono::milliseconds moment(20);
+
+// The line of a thread that another one was quicker than, with the future library's own text.
+std::string already_answered_line()
+{
+    boost::promise<int> promise;
+    promise.set_value(0);
+    try {
+        promise.set_value(0);
+    } catch (const std::exception& error) {
+        return std::string("#DV# Video_extraction:\t error promise Exception: ") + error.what() + "\r\n";
+    }
+    return "no exception";
+}
+
+class Video_extraction_test : public Device_test {
+protected:
+    void run_here() { Video_extraction().run(video_, handshake_); }
+    boost::thread run_beside()
+    {
+        return boost::thread([video = video_, weak = boost::weak_ptr<Stop_handshake>(handshake_)] {
+            Video_extraction().run(video, weak);
+        });
+    }
+
+    boost::shared_ptr<Video_data> video_ = boost::make_shared<Video_data>();
+    boost::shared_ptr<Stop_handshake> handshake_ = boost::make_shared<Stop_handshake>();
+};
+
+TEST_F(Video_extraction_test, It_Answers_A_Stop_Request)
+{
+    video_->video_state = video_stop_requested;
+    run_here();
+    EXPECT_EQ(video_->video_state, video_stopped);
+    handshake_->wait();
+}
+
+TEST_F(Video_extraction_test, It_Polls_Through_Every_Other_State)
+{
+    boost::thread extraction = run_beside();
+    for (const std::uint32_t state : {video_idle, video_running, video_stopped}) {
+        video_->video_state = state;
+        EXPECT_FALSE(extraction.try_join_for(moment)) << state;
+        EXPECT_EQ(video_->video_state, state);
+    }
+    video_->video_state = video_stop_requested;
+    EXPECT_TRUE(extraction.try_join_for(patience));
+    EXPECT_EQ(video_->video_state, video_stopped);
+}
+
+TEST_F(Video_extraction_test, The_Video_Is_Stopped_Before_The_Handshake_Is_Fulfilled)
+{
+    boost::thread extraction = run_beside();
+    std::uint32_t seen = video_idle;
+    boost::thread waiting([&] {
+        handshake_->wait();
+        seen = video_->video_state;
+    });
+    video_->video_state = video_stop_requested;
+    waiting.join();
+    extraction.join();
+    EXPECT_EQ(seen, video_stopped);
+}
+
+TEST_F(Video_extraction_test, It_Ends_When_Its_Device_Is_Gone_And_Leaves_The_State)
+{
+    video_->video_state = video_running;
+    boost::thread extraction = run_beside();
+    EXPECT_FALSE(extraction.try_join_for(moment));
+    handshake_.reset();
+    EXPECT_TRUE(extraction.try_join_for(patience));
+    EXPECT_EQ(video_->video_state, video_running);
+}
+
+TEST_F(Video_extraction_test, It_Ends_At_Once_Without_A_Device)
+{
+    handshake_.reset();
+    video_->video_state = video_running;
+    run_here();
+    video_->video_state = video_stop_requested;
+    run_here();
+}
+
+TEST_F(Video_extraction_test, It_Logs_That_Another_Was_Quicker)
+{
+    video_->video_state = video_stop_requested;
+    run_here();
+    video_->video_state = video_stop_requested;
+    run_here();
+    EXPECT_EQ(video_->video_state, video_stopped);
+    EXPECT_THAT(take_log(), ElementsAre(already_answered_line()));
+    handshake_->wait();
+}
+
+TEST_F(Video_extraction_test, Two_Starts_Leave_Two_Threads_Of_Which_One_Answers_And_One_Logs)
+{
+    running_device();
+    ASSERT_EQ(device().start_camera(), 0);
+    device().request_stop();
+    // A thread that missed the short time of the request goes on until the next one.
+    ASSERT_TRUE(eventually([this] { return device().video_state() == video_stopped; }));
+    device().request_stop();
+    std::vector<std::string> lines;
+    EXPECT_TRUE(eventually([&] {
+        lines = take_log();
+        return !lines.empty();
+    }));
+    EXPECT_THAT(lines, ElementsAre(already_answered_line()));
+    EXPECT_EQ(device().stop_video(), 0);
+}
+
+TEST_F(Video_extraction_test, A_Stop_After_Two_Starts_Returns)
+{
+    running_device();
+    ASSERT_EQ(device().start_camera(), 0);
+    ASSERT_EQ(device().start_camera(), 0);
+    EXPECT_EQ(device().stop_video(), 0);
+    EXPECT_EQ(device().video_state(), video_stopped);
+    // Whether the others saw this request or wait for the next is a matter of time; they end with the device.
+    drop_device();
+    take_log();
+}
+
+TEST_F(Video_extraction_test, A_Stop_After_Two_Starts_And_A_Suspend_Does_Not_Wait)
+{
+    running_device();
+    ASSERT_EQ(device().start_camera(), 0);
+    device().request_stop();
+    EXPECT_EQ(device().stop_video(), 0);
+    drop_device();
+    take_log();
+}
+
+}  // namespace
