@@ -1,0 +1,6 @@
+#include "host.h"
+
+int main()
+{
+    return run_host();
+}
