@@ -1,0 +1,73 @@
+// What only the tables of a Windows library tell: ordinals, and what the library needs besides itself.
+#include <cctype>
+#include <set>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <windows.h>
+
+#include "abi/export_list.h"
+#include "abi/library_symbols.h"
+#include "abi/pe_image.h"
+#include "vyra/vyra.h"
+
+namespace {
+
+std::set<std::string> imported_libraries()
+{
+    const auto* const image = binary::library_image();
+    std::set<std::string> names;
+    for (const auto* entry = binary::directory<IMAGE_IMPORT_DESCRIPTOR>(image, IMAGE_DIRECTORY_ENTRY_IMPORT);
+         entry->Name != 0; ++entry) {
+        std::string name = binary::at<char>(image, entry->Name);
+        for (char& character : name) {
+            character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+        }
+        names.insert(name);
+    }
+    return names;
+}
+
+TEST(Imports, AreOfTheOperatingSystemAndTheDriverLibraryAlone)
+{
+    VyraBreakEnable();  // the program is linked with the library
+    std::set<std::string> others = imported_libraries();
+    EXPECT_EQ(others.erase("brenvozulta_usb.dll"), 1u);
+    for (const char* system :
+         {"kernel32.dll", "user32.dll", "ole32.dll", "shell32.dll", "msvcrt.dll", "api-ms-win-core-synch-l1-2-0.dll"}) {
+        others.erase(system);
+    }
+    EXPECT_THAT(others, ::testing::IsEmpty());
+}
+
+TEST(Imports, OfTheDriverLibraryAreItsTwentyFunctions)
+{
+    const auto* const image = binary::library_image();
+    std::set<std::string> functions;
+    for (const auto* entry = binary::directory<IMAGE_IMPORT_DESCRIPTOR>(image, IMAGE_DIRECTORY_ENTRY_IMPORT);
+         entry->Name != 0; ++entry) {
+        if (std::string(binary::at<char>(image, entry->Name)) != "BrenvoZulta_USB.dll") {
+            continue;
+        }
+        for (const auto* name = binary::at<IMAGE_THUNK_DATA64>(image, entry->OriginalFirstThunk);
+             name->u1.AddressOfData != 0; ++name) {
+            functions.insert(binary::at<IMAGE_IMPORT_BY_NAME>(image, static_cast<DWORD>(name->u1.AddressOfData))->Name);
+        }
+    }
+    EXPECT_EQ(functions.size(), 20u);
+    for (const std::string& function : functions) {
+        EXPECT_EQ(function.substr(0, 5), "QXDR_") << function;
+    }
+}
+
+TEST(Ordinals, AreTheSameByOrdinalAsByName)
+{
+    const HMODULE module = GetModuleHandleA("vyrabrenvozulta.dll");
+    for (const auto& listed : binary::listed_exports) {
+        const auto by_ordinal = GetProcAddress(module, MAKEINTRESOURCEA(listed.ordinal));
+        EXPECT_EQ(reinterpret_cast<void*>(by_ordinal), binary::address_of(listed.name)) << listed.name;
+    }
+    EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(60)), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+// The host's records to the byte, as C++ sees them; the C host checks the same.
+#include "vyra/vyra.h"
+
+#include <cstddef>
+#include <type_traits>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Host_records, HaveTheirSizes)
+{
+    EXPECT_EQ(sizeof(DeviceListRecord), 260u);
+    EXPECT_EQ(sizeof(DeviceInfo), 52u);
+    EXPECT_EQ(sizeof(VyraDeviceCapabilities), 56u);
+    EXPECT_EQ(sizeof(DevUI), 52u);
+}
+
+TEST(Host_records, HaveTheirFieldsInPlace)
+{
+    EXPECT_EQ(offsetof(DeviceListRecord, name), 4u);
+    EXPECT_EQ(sizeof(DeviceListRecord::name), 255u);
+    EXPECT_EQ(offsetof(DeviceInfo, manufacturer), 0u);
+    EXPECT_EQ(offsetof(DeviceInfo, model), 8u);
+    EXPECT_EQ(offsetof(DeviceInfo, serial_number), 24u);
+    EXPECT_EQ(offsetof(DeviceInfo, version), 40u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, resolution), 8u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, area_width), 12u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, area_height), 16u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, image_width), 20u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, image_height), 24u);
+    EXPECT_EQ(offsetof(VyraDeviceCapabilities, reserved), 28u);
+    EXPECT_EQ(offsetof(DevUI, group_b), 16u);
+    EXPECT_EQ(offsetof(DevUI, group_c), 32u);
+    EXPECT_EQ(offsetof(DevUI, group_a_on), 40u);
+    EXPECT_EQ(offsetof(DevUI, group_b_on), 44u);
+    EXPECT_EQ(offsetof(DevUI, group_c_on), 48u);
+}
+
+TEST(Host_records, ShortNameOfTheCapabilitiesIsTheSameRecord)
+{
+    EXPECT_TRUE((std::is_same_v<DeviceCapabilities, VyraDeviceCapabilities>));
+}
+
+TEST(Host_constants, HaveTheirValues)
+{
+    EXPECT_EQ(VYRA_NO_HANDLE, 0xFFFFFFFFu);
+    EXPECT_EQ(VYRA_CALIBRATION_SIZE, VYRA_CALIBRATION_WIDTH * VYRA_CALIBRATION_HEIGHT);
+    EXPECT_EQ(VYRA_NAME_SLOT, 255u);
+}
+
+}  // namespace

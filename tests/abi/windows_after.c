@@ -1,0 +1,13 @@
+/* A host that includes the system's header after the library's. */
+#undef WIN32_LEAN_AND_MEAN
+#include "vyra/vyra.h"
+
+#include <windows.h>
+
+#include "abi/windows_headers.h"
+
+int capabilities_size_with_windows_after(void)
+{
+    VyraDeviceCapabilities record;
+    return VyraBrenvoGetCapabilities(77, 1, &record) == VYRA_OK ? 0 : (int)sizeof(record);
+}
