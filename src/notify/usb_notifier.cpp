@@ -98,11 +98,20 @@ bool usb_notifier::stop(const char* class_name)
     awaited_ = thread_.get_id();
 
     const auto finish = [this, &lock] {
-        lock.lock();
+        if (!lock.owns_lock()) {
+            lock.lock();
+        }
         stopping_ = false;
         changed_.notify_all();
     };
-    close_window(class_name, lock);
+    try {
+        close_window(class_name, lock);
+    } catch (...) {
+        // Waiting for the window takes memory. A stop that cannot be had leaves the notifier running, for another try.
+        finish();
+        running_ = true;
+        throw;
+    }
     lock.unlock();
     try {
         if (thread_.joinable()) {
