@@ -1,6 +1,5 @@
 // Files by name.
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>

@@ -1,8 +1,4 @@
 // Windows: their creation and destruction, and what can be asked of them.
-#include <unistd.h>
-
-#include <cstring>
-
 #include "desktop.h"
 #include "entry_point.h"
 #include "modules.h"

@@ -45,6 +45,7 @@ std::ostream& operator<<(std::ostream& out, const Failing_call& call)
 
 class Failing : public testing::TestWithParam<Failing_call> {
 protected:
+    void SetUp() override { win32_double::clear(); }
     void TearDown() override { win32_double::clear(); }
 };
 
@@ -144,6 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Failure_orders : public testing::Test {
 protected:
+    void SetUp() override { win32_double::clear(); }
     void TearDown() override { win32_double::clear(); }
 };
 

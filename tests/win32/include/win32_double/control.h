@@ -18,7 +18,8 @@ constexpr int always = -1;
 // Lets the next `times` calls of `function` fail, after `after` calls that still work. A failing call does nothing and
 // gives the function's failure value; `error` is what GetLastError then answers, errno for a function of the C runtime,
 // the HRESULT for the known-folder lookup. Replaces an earlier order for the same function.
-// Throws std::invalid_argument when the double has no such function.
+// Throws std::invalid_argument when the double has no such function. Those that cannot fail on Windows (_ftime64,
+// PostQuitMessage, Sleep, TranslateMessage) work all the same.
 void fail(const char* function, int times = 1, uint32_t error = ERROR_GEN_FAILURE, int after = 0);
 
 // Ends all orders to fail, zeroes the call counts, forgets the beeps.
