@@ -14,7 +14,7 @@ std::vector<captured_log::Line> lines;
 
 }  // namespace
 
-void kvs::brenvozulta::log_printf(int level, const char* format, ...)
+void kvs::brenvozulta::log_printf(int level, const char* format, ...) noexcept
 {
     char text[1024];
     va_list arguments;
