@@ -1,0 +1,114 @@
+// Handles that no open scanner has, through every export that takes one.
+#include <map>
+#include <random>
+#include <string>
+
+#include "support/scanner_test.h"
+#include "unit/api/export_calls.h"
+
+namespace {
+
+using export_calls::Arguments;
+using test_support::error_line;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// The operation that an export is logged as.
+const std::map<std::string, std::string> operations = {
+    {"VyraBusReset_N", "reset_device"},
+    {"VyraCloseDevice_N", "close_device"},
+    {"VyraGetVideoResult", "get_video_result"},
+    {"VyraBrenvoGetCapabilities", "get_device_capabilities"},
+    {"VyraBrenvoGetDevUI", "get_device_ui"},
+    {"VyraBrenvoGetDeviceInfo", "get_device_info"},
+    {"VyraBrenvoSetBuzzer", "set_buzzer"},
+    {"VyraBrenvoSetDevUI", "set_device_ui"},
+    {"VyraBrenvoSetUICallBack", "set_ui_cb"},
+    {"VyraBrenvoStartVideo", "start_video"},
+    {"VyraBrenvoZultaGetGlobalParamSize", "get_global_param_size"},
+    {"VyraBrenvoZultaGetPortType", "get_port_type"},
+    {"VyraBrenvoZultaGetSnapshotAcquisition", "get_snapshot_acquisition"},
+    {"VyraBrenvoZultaIsRollSupported", "is_roll_supported"},
+    {"VyraBrenvoZultaReadFilters", "read_filters"},
+    {"VyraBrenvoZultaReadGlobalParam", "read_global_param"},
+    {"VyraBrenvoZultaReadUniformityBuffers", "read_uniformity_buffers"},
+    {"VyraBrenvoZultaSetParameters", "set_cmd_parameter"},
+    {"VyraBrenvoZultaStartCamera", "start_video"},
+    {"VyraPutMemory", "update_firmware"},
+    {"VyraStopVideo", "stop_video"},
+    {"VyraSubmitVideoRequest", "submit_video_request"},
+};
+
+class Bad_handle : public test_support::Scanner_test {
+protected:
+    void expect_refused_everywhere(std::uint32_t handle)
+    {
+        take_driver_calls();
+        for (const auto& each : export_calls::handle_exports()) {
+            SCOPED_TRACE(std::string(each.name) + " of " + std::to_string(handle));
+            Arguments arguments;
+            arguments.handle = handle;
+            arguments.result.fill(0xA5);
+            const auto untouched = arguments.result;
+            const std::int32_t status = each.call(arguments);
+            if (std::string(each.name) == "VyraGetStatus") {
+                EXPECT_EQ(status, VYRA_OK) << "there is nothing to wait for";
+                EXPECT_THAT(take_log(), IsEmpty());
+            } else {
+                EXPECT_EQ(status, VYRA_BAD_SCANNER_IDX);
+                EXPECT_THAT(take_log(), ElementsAre(error_line(operations.at(each.name), 9108, "Bad Scanner Idx")));
+            }
+            EXPECT_EQ(arguments.result, untouched);
+        }
+        EXPECT_THAT(take_driver_calls(), IsEmpty());
+    }
+};
+
+TEST_F(Bad_handle, IsRefusedWhenNothingIsOpen)
+{
+    initialize();
+    for (const std::uint32_t handle : {0u, 1u, 7u, 8u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, VYRA_NO_HANDLE}) {
+        expect_refused_everywhere(handle);
+    }
+}
+
+TEST_F(Bad_handle, IsRefusedBesideAnOpenScannerThatItDoesNotTouch)
+{
+    initialize();
+    const std::uint32_t open_handle = open();
+    std::mt19937 random(20'261);
+    for (int i = 0; i < 20; ++i) {
+        const auto handle = static_cast<std::uint32_t>(random());
+        if (handle != open_handle) {
+            expect_refused_everywhere(handle);
+        }
+    }
+    EXPECT_EQ(brenvozulta_sim_is_open(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
+    EXPECT_EQ(VyraBrenvoZultaSetParameters(open_handle, 1, 1), VYRA_OK);
+}
+
+TEST_F(Bad_handle, IsWhatAClosedOneBecomes)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    ASSERT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+    expect_refused_everywhere(handle);
+}
+
+TEST_F(Bad_handle, IsWhatEveryHandleBecomesByTerminate)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    ASSERT_EQ(VyraTerminate(), VYRA_OK);
+    initialize();
+    expect_refused_everywhere(handle);
+}
+
+TEST_F(Bad_handle, MakesFirmwareWithoutImageARefusedParameterFirst)
+{
+    initialize();
+    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), VYRA_BAD_PARAMETER);
+    EXPECT_THAT(take_log(), ElementsAre("update_firmware:   Error : 9109 Error 9109 \r\n"));
+}
+
+}  // namespace

@@ -1,0 +1,226 @@
+// A driver that fails at each single call of a session with each of its results.
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/scanner_test.h"
+
+namespace {
+
+using test_support::error_line;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+constexpr std::uint32_t last_result = 19;
+
+// The status of each driver result, 0 to 19.
+constexpr std::int32_t translated[] = {0,    9109, 9025, 9101, 9005, 9005, 9000, 9109, 9109, 9016,
+                                       9108, 9000, 9114, 9000, 9109, 9109, 9000, 9000, 9000, 9111};
+
+std::string driver_line(const std::string& function, std::uint32_t result)
+{
+    return "--Error : " + function + " ret = " + std::to_string(result) + " \n";
+}
+
+class Driver_failure : public test_support::Scanner_test {
+protected:
+    void SetUp() override
+    {
+        Scanner_test::SetUp();
+        brenvozulta_sim_set_idle_stop_result(4);  // a start then makes no pause
+    }
+
+    // One whole session, to show that nothing of a failure is left.
+    void expect_a_session_works()
+    {
+        std::uint32_t handle = VYRA_NO_HANDLE;
+        unsigned char pixel = 0;
+        ASSERT_EQ(VyraOpenDevice(BRENVOZULTA_SIM_DEFAULT_SCANNER, &handle), VYRA_OK);
+        EXPECT_EQ(handle, 0u);
+        EXPECT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
+        EXPECT_EQ(VyraSubmitVideoRequest(handle, &pixel, 0), VYRA_OK);
+        EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
+        EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+        EXPECT_THAT(take_log(), IsEmpty());
+    }
+
+    static void fail_once(const std::string& function, std::uint32_t result)
+    {
+        ASSERT_EQ(brenvozulta_sim_fail(function.c_str(), result, 1), 1);
+    }
+
+    static void for_each_result(const std::function<void(std::uint32_t)>& body)
+    {
+        for (std::uint32_t result = 1; result <= last_result && !HasFailure(); ++result) {
+            SCOPED_TRACE("driver result " + std::to_string(result));
+            body(result);
+        }
+    }
+};
+
+TEST_F(Driver_failure, OfInitializeIsAnInternalErrorAndLeavesNothingInitialized)
+{
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_Initialize", result);
+        EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_INTERNAL);
+        EXPECT_EQ(VyraStopVideo(0), VYRA_NOT_INITIALIZED);
+        EXPECT_THAT(take_log(), ElementsAre(error_line("initialize", 9000, "Internal VYRA  "),
+                                            error_line("stop_video", 9101, "Not Initialized")));
+    });
+    initialize();
+    expect_a_session_works();
+}
+
+TEST_F(Driver_failure, OfTheListAtInitializationHasItsOwnStatuses)
+{
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_GetDevicesList", result);
+        const std::int32_t expected = result == 5 ? VYRA_OK : result == 18 ? VYRA_SCN_UNAVAILABLE : VYRA_INTERNAL;
+        EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), expected);
+        std::vector<std::string> lines;
+        if (result != 5) {
+            lines = {"--Error :initialize -- >  QXDR_GetDevicesList ret = " + std::to_string(result) + " \n"};
+        }
+        EXPECT_THAT(take_log(), ElementsAreArray(lines));
+        EXPECT_EQ(VyraTerminate(), VYRA_OK) << "the driver is up and can be released";
+    });
+    initialize();
+    expect_a_session_works();
+}
+
+TEST_F(Driver_failure, OfTheHotPlugListenerIsAWarning)
+{
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_SetListenerCallbackHotPlug", result);
+        EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+        EXPECT_THAT(take_log(), ElementsAre("--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = " +
+                                            std::to_string(result) + " \n"));
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    });
+}
+
+TEST_F(Driver_failure, OfOpeningIsTranslatedAndLeavesNoHandle)
+{
+    initialize();
+    for (const std::string function : {"QXDR_OpenDevice", "QXDR_SetCallbackAcquisition"}) {
+        for_each_result([&](std::uint32_t result) {
+            fail_once(function, result);
+            std::uint32_t handle = 77;
+            EXPECT_EQ(VyraOpenDevice(BRENVOZULTA_SIM_DEFAULT_SCANNER, &handle), translated[result]);
+            EXPECT_EQ(handle, VYRA_NO_HANDLE);
+            EXPECT_THAT(take_log(),
+                        ElementsAre(driver_line(function, result),
+                                    "open_device:    Error=" + std::to_string(translated[result]) + "\r\n"));
+            // A refused callback leaves the scanner open in the driver: only the driver's release frees it.
+            EXPECT_EQ(VyraTerminate(), VYRA_OK);
+            initialize();
+        });
+        expect_a_session_works();
+    }
+}
+
+TEST_F(Driver_failure, OfTheLedsAtOpeningIsNotMissed)
+{
+    initialize();
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_SetLeds", result);
+        EXPECT_EQ(VyraCloseDevice_N(open()), VYRA_OK);
+        EXPECT_THAT(take_log(), IsEmpty());
+    });
+}
+
+TEST_F(Driver_failure, OfTheFirstStopAtAStartIsNotMissed)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_StopCapture", result);
+        EXPECT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
+        EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
+        EXPECT_THAT(take_log(), IsEmpty());
+    });
+}
+
+TEST_F(Driver_failure, OfAStartIsTranslatedAndLeavesVideoStopped)
+{
+    initialize();
+    for (const std::string function : {"QXDR_SelectCaptureConfig", "QXDR_StartCapture"}) {
+        for (const auto start : {+[](std::uint32_t handle) { return VyraBrenvoStartVideo(handle, 1, 0); },
+                                 +[](std::uint32_t handle) { return VyraBrenvoZultaStartCamera(handle); }}) {
+            const std::uint32_t handle = open();
+            for_each_result([&](std::uint32_t result) {
+                fail_once(function, result);
+                const bool no_such_config = function == "QXDR_SelectCaptureConfig" && result == 6;
+                EXPECT_EQ(start(handle), no_such_config ? VYRA_CAPTURE_CONFIG : translated[result]);
+                EXPECT_THAT(take_log(), ElementsAre(driver_line(function, result)));
+                unsigned char pixel = 0;
+                EXPECT_EQ(VyraSubmitVideoRequest(handle, &pixel, 0), VYRA_VIDEO_STOPPED);
+                EXPECT_THAT(take_log(), ElementsAre(error_line("submit_video_request", 9105, "Video Stopped  ")));
+            });
+            EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+            expect_a_session_works();
+        }
+    }
+}
+
+TEST_F(Driver_failure, OfAStopIsTranslatedAndTheStopMayBeRepeated)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    for_each_result([&](std::uint32_t result) {
+        ASSERT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
+        fail_once("QXDR_StopCapture", result);
+        EXPECT_EQ(VyraStopVideo(handle), translated[result]);
+        EXPECT_THAT(take_log(), ElementsAre(driver_line("QXDR_StopCapture", result)));
+        EXPECT_EQ(brenvozulta_sim_is_capturing(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
+        EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
+        EXPECT_EQ(brenvozulta_sim_is_capturing(BRENVOZULTA_SIM_DEFAULT_SCANNER), 0);
+    });
+    EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+}
+
+TEST_F(Driver_failure, OfACloseIsLoggedAndTheHandleIsGivenUpAllTheSame)
+{
+    initialize();
+    for_each_result([&](std::uint32_t result) {
+        const std::uint32_t handle = open();
+        fail_once("QXDR_CloseDevice", result);
+        EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+        EXPECT_THAT(take_log(), ElementsAre(driver_line("QXDR_CloseDevice", result),
+                                            "close_device:    Error=" + std::to_string(translated[result]) + "\r\n"));
+        EXPECT_EQ(VyraStopVideo(handle), VYRA_BAD_SCANNER_IDX);
+        take_log();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        initialize();
+    });
+    expect_a_session_works();
+}
+
+TEST_F(Driver_failure, OfTheReleaseLeavesTheLibraryInitialized)
+{
+    for_each_result([&](std::uint32_t result) {
+        initialize();
+        fail_once("QXDR_Release", result);
+        EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
+        EXPECT_THAT(take_log(), ElementsAre(error_line("terminate", 9000, "Internal VYRA  ")));
+        expect_a_session_works();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    });
+}
+
+// The functions with a translated result that take nothing but the handle and a place for the result.
+TEST_F(Driver_failure, OfTheContainersSizeIsTranslated)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    for_each_result([&](std::uint32_t result) {
+        fail_once("QXDR_GetContainerSize", result);
+        std::uint32_t size = 0;
+        EXPECT_EQ(VyraBrenvoZultaGetGlobalParamSize(handle, &size), translated[result]);
+        EXPECT_THAT(take_log(), ::testing::Contains(driver_line("QXDR_GetContainerSize", result)));
+    });
+    EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+// The exports before the library is initialized and after it was terminated, and those that do not care.
+#include "integration/exports/fixed_with_arguments.h"
+#include "support/scanner_test.h"
+#include "unit/api/export_calls.h"
+
+namespace {
+
+using export_calls::Arguments;
+using export_calls::Export;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Uninitialized : public test_support::Scanner_test {
+protected:
+    // Every forwarding export but the one that initializes.
+    static void expect_all_refused()
+    {
+        for (const auto* exports : {&export_calls::handle_exports(), &export_calls::other_exports()}) {
+            for (const Export& each : *exports) {
+                if (std::string(each.name) != "VyraInitialize_N") {
+                    Arguments arguments;
+                    arguments.result.fill(0xA5);
+                    const auto untouched = arguments.result;
+                    EXPECT_EQ(each.call(arguments), VYRA_NOT_INITIALIZED) << each.name;
+                    EXPECT_EQ(arguments.result, untouched) << each.name;
+                    EXPECT_EQ(arguments.handle, VYRA_NO_HANDLE) << each.name;
+                    EXPECT_EQ(arguments.number, 1u) << each.name;
+                }
+            }
+        }
+    }
+
+    static int wrong_fixed_results()
+    {
+        char text[] = "text";
+        return count_wrong_fixed_results(0, nullptr, 0) +
+               count_wrong_fixed_results(0xFFFFFFFF, text, 0xFFFFFFFFFFFFFFFF) +
+               count_wrong_fixed_results(77, text, 9019);
+    }
+};
+
+TEST_F(Uninitialized, EveryForwardingExportRefusesAndTouchesNoResultBeforeInitialization)
+{
+    expect_all_refused();
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_THAT(take_log(), IsEmpty()) << "the log is off until the host asks for it";
+}
+
+TEST_F(Uninitialized, EveryForwardingExportRefusesAfterTerminate)
+{
+    ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
+    ASSERT_EQ(VyraTerminate(), VYRA_OK);
+    take_driver_calls();
+    expect_all_refused();
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Uninitialized, OlderInitializationsSucceedAndInitializeNothing)
+{
+    char names[255 + 305];
+    std::uint32_t count = 1;
+    EXPECT_EQ(VyraInitialize(), VYRA_OK);
+    EXPECT_EQ(VyraInitialization(), VYRA_OK);
+    EXPECT_EQ(VyraGetDeviceList(&count, names), VYRA_NOT_INITIALIZED);
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+}
+
+TEST_F(Uninitialized, NullPortTypeIsRefusedEvenBeforeInitialization)
+{
+    EXPECT_EQ(VyraBrenvoZultaGetPortType(0, nullptr), VYRA_BAD_PARAMETER);
+}
+
+TEST_F(Uninitialized, FixedResultsAreTheSameBeforeDuringAndAfterASessionWhateverTheArguments)
+{
+    EXPECT_EQ(wrong_fixed_results(), 0);
+    initialize();
+    open();
+    take_driver_calls();
+    EXPECT_EQ(wrong_fixed_results(), 0);
+    EXPECT_EQ(VyraGetVerInfo(nullptr), VYRA_OK);
+    EXPECT_EQ(VyraGetVersion(nullptr, 0xFFFFFFFF), VYRA_OK);
+    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    ASSERT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_EQ(wrong_fixed_results(), 0);
+}
+
+TEST_F(Uninitialized, CycleMayStartAgainAfterTerminate)
+{
+    for (int cycle = 0; cycle < 3; ++cycle) {
+        initialize();
+        EXPECT_EQ(open(), 0u);
+        EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    }
+}
+
+TEST_F(Uninitialized, SecondInitializationTerminatesTheFirst)
+{
+    initialize();
+    const std::uint32_t handle = open();
+    take_driver_calls();
+    initialize();
+    EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice", "QXDR_Release", "QXDR_Initialize",
+                                                 "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"));
+    EXPECT_EQ(VyraStopVideo(handle), VYRA_BAD_SCANNER_IDX);
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n",
+                                        test_support::error_line("stop_video", 9108, "Bad Scanner Idx")));
+}
+
+}  // namespace
