@@ -34,16 +34,18 @@ void record_power(SysPowerEventType event)
 
 class Cycles : public Manager_test {
 protected:
-    // Initialize, one event of each kind, terminate.
-    void run_one()
+    // Initialize, one event of each kind, terminate. The log is flushed to the disk at each line: it is on in one
+    // session of ten.
+    void run_one(int cycle)
     {
         usb_events.clear();
         power_events.clear();
-        ASSERT_EQ(VyraInitialize_N(host_callback, tracing, 0), VYRA_OK);
+        ASSERT_EQ(VyraInitialize_N(host_callback, cycle % 10 == 0 ? tracing : 0, 0), VYRA_OK);
         ASSERT_TRUE(SubscribeToUsbEvent(vendor, product, record_usb));
         ASSERT_TRUE(wait_for_notifier_window());
 
         ASSERT_EQ(brenvozulta_sim_plug(scanner_2), 1);
+        ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
         ASSERT_EQ(brenvozulta_sim_unplug(scanner_2), 1);
         broadcast_power(system_suspends);
         EXPECT_TRUE(access::suspended());
@@ -60,6 +62,12 @@ protected:
         ASSERT_FALSE(notifier_window_exists());
     }
 };
+
+bool is_no_more_than(const Counts& before, const Counts& after)
+{
+    return std::all_of(after.begin(), after.end(),
+                       [&](const auto& count) { return count.second <= before.at(count.first); });
+}
 
 void print(const std::string& when, const Counts& counts)
 {
@@ -82,22 +90,22 @@ TEST_F(Cycles, A_Thousand_Sessions_Get_All_Their_Events_And_Leave_Nothing_Behind
 {
     ASSERT_TRUE(SubscribeToPowerEvent(record_power));
     testing::internal::CaptureStdout();
-    run_one();  // what is made once and kept is made here
-    testing::internal::GetCapturedStdout();
+    run_one(0);  // what is made once and kept is made here
+    const std::string first = testing::internal::GetCapturedStdout();
+    ASSERT_FALSE(HasFailure()) << first;
     const Counts before = process_counts();
 
     testing::internal::CaptureStdout();
     int cycles = 0;
     while (cycles < cycle_count && !HasFatalFailure()) {
-        run_one();
+        run_one(cycles);
         ++cycles;
     }
     const std::string printed = without_carriage_returns(testing::internal::GetCapturedStdout());
 
-    // The driver's threads end on their own.
-    EXPECT_TRUE(becomes_true([&] { return process_counts() == before; }));
+    // The driver's threads end on their own, also those that were still there before.
+    EXPECT_TRUE(becomes_true([&] { return is_no_more_than(before, process_counts()); }));
     const Counts after = process_counts();
-    EXPECT_EQ(after, before);
     print("before", before);
     print("after " + std::to_string(cycles) + " cycles", after);
 
@@ -105,7 +113,7 @@ TEST_F(Cycles, A_Thousand_Sessions_Get_All_Their_Events_And_Leave_Nothing_Behind
     for (int cycle = 0; cycle < cycle_count; ++cycle) {
         expected += "RQ7-3050 sleep\nRQ7-3050 resume\n";
     }
-    EXPECT_TRUE(printed == expected);
+    EXPECT_TRUE(printed == expected) << printed.substr(printed.size() - std::min<std::size_t>(printed.size(), 1000));
     EXPECT_EQ(cycles, cycle_count);
     EXPECT_TRUE(UnsubscribeToPowerEvent(record_power));
     test_support::remove_logs();

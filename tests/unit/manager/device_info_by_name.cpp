@@ -109,8 +109,7 @@ TEST_F(Device_info_by_name, Driver_Failure_Is_9000_With_Manufacturer_And_Model_F
         std::memset(&record, 0x5A, sizeof(record));
         EXPECT_EQ(ask("nobody"), VYRA_INTERNAL);
         expect_record(expected("", ""));
-        EXPECT_THAT(take_log(),
-                    ElementsAre("--Error : QXDR_GetDeviceInfoSN ret = " + std::to_string(result) + " \n"));
+        EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_GetDeviceInfoSN ret = " + std::to_string(result) + " \n"));
     }
 }
 

@@ -44,7 +44,8 @@ protected:
     }
     bool slot_is_untouched(std::size_t i) const
     {
-        return slots[i * slot] == static_cast<char>(untouched) && slots[i * slot + slot - 1] == static_cast<char>(untouched);
+        return slots[i * slot] == static_cast<char>(untouched) &&
+               slots[i * slot + slot - 1] == static_cast<char>(untouched);
     }
     bool record_is_untouched(std::size_t i) const
     {

@@ -45,10 +45,13 @@ std::int32_t show_something(std::uint32_t handle)
 
 bool another_thread_gets_the_lock()
 {
-    return std::async(std::launch::async, [] {
-        const boost::unique_lock<boost::recursive_timed_mutex> lock(access::lock(), boost::try_to_lock);
-        return lock.owns_lock();
-    }).get();
+    return std::async(std::launch::async,
+                      [] {
+                          const boost::unique_lock<boost::recursive_timed_mutex> lock(access::lock(),
+                                                                                      boost::try_to_lock);
+                          return lock.owns_lock();
+                      })
+        .get();
 }
 
 }  // namespace
@@ -64,6 +67,8 @@ TEST_F(Dispatch, Every_Operation_Reaches_Its_Scanner_And_Returns_Its_Status)
         SCOPED_TRACE(operation.export_name);
         brenvozulta_sim_reset();
         brenvozulta_sim_set_frame_rate(0);
+        const brenvozulta_sim_restart for_good = {0, 0, 0};
+        brenvozulta_sim_set_restart(&for_good);
         brenvozulta_sim_set_idle_stop_result(operation.export_name == "VyraStopVideo" ? 0 : 19);
         open_scanners(2);
         take_log();
@@ -77,7 +82,6 @@ TEST_F(Dispatch, Every_Operation_Reaches_Its_Scanner_And_Returns_Its_Status)
         EXPECT_EQ(take_driver_calls(), operation.driver_calls);
         EXPECT_TRUE(another_thread_gets_the_lock());
         EXPECT_EQ(access::owners(1), 1) << "the owner taken for the call is given back";
-        brenvozulta_sim_wait_events_done(test_support::patience_ms);
         VyraTerminate();
         take_log();
     }

@@ -90,8 +90,7 @@ TEST_F(Hot_plug, At_Level_1_Only_The_Tracing_Is_Logged)
     ASSERT_EQ(VyraInitialize_N(host_callback, 1, 0), VYRA_OK);
     plug(scanner_2);
     unplug(scanner_2);
-    EXPECT_THAT(take_log(),
-                ElementsAre(plug_trace, telling_plug(scanner_2), unplug_trace, telling_unplug(scanner_2)));
+    EXPECT_THAT(take_log(), ElementsAre(plug_trace, telling_plug(scanner_2), unplug_trace, telling_unplug(scanner_2)));
 }
 
 TEST_F(Hot_plug, At_Level_0_Nothing_Is_Logged)
@@ -271,9 +270,9 @@ TEST_F(Hot_plug, A_Scanner_The_Driver_Cannot_Describe_Is_Logged_With_The_Raw_Res
     for (const std::uint32_t result : {1U, 5U, 19U}) {
         brenvozulta_sim_fail("QXDR_GetUsbInfo", result, 1);
         send(1, scanner_1);
-        EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace,
-                                            "ManagePlugEvent:  QXDR_GetUsbInfo  Error=" + std::to_string(result) +
-                                                "\r\n"));
+        EXPECT_THAT(take_log(),
+                    ElementsAre(plugged_line, plug_trace,
+                                "ManagePlugEvent:  QXDR_GetUsbInfo  Error=" + std::to_string(result) + "\r\n"));
     }
     EXPECT_EQ(access::detected_names(), Lines{scanner_1});
     EXPECT_TRUE(access::device(0).disconnected());

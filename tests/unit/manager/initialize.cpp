@@ -88,10 +88,8 @@ TEST_F(Initialize, Second_Initialize_Says_So_Closes_All_Scanners_And_Starts_The_
 {
     open_scanners(2);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
-    EXPECT_THAT(take_log(),
-                ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
-    EXPECT_EQ(take_driver_calls(),
-              Calls({"QXDR_CloseDevice", "QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
+    EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice", "QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
     EXPECT_EQ(access::open_devices().size(), 0U);
     EXPECT_EQ(access::callback(), &host_callback);
     EXPECT_TRUE(access::initialized());
@@ -113,9 +111,8 @@ TEST_F(Initialize, Second_Initialize_Goes_On_When_The_Driver_Is_Not_Released)
     brenvozulta_sim_fail("QXDR_Release", 16, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
-    EXPECT_THAT(take_log(),
-                ElementsAre("initialize:    clear current initialized api before the initialize\r\n",
-                            refusal("terminate", VYRA_INTERNAL)));
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n",
+                                        refusal("terminate", VYRA_INTERNAL)));
 }
 
 TEST_F(Initialize, Driver_That_Does_Not_Come_Up_Is_9000_And_Leaves_The_Library_Uninitialized)

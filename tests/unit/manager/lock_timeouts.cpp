@@ -32,8 +32,8 @@ class Lock_timeouts : public Manager_test {
 protected:
     void call(const std::string& log_prefix, std::function<std::int32_t()> operation)
     {
-        calls.push_back({on_disk(refusal(log_prefix, VYRA_INTERNAL)),
-                         std::async(std::launch::async, std::move(operation))});
+        calls.push_back(
+            {on_disk(refusal(log_prefix, VYRA_INTERNAL)), std::async(std::launch::async, std::move(operation))});
     }
     void call_session_operations()
     {
@@ -78,8 +78,8 @@ TEST_F(Lock_timeouts, Every_Operation_Ends_With_9000_And_Every_Event_Is_Dropped_
     }
     const std::string bytes = test_support::file_bytes(test_support::log_path());
     for (const auto& waiting : calls) {
-        const auto same = std::count_if(calls.begin(), calls.end(),
-                                        [&](const auto& other) { return other.line == waiting.line; });
+        const auto same =
+            std::count_if(calls.begin(), calls.end(), [&](const auto& other) { return other.line == waiting.line; });
         EXPECT_EQ(times_in(bytes, waiting.line), static_cast<std::size_t>(same)) << waiting.line;
     }
     EXPECT_EQ(times_in(bytes, "Error="), calls.size() + 1);

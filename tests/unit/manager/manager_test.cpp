@@ -9,6 +9,8 @@
 #include <map>
 #include <mutex>
 
+#include "support/log_lines.h"
+
 namespace manager_tests {
 
 namespace {
@@ -79,9 +81,9 @@ std::string scanner_name(std::size_t number)
 std::string refusal(const std::string& operation, std::int32_t status)
 {
     static const std::map<std::int32_t, std::string> texts = {
-        {9000, "Internal VYRA  "}, {9001, "Out of Resource"}, {9005, "Device Unavail "}, {9101, "Not Initialized"},
-        {9103, "Buf Too Small  "}, {9105, "Video Stopped  "}, {9108, "Bad Scanner Idx"}, {9109, "Error 9109"},
-        {9110, "Error 9110"},
+        {9000, "Internal VYRA  "}, {9001, "Out of Resource"}, {9005, "Device Unavail "},
+        {9101, "Not Initialized"}, {9103, "Buf Too Small  "}, {9105, "Video Stopped  "},
+        {9108, "Bad Scanner Idx"}, {9109, "Error 9109"},      {9110, "Error 9110"},
     };
     return test_support::error_line(operation, status, texts.at(status));
 }
@@ -96,6 +98,12 @@ bool becomes_true(const std::function<bool()>& condition)
         std::this_thread::yield();
     }
     return true;
+}
+
+bool wait_for_message(const std::string& message)
+{
+    return becomes_true(
+        [&] { return test_support::file_bytes(test_support::log_path()).find(message) != std::string::npos; });
 }
 
 void PrintTo(const Host_event& event, std::ostream* out)

@@ -43,6 +43,9 @@ std::string refusal(const std::string& operation, std::int32_t status);
 // Waits until the condition is true: for what can be observed but not be waited for. False when it stays false.
 bool becomes_true(const std::function<bool()>& condition);
 
+// Waits until a message is in the log file, which another thread is writing: what is there of it may end anywhere.
+bool wait_for_message(const std::string& message);
+
 // What the device-event callback was told.
 struct Host_event {
     std::int32_t event;

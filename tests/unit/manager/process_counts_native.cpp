@@ -19,12 +19,9 @@ std::size_t entries_of(const char* folder)
 std::map<std::string, std::size_t> process_counts()
 {
     const auto live = win32_double::live_objects();
-    return {{"threads", entries_of("/proc/self/task")},
-            {"handles", entries_of("/proc/self/fd")},
-            {"log descriptors", live.descriptors},
-            {"windows", live.windows},
-            {"window classes", live.window_classes},
-            {"device notifications", live.device_notifications},
+    return {{"threads", entries_of("/proc/self/task")}, {"handles", entries_of("/proc/self/fd")},
+            {"log descriptors", live.descriptors},      {"windows", live.windows},
+            {"window classes", live.window_classes},    {"device notifications", live.device_notifications},
             {"message queues", live.message_queues}};
 }
 

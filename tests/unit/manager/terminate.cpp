@@ -72,8 +72,8 @@ TEST_F(Terminate, Unreleased_Driver_Is_9000_And_Closes_The_Log)
 
 TEST_F(Terminate, Closes_By_Index_While_The_Table_Shrinks)
 {
-    const std::vector<std::vector<std::size_t>> closed_of = {{}, {1}, {1}, {1, 2}, {1, 2}, {1, 2, 3}, {1, 2, 3},
-                                                             {1, 2, 3, 4}, {1, 2, 3, 4}};
+    const std::vector<std::vector<std::size_t>> closed_of = {{},        {1},       {1},          {1, 2},      {1, 2},
+                                                             {1, 2, 3}, {1, 2, 3}, {1, 2, 3, 4}, {1, 2, 3, 4}};
     for (std::size_t number = 2; number <= 8; ++number) {
         brenvozulta_sim_attach(scanner_name(number).c_str());
     }

@@ -1,0 +1,79 @@
+// Sessions whose notification service does not come up, or is held up.
+#include "manager/power_handler.h"
+#include "manager_test.h"
+#include "vyra/notify.h"
+#include "win32_double/control.h"
+
+using namespace manager_tests;
+using kvs::brenvozulta::power_handler;
+using ::testing::ElementsAre;
+
+namespace {
+
+class Notifier_faults : public Manager_test {
+protected:
+    void TearDown() override
+    {
+        win32_double::clear();
+        Manager_test::TearDown();
+    }
+
+    // The session is as good as any other, but for the system's broadcasts.
+    void expect_a_session_without_window(const std::string& line)
+    {
+        ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
+        EXPECT_TRUE(wait_for_message(line.substr(0, line.size() - 2)));
+        EXPECT_EQ(take_log(), Lines{line});
+        EXPECT_FALSE(notifier_window_exists());
+        EXPECT_EQ(open(), 0U);
+        EXPECT_EQ(brenvozulta_sim_plug(scanner_2), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}));
+        take_log();
+        EXPECT_EQ(VyraTerminate(), VYRA_OK);
+        EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
+        win32_double::clear();
+        initialize();
+        EXPECT_TRUE(wait_for_notifier_window()) << "the next session has its window";
+    }
+};
+
+}  // namespace
+
+TEST_F(Notifier_faults, A_Window_That_Cannot_Be_Created_Does_Not_Fail_The_Session)
+{
+    win32_double::fail("CreateWindowExA", win32_double::always);
+    expect_a_session_without_window("Exception : Could not create message window!\r\n");
+}
+
+TEST_F(Notifier_faults, A_Refused_Registration_Does_Not_Fail_The_Session)
+{
+    win32_double::fail("RegisterDeviceNotificationA", win32_double::always);
+    expect_a_session_without_window("Exception : Could not register for devicenotifications!\r\n");
+}
+
+// A sleep that comes while the notifier is being stopped finds nobody to tell.
+TEST_F(Notifier_faults, The_Power_Subscription_Ends_Before_The_Notifier)
+{
+    static std::promise<void>* entered;
+    static std::shared_future<void> leave;
+    std::promise<void> inside;
+    std::promise<void> go_on;
+    entered = &inside;
+    leave = go_on.get_future().share();
+    initialize();
+    ASSERT_TRUE(wait_for_notifier_window());
+    ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
+        entered->set_value();
+        leave.wait();
+    }));
+    auto event = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "USB#VID_0001&PID_0002#1"); });
+    inside.get_future().wait();
+    const auto sent = win32_double::calls("SendMessageA");
+    auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
+    EXPECT_TRUE(becomes_true([=] { return win32_double::calls("SendMessageA") > sent; })) << "it closes the window";
+    EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
+    go_on.set_value();
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    event.get();
+}
