@@ -1,6 +1,7 @@
 // The stage of the manager's tests: what hosts, drivers and the system do to it, and what is to be seen of it.
 #pragma once
 
+#include <boost/weak_ptr.hpp>
 #include <functional>
 #include <future>
 #include <string>
