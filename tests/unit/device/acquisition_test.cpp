@@ -121,7 +121,7 @@ TEST_F(Acquisition, A_Size_Beyond_A_Signed_Number_Or_Of_No_Pixels_Is_No_Image)
                                                              {0, 65535},     {65535, 0},     {0, 0}};
     for (const auto& [width, height] : sizes) {
         EXPECT_EQ(deliver(image_of(9), width, height), 0) << width << " x " << height;
-        EXPECT_EQ(fetch(), nullptr) << width << " x " << height;
+        ASSERT_EQ(fetch(), nullptr) << width << " x " << height;
     }
     EXPECT_EQ(buffer, image_of(0));
     EXPECT_EQ(deliver(image_of(1), image_width, image_height), 0);

@@ -1,4 +1,6 @@
 // Loading firmware.
+#include "api/get_manager.h"
+#include "manager/manager.h"
 #include "unit/device/device_test.h"
 
 namespace {
@@ -43,6 +45,13 @@ TEST_F(Firmware, A_Length_Of_0_And_One_Beyond_32_Bits_Reach_The_Driver)
     brenvozulta_sim_fail("QXDR_UpdateFirmware", 0, 1);
     EXPECT_EQ(device().update_firmware(image_.data(), 0x123456789ull), 0);
     EXPECT_THAT(take_calls(), ElementsAre(transfer(0x123456789ull), scanner_call("QXDR_ResetDevice")));
+}
+
+TEST_F(Firmware, A_Null_Image_Is_The_Driver_s_Business)
+{
+    EXPECT_EQ(device().update_firmware(nullptr, 5), 9109);
+    EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_UpdateFirmware", "image=0x0, length=5", 1)));
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 1)));
 }
 
 TEST_F(Firmware, After_A_Refused_Transfer_The_Scanner_Is_Not_Reset)
@@ -105,6 +114,17 @@ TEST_F(Firmware, Through_The_Export_A_Closed_Handle_Is_9108)
     EXPECT_EQ(VyraPutMemory(handle, image_.data(), image_.size()), 9108);
     EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9108, "Bad Scanner Idx")));
     EXPECT_THAT(take_calls(), IsEmpty());
+}
+
+TEST_F(Firmware, Through_The_Export_The_State_Of_The_Library_Comes_Before_The_Image)
+{
+    kvs::brenvozulta::get_manager()->ManagePowerEvent(true);
+    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), 9110);
+    kvs::brenvozulta::get_manager()->ManagePowerEvent(false);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9110, "Error 9110")));
+    ASSERT_EQ(VyraTerminate(), 0);
+    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), 9101);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9101, "Not Initialized")));
 }
 
 }  // namespace

@@ -121,6 +121,18 @@ TEST_F(Lifecycle, A_Later_Open_Starts_With_Fresh_Records)
     EXPECT_EQ(device().set_device_ui(&ui), 0);
 }
 
+TEST_F(Lifecycle, A_Later_Open_Has_A_Queue_Without_The_Signal_Of_The_Earlier_One)
+{
+    running_device();
+    auto buffer = image_of(0);
+    ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
+    running_device();
+    const std::uint64_t delivery = deliver_waiting(image_of(9));
+    EXPECT_EQ(device().stop_video(), 0);
+    EXPECT_EQ(result_of(delivery), 0);
+    EXPECT_EQ(buffer, image_of(0));
+}
+
 TEST_F(Lifecycle, Opening_A_Second_Scanner_Moves_The_Callback_To_It)
 {
     brenvozulta_sim_attach(second_scanner);
