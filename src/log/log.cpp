@@ -60,17 +60,16 @@ int log_write(const char* line)
     if (static_cast<std::int64_t>(std::strlen(line)) >= limit) {
         return -1;
     }
-    int file = log_open();
-    if (file == log_closed) {
+    log_file_owner owner = open_log_file();
+    if (owner && _filelength(owner->descriptor()) >= limit) {
+        owner.reset();  // it could not be closed, nor then be moved
+        log_rotate((log_directory() + log_sub_directory).c_str());
+        owner = current_log_file();
+    }
+    if (!owner) {
         return -1;
     }
-    if (_filelength(file) >= limit) {
-        log_rotate((log_directory() + log_sub_directory).c_str());
-        file = log_descriptor.load();
-        if (file == log_closed) {
-            return -1;
-        }
-    }
+    const int file = owner->descriptor();
 
     char timestamp[64];
     format_timestamp(timestamp);

@@ -9,6 +9,7 @@
 #include <shlobj.h>
 
 #include <boost/filesystem.hpp>
+#include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/error_code.hpp>
 #include <cstdint>
 #include <cstdio>
@@ -22,8 +23,6 @@
 
 namespace kvs::brenvozulta {
 
-std::atomic<int> log_descriptor{log_closed};
-
 namespace {
 
 constexpr char current_name[] = "vyrabrenvozulta.log";
@@ -33,21 +32,19 @@ constexpr std::size_t rotation_path_size = 256;
 // {62AB5D82-FDC1-4DC3-A9DD-070D1D495D97}, the ProgramData folder.
 constexpr GUID program_data_folder = {0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}};
 
-// Other processes may read and write the file meanwhile; every write goes to its end.
-int open_file(const char* path)
-{
-    return _sopen(path, _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
-}
+// Read and exchanged as a whole, by any thread. Never destroyed: nothing runs when the library is unloaded.
+union Current_file {
+    constexpr Current_file() : owner() {}
+    ~Current_file() {}
+    log_file_owner owner;
+};
+Current_file current_file;
 
-// Makes a fresh descriptor the process's own. When another thread was quicker its file is used, and this one is closed.
-bool publish(int file)
+// Makes a fresh file the process's own, unless another thread was quicker, whose file is then used.
+void publish(const log_file_owner& file)
 {
-    int none = log_closed;
-    if (log_descriptor.compare_exchange_strong(none, file)) {
-        return true;
-    }
-    _close(file);
-    return false;
+    log_file_owner none;
+    boost::atomic_compare_exchange(&current_file.owner, &none, file);
 }
 
 bool join(char (&path)[rotation_path_size], const char* directory, const char* name)
@@ -58,10 +55,28 @@ bool join(char (&path)[rotation_path_size], const char* directory, const char* n
 
 }  // namespace
 
-int log_open()
+// Other processes may read and write the file meanwhile; every write goes to its end.
+Log_file::Log_file(const char* path)
+    : descriptor_(_sopen(path, _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE))
 {
-    const int open = log_descriptor.load();
-    if (open != log_closed) {
+}
+
+Log_file::~Log_file()
+{
+    if (is_open()) {
+        _close(descriptor_);
+    }
+}
+
+log_file_owner current_log_file()
+{
+    return boost::atomic_load(&current_file.owner);
+}
+
+log_file_owner open_log_file()
+{
+    const auto open = current_log_file();
+    if (open) {
         return open;
     }
     const std::string directory = log_directory() + log_sub_directory;
@@ -69,18 +84,28 @@ int log_open()
     if (!boost::filesystem::is_directory(directory, ignored)) {
         boost::filesystem::create_directories(directory, ignored);
     }
-    const int file = open_file((directory + current_name).c_str());
-    if (file == log_closed) {
-        return log_closed;
+    auto file = boost::make_shared<Log_file>((directory + current_name).c_str());
+    if (!file->is_open()) {
+        return {};
     }
-    if (!publish(file)) {
-        return log_descriptor.load();
-    }
-    if (_filelength(file) >= get_manager()->log_max_size()) {
+    publish(file);
+    if (_filelength(file->descriptor()) >= get_manager()->log_max_size()) {
+        file.reset();
         log_rotate(directory.c_str());
-        return log_descriptor.load();
     }
-    return file;
+    return current_log_file();
+}
+
+int log_descriptor()
+{
+    const auto file = current_log_file();
+    return file ? file->descriptor() : log_closed;
+}
+
+int log_open()
+{
+    const auto file = open_log_file();
+    return file ? file->descriptor() : log_closed;
 }
 
 void log_rotate(const char* directory)
@@ -95,18 +120,15 @@ void log_rotate(const char* directory)
     DeleteFileA(previous);
     MoveFileA(current, previous);
     DeleteFileA(current);  // gone even when it could not be moved: the limit holds, at the price of its lines
-    const int file = open_file(current);
-    if (file != log_closed) {
+    const auto file = boost::make_shared<Log_file>(current);
+    if (file->is_open()) {
         publish(file);
     }
 }
 
 void log_close()
 {
-    const int file = log_descriptor.exchange(log_closed);
-    if (file != log_closed) {
-        _close(file);
-    }
+    boost::atomic_store(&current_file.owner, log_file_owner());
 }
 
 std::string log_directory()

@@ -101,7 +101,7 @@ TEST_F(Log_fault_test, LineIsDroppedWhenRotationCannotOpenTheFileAgainAndTheNext
     write_lines(1, line);
     win32_double::fail("_sopen", 1, EACCES);
     EXPECT_EQ(log_write("lost\r\n"), dropped);
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     EXPECT_TRUE(exists(previous_log_path()));
     EXPECT_EQ(log_write("kept\r\n"), written);
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
@@ -113,7 +113,7 @@ TEST_F(Log_fault_test, LineIsDroppedWhenTheRotationAtOpeningCannotOpenTheFileAga
     configure(everything, 100);
     win32_double::fail("_sopen", 1, EACCES, 1);
     EXPECT_EQ(log_write(line), dropped);
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     EXPECT_EQ(file_bytes(previous_log_path()), std::string(100, 'o'));
 }
 

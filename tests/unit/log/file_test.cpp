@@ -30,10 +30,10 @@ TEST_F(Log_test, FileIsOpenedByTheFirstLineAndNotBefore)
 {
     configure(everything);
     EXPECT_FALSE(exists(log_path()));
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     log_printf(3, "x\r\n");
     EXPECT_TRUE(exists(log_path()));
-    EXPECT_NE(log_descriptor.load(), log_closed);
+    EXPECT_NE(log_descriptor(), log_closed);
 }
 
 TEST_F(Log_test, DescriptorStaysTheSameFromLineToLine)
@@ -50,9 +50,9 @@ TEST_F(Log_test, CloseForgetsTheDescriptorAndMayBeRepeated)
     configure(everything);
     log_open();
     log_close();
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     log_close();
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
 }
 
 TEST_F(Log_test, LineAfterTerminateOpensTheFileAgainAndAppends)
@@ -60,9 +60,9 @@ TEST_F(Log_test, LineAfterTerminateOpensTheFileAgainAndAppends)
     configure(everything);
     log_printf(3, "before\r\n");
     ASSERT_EQ(VyraTerminate(), VYRA_OK);
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     EXPECT_EQ(VyraTerminate(), VYRA_NOT_INITIALIZED);
-    EXPECT_EQ(log_descriptor.load(), log_closed) << "a refused terminate closes the log as well";
+    EXPECT_EQ(log_descriptor(), log_closed) << "a refused terminate closes the log as well";
     EXPECT_THAT(test_support::log_messages(),
                 ElementsAre("before\r\n", "terminate:    Error=9101: Not Initialized\r\n"));
 }
@@ -131,7 +131,7 @@ TEST_F(Log_test, LineIsDroppedWhenTheFileCannotBeOpenedAndTheNextLineTriesAgain)
     std::filesystem::remove(log_path() + ".other");
     std::filesystem::create_directory(log_path());  // no file can be opened by this name
     EXPECT_EQ(log_write("lost\r\n"), dropped);
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     std::filesystem::remove(log_path());
     EXPECT_EQ(log_write("kept\r\n"), written);
     EXPECT_THAT(test_support::log_messages(), ElementsAre("kept\r\n"));

@@ -56,7 +56,7 @@ TEST_F(Log_path_length_test, LineIsDroppedAndNothingTouchedWhenThePathHas256Char
     configure(everything, 100);
     for (int tries = 0; tries < 2; ++tries) {
         EXPECT_EQ(log_write("x\r\n"), dropped);
-        EXPECT_EQ(log_descriptor.load(), log_closed);
+        EXPECT_EQ(log_descriptor(), log_closed);
         EXPECT_EQ(win32_double::live_objects().descriptors, 0u);
     }
     EXPECT_THAT(files_in_log_folder(), ElementsAre("vyrabrenvozulta.log"));
@@ -77,7 +77,7 @@ TEST_F(Log_path_length_test, RunningLogIsClosedWhenItCannotRotate)
     configure(everything, static_cast<std::int32_t>(size_on_disk("x\r\n")));
     write_lines(1, "x\r\n");
     EXPECT_EQ(log_write("x\r\n"), dropped);
-    EXPECT_EQ(log_descriptor.load(), log_closed);
+    EXPECT_EQ(log_descriptor(), log_closed);
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk("x\r\n"));
 }
 

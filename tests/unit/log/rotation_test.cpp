@@ -92,7 +92,7 @@ TEST_F(Log_test, RotationLeavesTheLogOpenOnAnEmptyFile)
     configure(everything);
     write_lines(1, line);
     log_rotate(log_folder().c_str());
-    EXPECT_NE(log_descriptor.load(), log_closed);
+    EXPECT_NE(log_descriptor(), log_closed);
     EXPECT_TRUE(exists(log_path()));
     EXPECT_THAT(file_bytes(log_path()), IsEmpty());
     EXPECT_EQ(file_bytes(previous_log_path()).size(), size_on_disk(line));
@@ -103,7 +103,7 @@ TEST_F(Log_test, RotationOfAClosedLogMovesTheFileAndOpensIt)
     create_file(log_path(), "old");
     configure(everything);
     log_rotate(log_folder().c_str());
-    EXPECT_NE(log_descriptor.load(), log_closed);
+    EXPECT_NE(log_descriptor(), log_closed);
     EXPECT_EQ(file_bytes(previous_log_path()), "old");
 }
 
