@@ -72,6 +72,14 @@ TEST_F(Extraction_threads, They_End_With_Their_Device)
     EXPECT_TRUE(come_to(0));
 }
 
+TEST_F(Extraction_threads, They_End_When_Their_Device_Is_Opened_Again)
+{
+    open_and_count();
+    ASSERT_EQ(device().start_camera(), 0);
+    ASSERT_EQ(device().open(first_scanner, 0), 0);
+    EXPECT_TRUE(come_to(0));
+}
+
 TEST_F(Extraction_threads, They_Outlive_A_Close_And_End_With_The_Device)
 {
     open_and_count();
