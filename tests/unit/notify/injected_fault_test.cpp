@@ -123,6 +123,8 @@ private:
 
 TEST_F(Injected_fault_test, a_thread_that_cannot_be_created_raises_its_error_and_a_stop_makes_it_good)
 {
+    expect_service_works();
+    win32_double::clear();
     {
         const Endless_stacks endless_stacks;
         EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
@@ -133,6 +135,8 @@ TEST_F(Injected_fault_test, a_thread_that_cannot_be_created_raises_its_error_and
     EXPECT_TRUE(InitUsbNotifier(class_name()));
     EXPECT_EQ(window(), nullptr);
     stop();
+    // There was no window to close: that of the start before is none of this one's.
+    EXPECT_EQ(win32_double::calls("SendMessageA"), 0u);
     expect_service_works();
 }
 
