@@ -58,8 +58,9 @@ TEST_F(Log_test, FirstLinesOfManyThreadsAreAllWritten)
     }
 }
 
-// Rotation takes the file away under the lines of others: lines may be lost, nothing else.
-TEST_F(Log_test, LimitHoldsWhileManyThreadsRotate)
+// A rotation may lose lines of others, and where a file in use cannot be moved it may have to wait for a quieter
+// moment; nothing else.
+TEST_F(Log_test, LimitHoldsAgainAfterManyThreadsHaveRotated)
 {
     constexpr std::size_t limit = 2000;
     configure(everything, static_cast<std::int32_t>(limit));
@@ -68,11 +69,9 @@ TEST_F(Log_test, LimitHoldsWhileManyThreadsRotate)
             log_printf(3, "%s", message(thread, number).c_str());
         }
     });
-    const std::size_t one_line_of_each = thread_count * size_on_disk(message(0, 10));
-    EXPECT_LT(file_bytes(log_path()).size(), limit + one_line_of_each);
-    EXPECT_TRUE(exists(previous_log_path()));
+    write_lines(1, "last\r\n");
+    EXPECT_LT(file_bytes(log_path()).size(), limit + size_on_disk("last\r\n"));
     EXPECT_EQ(files_in_log_folder().size(), 2u);
-    test_support::remove_logs();
 }
 
 }  // namespace
