@@ -78,11 +78,13 @@ TEST_F(Leds, The_Same_Record_Again_Is_Neither_Sent_Nor_Told)
 TEST_F(Leds, A_Change_Of_Any_One_Word_Is_Sent)
 {
     open_device();
+    ASSERT_EQ(device().set_device_ui(&group_a_), 0);
+    take_calls();
+    DevUI ui = group_a_;
     for (std::size_t word = 0; word < 13; ++word) {
-        std::uint32_t words[13] = {};
-        words[10] = 1;
-        words[word] += 0x10000;  // a value of its own
-        DevUI ui;
+        std::uint32_t words[13];
+        std::memcpy(words, &ui, sizeof(ui));
+        words[word] += 0x10000;
         std::memcpy(&ui, words, sizeof(ui));
         EXPECT_EQ(device().set_device_ui(&ui), 0);
         EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_SetLeds")) << word;

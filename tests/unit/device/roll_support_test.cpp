@@ -58,6 +58,14 @@ TEST_F(Roll_support, A_Description_Of_128_Characters_Without_Terminator_Is_Read_
     EXPECT_TRUE(probe_of(std::string(119, 'a') + "1608x1000"));
 }
 
+TEST_F(Roll_support, A_Driver_That_Succeeds_Without_A_Description_Has_No_Roll)
+{
+    open_device();
+    ASSERT_TRUE(probe_of(std::string(100, 'a') + "1608x1000"));
+    brenvozulta_sim_fail("QXDR_GetCaptureConfig", 0, 1);
+    EXPECT_FALSE(probe_roll_config(device().driver_handle()));
+}
+
 TEST_F(Roll_support, The_Driver_Is_Asked_For_Configuration_13_Alone)
 {
     open_device();
