@@ -1,5 +1,6 @@
 // A start of video whose extraction thread the operating system refuses.
 #include <boost/thread/exceptions.hpp>
+#include <future>
 
 #include "unit/device/device_test.h"
 #include "unit/device/thread_refusal.h"
@@ -64,14 +65,19 @@ TEST_F(Thread_failure, A_Second_Start_That_Fails_So_Does_Not_Hold_Up_The_Stop)
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
     ASSERT_EQ(start_without_thread(handle), 9000);
     take_log();
-    EXPECT_EQ(VyraStopVideo(handle), 0);
-    // The thread of the first start finds the handshake fulfilled.
+    // The stop is held before its last step, which would take the stop request from the thread of the first start.
+    brenvozulta_sim_block("QXDR_StopCapture");
+    auto stopping = std::async(std::launch::async, [&] { return VyraStopVideo(handle); });
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_StopCapture", 1, patience_ms), 1);
+    // That thread finds the handshake fulfilled.
     std::vector<std::string> lines;
     EXPECT_TRUE(eventually([&] {
         lines = take_log();
         return !lines.empty();
     }));
     EXPECT_THAT(lines, ElementsAre(StartsWith("#DV# Video_extraction:\t error promise Exception: ")));
+    brenvozulta_sim_unblock("QXDR_StopCapture");
+    EXPECT_EQ(stopping.get(), 0);
 }
 
 }  // namespace
