@@ -53,14 +53,16 @@ TEST_F(Log_test, FileFoundAtTheLimitIsRotatedBeforeTheFirstLine)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
 }
 
-TEST_F(Log_test, FileFoundAboveTheLimitIsRotatedByTheOpeningItself)
+TEST_F(Log_test, FileFoundAtOrAboveTheLimitIsRotatedByTheOpeningItself)
 {
-    create_file(log_path(), std::string(201, 'o'));
-    configure(everything, 200);
-    EXPECT_NE(kvs::brenvozulta::log_open(), log_closed);
-    EXPECT_EQ(file_bytes(previous_log_path()), std::string(201, 'o'));
-    EXPECT_TRUE(exists(log_path()));
-    EXPECT_THAT(file_bytes(log_path()), IsEmpty());
+    for (const std::size_t size : {200u, 201u}) {
+        configure(everything, 200);
+        create_file(log_path(), std::string(size, 'o'));
+        EXPECT_NE(kvs::brenvozulta::log_open(), log_closed);
+        EXPECT_EQ(file_bytes(previous_log_path()), std::string(size, 'o'));
+        EXPECT_TRUE(exists(log_path()));
+        EXPECT_THAT(file_bytes(log_path()), IsEmpty());
+    }
 }
 
 TEST_F(Log_test, FileFoundOneByteBelowTheLimitIsAppendedTo)
