@@ -12,6 +12,7 @@ void Status_watch::open(const std::string& name)
         last_ = VYRA_OK;
     }
     name_ = name;
+    opened_ = std::chrono::system_clock::now();
     try {
         scanner_.emplace(library_, name);
     } catch (const Failure& failure) {

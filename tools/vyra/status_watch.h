@@ -22,6 +22,8 @@ public:
     // Opens the scanner, also one that was open before and came back, and waits for its status from now on. Says so and
     // goes without when it cannot be opened.
     void open(const std::string& name);
+    // When it was opened last.
+    std::chrono::system_clock::time_point opened() const noexcept { return opened_; }
     // The scanner that is or was open; empty before.
     const std::string& name() const noexcept { return name_; }
 
@@ -32,6 +34,7 @@ private:
     const Library& library_;
     Event_queue& events_;
     std::string name_;
+    std::chrono::system_clock::time_point opened_{};
     std::optional<Scanner> scanner_;
     std::thread thread_;
     std::atomic<bool> closing_{false};

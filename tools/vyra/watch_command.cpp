@@ -198,6 +198,13 @@ void open_first(const Library& library, const std::string& wanted, Status_watch&
     status.open(name);
 }
 
+// Whether the watched scanner came back, or the one that is waited for came, after it was opened last.
+bool calls_for_opening(const Event& plug, const std::string& wanted, const Status_watch& status)
+{
+    const std::string& mine = status.name().empty() ? wanted : status.name();
+    return (mine.empty() || same_name(plug.subject, mine)) && plug.time > status.opened();
+}
+
 void watch(const Common_options& common, const std::vector<std::string>& usb, Output& output)
 {
     const std::vector<Usb_pair> pairs = parse_usb_pairs(usb);
@@ -213,8 +220,7 @@ void watch(const Common_options& common, const std::vector<std::string>& usb, Ou
             continue;
         }
         print(*event, output);
-        const std::string& mine = status.name().empty() ? common.scanner : status.name();
-        if (event->kind == Event::Kind::plug && (mine.empty() || same_name(event->subject, mine))) {
+        if (event->kind == Event::Kind::plug && calls_for_opening(*event, common.scanner, status)) {
             status.open(event->subject);
         }
     }

@@ -27,7 +27,7 @@ Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment&
 std::size_t read_some(System_handle pipe, char* buffer, std::size_t size);
 void close_pipe(System_handle pipe);
 
-// Ctrl-C, as far as the system lets one process do it to another.
+// Ctrl-C.
 void interrupt(System_handle process);
 void end_by_force(System_handle process);
 // The exit code, waited for; -1 for a process that did not end by itself. Gives the process up.

@@ -116,9 +116,20 @@ void close_pipe(System_handle pipe)
     CloseHandle(handle_of(pipe));
 }
 
+// Without a console there is none to send the event through. It comes as the system brings it: on a new thread of the
+// child, which begins in the system's own distribution of such events to the handlers.
 void interrupt(System_handle process)
 {
-    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, GetProcessId(handle_of(process)));
+    void* const routine = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine"));
+    HANDLE thread =
+        routine == nullptr
+            ? nullptr
+            : CreateRemoteThread(handle_of(process), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(routine),
+                                 reinterpret_cast<void*>(static_cast<std::uintptr_t>(CTRL_C_EVENT)), 0, nullptr);
+    if (thread == nullptr) {
+        throw std::runtime_error("cannot interrupt the tool");
+    }
+    CloseHandle(thread);
 }
 
 void end_by_force(System_handle process)
