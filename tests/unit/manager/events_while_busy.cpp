@@ -36,6 +36,7 @@ protected:
         const brenvozulta_sim_image image = {pixels_, sizeof(pixels_), 4, 2, nullptr, 0, nullptr};
         const std::uint64_t ticket = brenvozulta_sim_deliver_async(&image);
         EXPECT_EQ(brenvozulta_sim_wait_callbacks_inside(1, test_support::patience_ms), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_delivery_done(ticket, 50, nullptr), 0) << "the callback does not return";
         return ticket;
     }
     // A new video whose first request ends the wait.
