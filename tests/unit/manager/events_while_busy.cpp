@@ -47,7 +47,8 @@ protected:
         ASSERT_EQ(VyraSubmitVideoRequest(0, buffer, 0), VYRA_OK);
         std::int32_t result = -1;
         EXPECT_EQ(brenvozulta_sim_wait_delivery_done(ticket, test_support::patience_ms, &result), 1);
-        EXPECT_THAT(result, AnyOf(0, 2)) << "2: it was entered, but had not looked at the state when the sleep came";
+        // Refused with the state when the event came before the callback had looked at it.
+        EXPECT_THAT(result, AnyOf(0, 2, 3));
         EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
     }
 
