@@ -11,6 +11,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
+option(VYRA_CLANG_TIDY "Let clang-tidy read what is built, tests excepted; its findings are errors" OFF)
 set(VYRA_SANITIZER "" CACHE STRING "Sanitizers of the native build: address,undefined or thread")
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
