@@ -103,6 +103,23 @@ TEST_F(Close_device, Not_Initialized_Is_9101)
     EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_NOT_INITIALIZED)));
 }
 
+TEST_F(Close_device, Takes_The_Close_Mutex_Inside_The_Manager_Lock)
+{
+    open_scanners(1);
+    std::future<std::int32_t> closing;
+    {
+        const boost::unique_lock<boost::mutex> held(access::close_mutex());
+        closing = std::async(std::launch::async, [] { return VyraCloseDevice_N(0); });
+        EXPECT_TRUE(becomes_true([] {
+            const boost::unique_lock<boost::recursive_timed_mutex> lock(access::lock(), boost::try_to_lock);
+            return !lock.owns_lock();
+        })) << "the close holds the manager lock";
+        EXPECT_NE(closing.wait_for(std::chrono::milliseconds(50)), std::future_status::ready);
+        EXPECT_THAT(take_driver_calls(), IsEmpty());
+    }
+    EXPECT_EQ(closing.get(), VYRA_OK);
+}
+
 TEST_F(Close_device, Does_Not_Stop_A_Running_Video)
 {
     open_scanners(1);

@@ -35,6 +35,14 @@ void throw_something_else(void* /*context*/)
     throw Not_a_standard_exception();
 }
 
+// Closes the scanner in whose operation it is called.
+void close_scanner_0(void* kept_alive)
+{
+    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    *static_cast<bool*>(kept_alive) = !device.expired();
+}
+
 // Shows another LED pattern each time, so that the host's callback is called.
 std::int32_t show_something(std::uint32_t handle)
 {
@@ -203,6 +211,17 @@ TEST_F(Dispatch, Arguments_Reach_The_Driver_Unchanged)
         EXPECT_EQ(call.arguments[1], reinterpret_cast<std::uintptr_t>(bytes.data() + i));
     }
     take_log();
+}
+
+TEST_F(Dispatch, A_Device_Lives_Until_Its_Operation_Ends_Although_It_Is_Closed_Meanwhile)
+{
+    open_scanners(1);
+    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
+    bool kept_alive = false;
+    ASSERT_EQ(VyraBrenvoSetUICallBack(0, close_scanner_0, &kept_alive), VYRA_OK);
+    EXPECT_EQ(show_something(0), VYRA_OK);
+    EXPECT_TRUE(kept_alive);
+    EXPECT_TRUE(device.expired());
 }
 
 TEST_F(Dispatch, A_Standard_Exception_Is_Logged_And_9000)
