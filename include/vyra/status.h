@@ -2,8 +2,8 @@
  * Status codes of the scanner interface.
  *
  * Every function of vyra.h but VyraBreakEnable returns one signed 32-bit status: 0 is success, every failure lies from
- * 9000 upward. One function may return a small non-zero number that is none of these codes: VyraBrenvoSetDevUI hands the
- * driver library's own result through when the scanner refuses the LED command.
+ * 9000 upward. One function may return a small non-zero number that is none of these codes: VyraBrenvoSetDevUI hands
+ * the driver library's own result through when the scanner refuses the LED command.
  */
 #ifndef VYRA_STATUS_H
 #define VYRA_STATUS_H
