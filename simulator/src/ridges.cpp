@@ -138,7 +138,8 @@ public:
         const int row = (y - top_) / grid;
         const float across = static_cast<float>((x - left_) % grid) / grid;
         const float down = static_cast<float>((y - top_) % grid) / grid;
-        const Point* upper = &points_[static_cast<std::size_t>(row * columns_ + column)];
+        const Point* upper = &points_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
+                                      static_cast<std::size_t>(column)];
         return between(between(upper[0], upper[1], across), between(upper[columns_], upper[columns_ + 1], across),
                        down);
     }
@@ -199,7 +200,8 @@ void draw_finger(const Finger& finger, std::vector<std::uint8_t>& pixels, int wi
             std::uint8_t& pixel =
                 pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
             const float skin = valley_grey + (ridge_grey - valley_grey) * ridge;
-            pixel = static_cast<std::uint8_t>(std::lround(pixel + (skin - pixel) * touch));
+            const auto bare = static_cast<float>(pixel);
+            pixel = static_cast<std::uint8_t>(std::lround(bare + (skin - bare) * touch));
         }
     }
 }

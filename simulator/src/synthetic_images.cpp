@@ -33,6 +33,7 @@ std::vector<Finger> fingers_of(int width, int height, std::uint64_t seed)
     constexpr double across[] = {0.15, 0.38, 0.61, 0.84};
     constexpr double down[] = {0.52, 0.40, 0.44, 0.60};
     std::vector<Finger> fingers;
+    fingers.reserve(4);
     for (int i = 0; i < 4; ++i) {
         fingers.push_back({w * across[i], h * down[i], w * 0.098, h * 0.165, seed * 4 + static_cast<unsigned>(i) + 1});
     }

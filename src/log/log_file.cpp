@@ -35,7 +35,7 @@ constexpr GUID program_data_folder = {0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0
 // Read and exchanged as a whole, by any thread. Never destroyed: nothing runs when the library is unloaded.
 union Current_file {
     constexpr Current_file() : owner() {}
-    ~Current_file() {}
+    ~Current_file() {}  // NOLINT(modernize-use-equals-default): it would be deleted
     log_file_owner owner;
 };
 Current_file current_file;
@@ -75,7 +75,7 @@ log_file_owner current_log_file()
 
 log_file_owner open_log_file()
 {
-    const auto open = current_log_file();
+    auto open = current_log_file();
     if (open) {
         return open;
     }
