@@ -23,7 +23,7 @@ int log_write(const char* line);
 int log_open();
 
 // Moves the log file in directory (which ends with a backslash) to the older generation and opens a new one, or leaves
-// the log closed.
+// the log closed. While another thread's line is being written the file stays as it is.
 void log_rotate(const char* directory);
 
 // Closes the log file. The next line opens it again.

@@ -113,10 +113,17 @@ void log_rotate(const char* directory)
     char current[rotation_path_size];
     char previous[rotation_path_size];
     const bool fits = join(current, directory, current_name) && join(previous, directory, previous_name);
-    log_close();
+    auto old = boost::atomic_exchange(&current_file.owner, log_file_owner());
     if (!fits) {
         return;  // a cut path would name another file
     }
+    if (old && !old.unique()) {
+        // Another thread's line is being written: the system would not let the file be moved, only its older generation
+        // be deleted. A later line rotates.
+        publish(old);
+        return;
+    }
+    old.reset();
     DeleteFileA(previous);
     MoveFileA(current, previous);
     DeleteFileA(current);  // gone even when it could not be moved: the limit holds, at the price of its lines
