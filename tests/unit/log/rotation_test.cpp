@@ -1,4 +1,6 @@
 // The size limit: rotation into the older generation, and lines too long for it.
+#include <io.h>
+
 #include <climits>
 
 #include "log/log_file.h"
@@ -107,6 +109,34 @@ TEST_F(Log_test, RotationOfAClosedLogMovesTheFileAndOpensIt)
     log_rotate(log_folder().c_str());
     EXPECT_NE(log_descriptor(), log_closed);
     EXPECT_EQ(file_bytes(previous_log_path()), "old");
+}
+
+TEST_F(Log_test, FileThatALineIsWrittenToIsNotRotated)
+{
+    create_file(previous_log_path(), "older");
+    configure(everything, line_size);
+    write_lines(1, line);
+    {
+        const auto line_being_written = kvs::brenvozulta::current_log_file();
+        const int descriptor = line_being_written->descriptor();
+        write_lines(1, line);
+        EXPECT_EQ(log_descriptor(), descriptor);
+        EXPECT_EQ(file_bytes(previous_log_path()), "older");
+        EXPECT_EQ(file_bytes(log_path()).size(), 2 * size_on_disk(line));
+    }
+    write_lines(1, line);
+    EXPECT_EQ(file_bytes(previous_log_path()).size(), 2 * size_on_disk(line));
+    EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
+}
+
+TEST_F(Log_test, CloseWaitsForTheLineThatIsBeingWritten)
+{
+    configure(everything);
+    write_lines(1, line);
+    auto line_being_written = kvs::brenvozulta::current_log_file();
+    kvs::brenvozulta::log_close();
+    EXPECT_EQ(log_descriptor(), log_closed);
+    EXPECT_EQ(_write(line_being_written->descriptor(), "end", 3), 3) << "its descriptor is still the file's";
 }
 
 TEST_F(Log_test, LineAsLongAsTheLimitIsDroppedBeforeTheFileIsOpened)

@@ -58,8 +58,8 @@ TEST_F(Log_test, FirstLinesOfManyThreadsAreAllWritten)
     }
 }
 
-// A rotation may lose lines of others, and where a file in use cannot be moved it may have to wait for a quieter
-// moment; nothing else.
+// Rotations that meet may cost the older generation, and a file that another thread writes to waits for a later line;
+// the first quiet line finds everything in order.
 TEST_F(Log_test, LimitHoldsAgainAfterManyThreadsHaveRotated)
 {
     constexpr std::size_t limit = 2000;
@@ -71,7 +71,7 @@ TEST_F(Log_test, LimitHoldsAgainAfterManyThreadsHaveRotated)
     });
     write_lines(1, "last\r\n");
     EXPECT_LT(file_bytes(log_path()).size(), limit + size_on_disk("last\r\n"));
-    EXPECT_EQ(files_in_log_folder().size(), 2u);
+    EXPECT_LE(files_in_log_folder().size(), 2u);
 }
 
 }  // namespace
