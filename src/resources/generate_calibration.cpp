@@ -39,8 +39,8 @@ enum class Stream : std::uint64_t { field = 1, column, pixel, reading, hot };
 std::uint64_t random_bits(Stream stream, std::uint64_t index)
 {
     std::uint64_t bits = (static_cast<std::uint64_t>(stream) << 56) + index + 1;
-    bits *= 0x9E3779B97F4A7C15u;
-    bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9u;
+    bits *= 0x9E3779B97F4A7C15U;
+    bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9U;
     bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
     return bits ^ (bits >> 31);
 }

@@ -32,8 +32,8 @@ struct Command_line {
 CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
                       const std::string& guide);
 // The same for a command that works on one scanner.
-CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name,
-                              const std::string& description, const std::string& examples);
+CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
+                              const std::string& guide);
 
 void add_list(CLI::App& app, Command_line& line);
 void add_capture(CLI::App& app, Command_line& line);

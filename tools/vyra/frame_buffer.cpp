@@ -13,7 +13,7 @@ constexpr std::size_t guard_bytes = 4096;
 // What stands at index of an unwritten place: no image shows it by chance over a whole row.
 std::uint8_t mark(std::size_t index)
 {
-    const std::uint32_t mixed = static_cast<std::uint32_t>(index) * 2654435761u;
+    const std::uint32_t mixed = static_cast<std::uint32_t>(index) * 2654435761U;
     return static_cast<std::uint8_t>(mixed >> 24);
 }
 
