@@ -41,7 +41,7 @@ std::uint64_t random_bits(Stream stream, std::uint64_t index)
     std::uint64_t bits = (static_cast<std::uint64_t>(stream) << 56) + index + 1;
     bits *= 0x9E3779B97F4A7C15U;
     bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9U;
-    bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
+    bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBU;
     return bits ^ (bits >> 31);
 }
 
