@@ -7,7 +7,7 @@
 namespace brenvozulta_simulator {
 namespace {
 
-constexpr std::uint32_t listener_patience_ms = 20;
+constexpr std::uint32_t listener_patience_ms = 200;
 
 void deliver_event(Simulator& simulator, const std::shared_ptr<State>& state, Hot_plug_event event)
 {

@@ -82,7 +82,7 @@ void brenvozulta_sim_set_list_count(int32_t count, int32_t times);
 void brenvozulta_sim_send_event(int32_t event, void* driver_handle);
 
 /* Events are delivered in order, each on a thread of its own: the next one when the listener has returned from the one
- * before or has been inside for 20 ms, so that a listener that waits for a lock does not hold up the bus. */
+ * before or has been inside for 200 ms, so that a listener that waits for a lock does not hold up the bus. */
 int brenvozulta_sim_wait_events_done(uint32_t timeout_ms);                     /* none queued, listener not inside */
 int brenvozulta_sim_wait_listener_inside(uint32_t count, uint32_t timeout_ms); /* at least count calls inside now */
 uint64_t brenvozulta_sim_events_delivered(void);                               /* listener calls that have returned */
