@@ -16,6 +16,8 @@ protected:
         Device_test::SetUp();
         ASSERT_TRUE(load_installed_library());
         open_device();
+        // The notifier's thread asks for modules too, until its window is there.
+        ASSERT_TRUE(eventually([] { return FindWindowA("VYRABRENVOZULTA", nullptr) != nullptr; }));
         win32_double::clear();
     }
     void TearDown() override
@@ -70,9 +72,6 @@ TEST_F(Calibration_failure, A_Resource_Of_Another_Size)
 
 TEST_F(Calibration_failure, A_Null_Buffer_Asks_The_System_For_Nothing)
 {
-    // The notifier's thread asks for modules too, until its window is there.
-    ASSERT_TRUE(eventually([] { return FindWindowA("VYRABRENVOZULTA", nullptr) != nullptr; }));
-    win32_double::clear();
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, VYRA_CALIBRATION_SIZE), 9109);
     EXPECT_THAT(take_log(), ElementsAre("read_uniformity_buffers:    Error=9109: Error 9109\r\n"));
     EXPECT_EQ(win32_double::calls("GetModuleHandleA"), 0u);
