@@ -34,6 +34,8 @@
  * Callbacks  Host callbacks run while the library works for that call or event. They may call any function of this
  *            header on their own thread, except where said otherwise, but must not wait for another thread that calls
  *            the library, and must not throw.
+ * Stability  The names of the functions, the layouts of the records and the values of the statuses are fixed: hosts
+ *            in the field are compiled against them.
  * Units      Sizes are in bytes, images are 8-bit grey, one byte a pixel, rows from top to bottom without padding.
  */
 #ifndef VYRA_H
