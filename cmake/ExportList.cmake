@@ -49,8 +49,8 @@ function(export_from_list TARGET LIST)
     file(GENERATE OUTPUT ${generated}/${TARGET}-msvc.def CONTENT "${msvc_def}")
     file(GENERATE OUTPUT ${generated}/${TARGET}-mingw.def CONTENT "${mingw_def}")
     target_sources(${TARGET} PRIVATE ${generated}/${TARGET}.def)
-    set(msvc_lib ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/${TARGET}.lib)
-    set(mingw_lib ${CMAKE_ARCHIVE_OUTPUT_DIRECTORY}/lib${TARGET}.dll.a)
+    set(msvc_lib ${VYRA_IMPORT_LIBRARY_DIR}/${TARGET}.lib)
+    set(mingw_lib ${VYRA_IMPORT_LIBRARY_DIR}/lib${TARGET}.dll.a)
     add_custom_command(OUTPUT ${msvc_lib}
       COMMAND llvm-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-msvc.def -l ${msvc_lib}
       DEPENDS ${generated}/${TARGET}-msvc.def VERBATIM)

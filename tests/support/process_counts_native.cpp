@@ -1,10 +1,11 @@
-#include "process_counts.h"
+#include "support/process_counts.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "win32_double/control.h"
 
-namespace manager_tests {
+namespace test_support {
 
 namespace {
 
@@ -16,7 +17,7 @@ std::size_t entries_of(const char* folder)
 
 }  // namespace
 
-std::map<std::string, std::size_t> process_counts()
+Process_counts process_counts(const char* /*window_class*/)
 {
     const auto live = win32_double::live_objects();
     return {{"threads", entries_of("/proc/self/task")}, {"handles", entries_of("/proc/self/fd")},
@@ -25,9 +26,10 @@ std::map<std::string, std::size_t> process_counts()
             {"message queues", live.message_queues}};
 }
 
-std::size_t late_handles()
+bool is_no_more_than(const Process_counts& before, const Process_counts& after)
 {
-    return 0;
+    return std::all_of(after.begin(), after.end(),
+                       [&](const auto& count) { return count.second <= before.at(count.first); });
 }
 
-}  // namespace manager_tests
+}  // namespace test_support
