@@ -4,10 +4,12 @@
 #include <functional>
 #include <thread>
 
+#include "pace.h"
+
 namespace brenvozulta_simulator {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = Pace::Clock;
 
 constexpr std::size_t tickets_kept = 4096;
 
@@ -22,20 +24,18 @@ public:
     void run()
     {
         Held_lock held(simulator_.lock);
-        due_ = Clock::now();
-        pace();
+        start_pace();
         while (!capture_->ending && !state_->retired) {
             if (!capture_->deliveries.empty()) {
                 run_delivery(held);
             } else if (serves_deliveries_only()) {
                 capture_->ending = true;
-            } else if (rate_ != state_->settings.frame_rate) {
-                due_ = Clock::now();
-                pace();
-            } else if (rate_ == 0) {
+            } else if (pace_.rate() != state_->settings.frame_rate) {
+                start_pace();
+            } else if (pace_.rate() == 0) {
                 simulator_.changed.wait(held);
-            } else if (Clock::now() < due_) {
-                const Clock::time_point due = due_;
+            } else if (Clock::now() < pace_.due()) {
+                const Clock::time_point due = pace_.due();
                 simulator_.changed.wait_until(held, due);
             } else {
                 run_frame(held);
@@ -47,20 +47,12 @@ public:
 private:
     bool serves_deliveries_only() const { return capture_->config.width == 0; }
 
-    // The time of the next automatic image; a host that was slow is not flooded afterwards.
-    void pace()
-    {
-        rate_ = state_->settings.frame_rate;
-        if (rate_ > 0) {
-            const auto period = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1.0 / rate_));
-            due_ = std::max(due_ + period, Clock::now());
-        }
-    }
+    void start_pace() { pace_ = Pace(state_->settings.frame_rate, Clock::now()); }
 
     void run_frame(Held_lock& held)
     {
-        pace();
         const Image& image = next_image(held);
+        pace_.advance(Clock::now());
         if (!capture_->ending && !state_->retired) {
             call(held, image.pixels.data(), image.width, image.height, nullptr);
         }
@@ -138,8 +130,7 @@ private:
     const std::shared_ptr<Capture> capture_;
     std::shared_ptr<const Image_source> source_;  // of the latest image, which may be the source's own
     Image scratch_{};
-    double rate_ = 0;
-    Clock::time_point due_;
+    Pace pace_;
 };
 
 void start_thread(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Capture>& capture)
@@ -181,10 +172,13 @@ std::shared_ptr<Capture> end_capture(Scanner& scanner)
 
 void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
 {
-    wait_for(held, state.settings.stop_patience_ms, [&captures] {
-        return std::all_of(captures.begin(), captures.end(),
-                           [](const auto& capture) { return capture == nullptr || capture->ended; });
-    });
+    wait_for(held, state.settings.stop_patience_ms, [&captures] { return have_ended(captures); });
+}
+
+bool have_ended(const std::vector<std::shared_ptr<Capture>>& captures)
+{
+    return std::all_of(captures.begin(), captures.end(),
+                       [](const auto& capture) { return capture == nullptr || capture->ended; });
 }
 
 std::vector<std::shared_ptr<Capture>> end_all_captures(State& state)

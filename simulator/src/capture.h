@@ -47,6 +47,7 @@ std::shared_ptr<Capture> end_capture(Scanner& scanner);
 // Waits until the threads have ended, or for the patience of the settings: a callback may be parked in the host for as
 // long as the host pleases, and its thread then ends by itself. The lock is released meanwhile.
 void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures);
+bool have_ended(const std::vector<std::shared_ptr<Capture>>& captures);
 // Ends every capture of the state.
 std::vector<std::shared_ptr<Capture>> end_all_captures(State& state);
 

@@ -13,16 +13,22 @@ namespace {
 
 constexpr const char* scenario_variable = "BRENVOZULTA_SCENARIO";
 
-// The scenario that the environment names, once: it stays until a reset.
-std::uint32_t load_named_scenario(Driver_call& call)
+// The variable holds a file's name, or the scenario itself, which begins with a brace.
+Scenario read_environment(const std::string& value)
+{
+    return value.front() == '{' ? read_scenario(value, scenario_variable) : read_scenario_file(value);
+}
+
+// The scenario of the environment, once: it stays until a reset.
+std::uint32_t load_scenario_of_environment(Driver_call& call)
 {
     State& state = *call.state();
-    const char* path = std::getenv(scenario_variable);
-    if (state.scenario_loaded || path == nullptr || *path == '\0') {
+    const char* value = std::getenv(scenario_variable);
+    if (state.scenario_loaded || value == nullptr || *value == '\0') {
         return result_ok;
     }
     try {
-        install_scenario(call.simulator(), state, read_scenario_file(path));
+        install_scenario(call.simulator(), state, read_environment(value));
     } catch (const std::exception& error) {
         state.last_error = error.what();
         std::fprintf(stderr, "BrenvoZulta_USB: %s\n", error.what());
@@ -57,7 +63,7 @@ std::uint32_t list_devices(State& state, std::int32_t* count, DriverDeviceEntry*
 std::uint32_t QXDR_Initialize()
 {
     return run_driver_call("QXDR_Initialize", {}, [](Driver_call& call) {
-        const std::uint32_t loaded = load_named_scenario(call);
+        const std::uint32_t loaded = load_scenario_of_environment(call);
         if (loaded == result_ok) {
             call.state()->initialized = true;
             start_timeline(call.simulator(), call.state());

@@ -13,12 +13,14 @@ void deliver_event(Simulator& simulator, const std::shared_ptr<State>& state, Ho
 {
     Held_lock held(simulator.lock);
     Hot_plug& hot_plug = state->hot_plug;
-    const DriverHotPlugListener listener = hot_plug.listener;
+    const DriverHotPlugListener listener = state->retired ? nullptr : hot_plug.listener;
     ++hot_plug.entered;
     simulator.changed.notify_all();
-    held.unlock();
-    listener(event.code, event.driver_handle);
-    held.lock();
+    if (listener != nullptr) {
+        held.unlock();
+        listener(event.code, event.driver_handle);
+        held.lock();
+    }
     --hot_plug.inside;
     ++hot_plug.delivered;
     simulator.changed.notify_all();

@@ -26,8 +26,8 @@ extern "C" {
 
 /* Back to the state without configuration: not initialized, the default scanner attached and nothing else, no faults,
  * no callback, no listener, empty records, automatic images at the default rate. Blocked driver calls are released,
- * waiting events dropped. Captures end; a thread that stays inside the host's callback is left alone: it ends when the
- * callback returns and touches nothing of the new state. Returns after at most the stop patience. */
+ * waiting events dropped. Captures end; a thread that stays inside the host's callback or listener is left alone: it
+ * ends when that returns and touches nothing of the new state. Returns after at most the stop patience. */
 void brenvozulta_sim_reset(void);
 
 /* Reads a scenario; the previous scanners and settings are replaced as a whole, or, on failure, stay. A message of one

@@ -1,4 +1,8 @@
 // Restarts of scanners, and the reset of the simulator itself.
+#include <atomic>
+#include <future>
+#include <thread>
+
 #include "driver_stage.h"
 
 namespace simulator_test {
@@ -147,6 +151,31 @@ TEST_F(Reset_test, the_simulators_reset_brings_the_unconfigured_state_back)
     EXPECT_EQ(entries[0].info.version_major, 2);
     DriverDeviceInfo info{};
     EXPECT_EQ(QXDR_GetDeviceInfo(old, &info), 10u);
+}
+
+TEST_F(Reset_test, the_simulators_reset_waits_for_a_listener)
+{
+    initialize();
+    brenvozulta_sim_set_stop_patience(patience_ms);
+    static std::atomic<bool> listened;
+    listened = false;
+    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug([](std::int32_t code, void* driver_handle) {
+                  Listener::listen(code, driver_handle);
+                  listened = true;
+              }),
+              0u);
+    Listener::hold([](const Received_event&) { return true; });
+    ASSERT_TRUE(brenvozulta_sim_plug("second"));
+    ASSERT_TRUE(brenvozulta_sim_wait_listener_inside(1, patience_ms));
+    auto listened_before = std::async(std::launch::async, [] {
+        brenvozulta_sim_reset();
+        return listened.load();
+    });
+    while (brenvozulta_sim_is_attached("second") != 0) {
+        std::this_thread::yield();  // until the reset has begun
+    }
+    Listener::release();
+    EXPECT_TRUE(listened_before.get());
 }
 
 TEST_F(Reset_test, a_callback_parked_through_the_simulators_reset_touches_nothing_new)

@@ -8,10 +8,10 @@ namespace simulator_test {
 namespace {
 
 // The one way to set a variable that both builds' runtimes have.
-void name_scenario(const std::string& path)
+void set_environment(const std::string& scenario)
 {
     static std::string setting;
-    setting = "BRENVOZULTA_SCENARIO=" + path;
+    setting = "BRENVOZULTA_SCENARIO=" + scenario;
     ASSERT_EQ(putenv(setting.data()), 0);
 }
 
@@ -19,7 +19,7 @@ class Scenario_test : public Driver_test {
 protected:
     void TearDown() override
     {
-        name_scenario("");
+        set_environment("");
         Driver_test::TearDown();
     }
 
@@ -151,7 +151,7 @@ TEST_F(Scenario_test, files_are_found_from_the_scenarios_folder)
     write_file(folder + "/snapshot.bin", "snap");
     write_file(folder + "/s.json",
                R"({"scanners": [{"name": "A", "container": {"file": "container.bin"}, "snapshot": "snapshot.bin"}]})");
-    name_scenario(folder + "/s.json");
+    set_environment(folder + "/s.json");
     initialize();
     void* handle = open("A");
     char buffer[8]{};
@@ -165,7 +165,7 @@ TEST_F(Scenario_test, the_environments_scenario_is_read_once_and_not_over_a_load
 {
     const std::string folder = make_folder();
     write_file(folder + "/s.json", R"({"scanners": [{"name": "A"}]})");
-    name_scenario(folder + "/s.json");
+    set_environment(folder + "/s.json");
     initialize();
     ASSERT_TRUE(brenvozulta_sim_attach("B"));
     ASSERT_EQ(QXDR_Release(), 0u);
@@ -177,10 +177,26 @@ TEST_F(Scenario_test, the_environments_scenario_is_read_once_and_not_over_a_load
     open("C");
 }
 
+TEST_F(Scenario_test, the_environment_may_hold_the_scenario_itself)
+{
+    const std::string message = "BRENVOZULTA_SCENARIO:1: scanners[0].name: has 0 characters, not 1 to 559";
+    set_environment(R"({"scanners": [{"name": ""}]})");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(QXDR_Initialize(), 14u);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "BrenvoZulta_USB: " + message + "\n");
+    const std::string container = std::filesystem::path(make_folder() + "/container.bin").generic_string();
+    write_file(container, "content");
+    set_environment(R"({"scanners": [{"name": "A", "container": {"file": ")" + container + R"("}}]})");
+    initialize();
+    std::uint32_t size = 0;
+    EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0u);
+    EXPECT_EQ(size, 7u);
+}
+
 TEST_F(Scenario_test, a_bad_scenario_makes_initialize_fail_until_it_is_right)
 {
     const std::string path = make_folder() + "/s.json";
-    name_scenario(path);
+    set_environment(path);
     testing::internal::CaptureStderr();
     EXPECT_EQ(QXDR_Initialize(), 14u);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr(path + ":1: cannot read"));
