@@ -18,6 +18,9 @@
  *            said to have a fixed result may return 9000 (the library was busy for 5 seconds, or failed internally)
  *            and 9001 (no memory), and, but for VyraInitialize_N, 9101 (not initialized). Those statuses are not
  *            repeated below.
+ * Refusals   A function that "asks the scanner" may also return what the driver library's refusal amounts to: 9000, 9005
+ *            (the scanner is gone), 9016 (no answer in time), 9025 (refused), 9101, 9108, 9109, 9111 (wrong state) or
+ *            9114 (no such capture configuration). The log has the driver's own number.
  * Handles    A handle is an unsigned 32-bit number; 0xFFFFFFFF (VYRA_NO_HANDLE) names none. A new handle is the number
  *            of scanners open at that moment. After closing handle 0 of two, the next open therefore gives handle 1
  *            again and displaces the scanner that had it: close in reverse order of opening. Every function that takes
@@ -118,7 +121,7 @@ int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, i
 /* Closes every open scanner, releases the driver, stops the notification service and closes the log. Every waiting
    VyraGetStatus returns. Video need not be stopped first, but should be: it is not stopped here. Returns 9000 when the
    driver cannot be released; the library then stays initialized. Waits for a notification subscriber that is running;
-   not to be called from one. */
+   not to be called from one: it then returns 9000 half done, and only VyraInitialize_N leads on. */
 int32_t VyraTerminate(void);
 
 /* Lists the attached scanners by name. count: in, the number of 255-byte slots at buffer (0 gives 9109); out, the number
@@ -134,7 +137,7 @@ int32_t VyraGetDeviceList_N(uint32_t* count, DeviceListRecord* buffer);
 
 /* Opens the scanner called name and stores its handle. handle holds VYRA_NO_HANDLE after every failure. Returns 9108 when
    8 scanners are open, 9110 when this one is open already or the system sleeps, 9109 for a null name or handle, otherwise
-   the driver's refusal (9005 for a name that no attached scanner has). All LEDs are switched off. */
+   asks the scanner (9005 for a name that no attached scanner has). All LEDs are switched off. */
 int32_t VyraOpenDevice(const char* name, uint32_t* handle);
 
 /* The same; unused is not read. */
@@ -148,7 +151,7 @@ int32_t VyraBrenvoZultaOpenDevice(const char* name, uint32_t* handle, uint8_t op
 int32_t VyraCloseDevice_N(uint32_t handle);
 
 /* Restarts the scanner and waits until it is back, for at most 2 seconds; 9005 when it does not come back. The handle
-   stays valid. Blocks every other call meanwhile. */
+   stays valid. Blocks every other call meanwhile. Asks the scanner. */
 int32_t VyraBusReset_N(uint32_t handle);
 
 /* Waits, without a limit, for a change: a scanner is closed, plugged or unplugged, the system goes to sleep, the library
@@ -162,15 +165,15 @@ int32_t VyraGetStatus(uint32_t handle);
 /* Starts video in a mode: modes 1, 2 and 4 to 8 capture flat fingers (1600 x 1500 pixels on a standard scanner), modes 0
    and 9 to 18 rolled fingers (1608 x 1000). Mode 3 and modes above 18: 9109. 9114 when the scanner does not have the
    configuration. unused is not read. Outstanding requests are dropped. A running video is stopped first, which takes 200
-   milliseconds. One processor stays busy while video runs. */
+   milliseconds. One processor stays busy while video runs. Asks the scanner. */
 int32_t VyraBrenvoStartVideo(uint32_t handle, uint32_t mode, uint32_t unused);
 
 /* Starts video of flat fingers. As VyraBrenvoStartVideo in mode 1. */
 int32_t VyraBrenvoZultaStartCamera(uint32_t handle);
 
 /* Stops video and drops the outstanding requests: when it returns 0, no buffer is written any more. Waits for an image
-   that is being copied. Returns the driver's refusal when the capture cannot be stopped. Also allowed when video does not
-   run. */
+   that is being copied. Asks the scanner; after its refusal the capture may go on, but no request is served. Also allowed
+   when video does not run. */
 int32_t VyraStopVideo(uint32_t handle);
 
 /* Hands in a buffer for one image, large enough for the whole image of the mode, and a value of the host's own that comes
@@ -223,13 +226,13 @@ int32_t VyraBrenvoZultaSetParameters(uint32_t handle, uint8_t parameter, uint32_
 
 /* ---- Device data and firmware ------------------------------------------------------------------------------------- */
 
-/* Stores the size in bytes of the scanner's parameter container. */
+/* Stores the size in bytes of the scanner's parameter container. Asks the scanner. */
 int32_t VyraBrenvoZultaGetGlobalParamSize(uint32_t handle, uint32_t* size);
 
-/* Reads size bytes of the parameter container. After a failure the buffer may be partly written. */
+/* Reads size bytes of the parameter container. Asks the scanner. After a failure the buffer may be partly written. */
 int32_t VyraBrenvoZultaReadGlobalParam(uint32_t handle, void* buffer, uint32_t size);
 
-/* Takes a snapshot into buffer. The three values are the driver's own and pass through unchanged. */
+/* Takes a snapshot into buffer. The three values are the driver's own and pass through unchanged. Asks the scanner. */
 int32_t VyraBrenvoZultaGetSnapshotAcquisition(uint32_t handle, void* buffer, uint32_t a, uint32_t b, uint32_t c);
 
 /* Accepts the request without effect. */
@@ -242,8 +245,9 @@ int32_t VyraBrenvoZultaReadUniformityBuffers(uint32_t handle, void* buffer, int3
 #define VYRA_CALIBRATION_HEIGHT 2004
 #define VYRA_CALIBRATION_SIZE 6444864
 
-/* Loads a firmware image into the scanner and restarts it; does not wait for it to come back. Null image: 9109. Blocks
-   every other call for as long as the transfer takes; calls that wait longer than 5 seconds fail with 9000. */
+/* Loads a firmware image into the scanner and restarts it; does not wait for it to come back. Null image: 9109. Asks
+   the scanner, twice: when the restart is refused, the firmware is in it all the same. Blocks every other call for as long
+   as the transfer takes; calls that wait longer than 5 seconds fail with 9000. */
 int32_t VyraPutMemory(uint32_t handle, const void* image, size_t length);
 
 /* ---- Present for compatibility ------------------------------------------------------------------------------------ */
