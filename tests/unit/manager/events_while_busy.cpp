@@ -14,16 +14,6 @@ constexpr std::uint32_t stopped = 3;
 
 class Events_while_busy : public Manager_test {
 protected:
-    static void unplug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
-    static void plug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
     void start_video()
     {
         open_scanners(1);
@@ -202,27 +192,15 @@ TEST_F(Events_while_busy, Plug_While_Terminate_Runs_Comes_Too_Late)
 // A subscriber that takes its time holds the end up; the library counts as initialized until then.
 TEST_F(Events_while_busy, Terminate_Waits_For_A_Subscriber_And_Is_Initialized_Until_Then)
 {
-    static std::promise<void>* entered;
-    static std::shared_future<void> leave;
-    std::promise<void> inside;
-    std::promise<void> go_on;
-    entered = &inside;
-    leave = go_on.get_future().share();
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
-    ASSERT_TRUE(SubscribeToUsbEvent(0x1A2B, 0x00FF, [](int, int, UsbPlugEventType) {
-        entered->set_value();
-        leave.wait();
-    }));
-    auto event = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "\\\\?\\USB#VID_1A2B&PID_00FF#1"); });
-    inside.get_future().wait();
+    Busy_usb_subscriber subscriber;
     auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
     EXPECT_EQ(brenvozulta_sim_wait_returned("QXDR_Release", 1, test_support::patience_ms), 1);
     EXPECT_NE(terminating.wait_for(std::chrono::milliseconds(50)), std::future_status::ready);
     EXPECT_TRUE(access::initialized());
-    go_on.set_value();
+    subscriber.release();
     EXPECT_EQ(terminating.get(), VYRA_OK);
-    event.get();
     EXPECT_FALSE(access::initialized());
 }
 

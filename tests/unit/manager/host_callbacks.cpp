@@ -9,19 +9,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Host_callbacks : public Manager_test {
-protected:
-    static void plug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
-    static void unplug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
-};
+using Host_callbacks = Manager_test;
 
 }  // namespace
 

@@ -33,16 +33,6 @@ protected:
         brenvozulta_sim_send_event(event, brenvozulta_sim_handle(scanner));
         EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
     }
-    static void plug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
-    static void unplug(const char* scanner)
-    {
-        EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
-    }
 };
 
 }  // namespace

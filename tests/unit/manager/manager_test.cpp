@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "support/log_lines.h"
+#include "vyra/notify.h"
 
 namespace manager_tests {
 
@@ -59,6 +60,18 @@ void Manager_test::open_scanners(std::size_t count)
         ASSERT_EQ(open(scanner_name(number)), number - 1);
     }
     brenvozulta_sim_clear_calls();
+}
+
+void Manager_test::plug(const char* scanner)
+{
+    EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+}
+
+void Manager_test::unplug(const char* scanner)
+{
+    EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
 }
 
 std::vector<void*> Manager_test::closed_in_driver()
@@ -217,6 +230,39 @@ void broadcast_usb(std::uintptr_t event, const std::string& device_path)
     record->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     std::memcpy(record->dbcc_name, device_path.c_str(), device_path.size() + 1);
     SendMessageA(FindWindowA(notifier_class, nullptr), WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(record));
+}
+
+namespace {
+
+// What the subscriber, which has no context, tells and waits for.
+std::promise<void>* subscriber_entered;
+std::shared_future<void> subscriber_leaves;
+
+}  // namespace
+
+Busy_usb_subscriber::Busy_usb_subscriber()
+{
+    subscriber_entered = &entered_;
+    subscriber_leaves = leave_.get_future().share();
+    EXPECT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
+        subscriber_entered->set_value();
+        subscriber_leaves.wait();
+    }));
+    event_ = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "USB#VID_0001&PID_0002#1"); });
+    entered_.get_future().wait();
+}
+
+Busy_usb_subscriber::~Busy_usb_subscriber()
+{
+    if (event_.valid()) {
+        release();
+    }
+}
+
+void Busy_usb_subscriber::release()
+{
+    leave_.set_value();
+    event_.get();
 }
 
 }  // namespace manager_tests

@@ -31,6 +31,10 @@ protected:
     // Initializes the library with further scanners attached, and opens them all: handles 0, 1, ...
     void open_scanners(std::size_t count);
 
+    // The scanner comes or goes, and the library has dealt with it.
+    static void plug(const char* scanner);
+    static void unplug(const char* scanner);
+
     // The driver handles that QXDR_CloseDevice was given since the record was cleared.
     static std::vector<void*> closed_in_driver();
 };
@@ -105,6 +109,23 @@ bool wait_for_notifier_window();
 // What the system sends to all windows; returns when it has been handled.
 void broadcast_power(std::uintptr_t event);
 void broadcast_usb(std::uintptr_t event, const std::string& device_path);
+
+// A USB subscriber of the host's, called by the notifier and inside until it is released. Needs the notifier's window.
+class Busy_usb_subscriber {
+public:
+    Busy_usb_subscriber();
+    ~Busy_usb_subscriber();
+    Busy_usb_subscriber(const Busy_usb_subscriber&) = delete;
+    Busy_usb_subscriber& operator=(const Busy_usb_subscriber&) = delete;
+
+    void release();
+
+private:
+    std::promise<void> entered_;
+    std::promise<void> leave_;
+    std::future<void> event_;
+};
+
 constexpr std::uintptr_t system_suspends = 4;
 constexpr std::uintptr_t system_resumed = 7;
 constexpr std::uintptr_t system_resumed_unattended = 18;

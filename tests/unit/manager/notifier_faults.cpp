@@ -26,8 +26,7 @@ protected:
         EXPECT_EQ(take_log(), Lines{line});
         EXPECT_FALSE(notifier_window_exists());
         EXPECT_EQ(open(), 0U);
-        EXPECT_EQ(brenvozulta_sim_plug(scanner_2), 1);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        plug(scanner_2);
         EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}));
         take_log();
         EXPECT_EQ(VyraTerminate(), VYRA_OK);
@@ -55,25 +54,13 @@ TEST_F(Notifier_faults, A_Refused_Registration_Does_Not_Fail_The_Session)
 // A sleep that comes while the notifier is being stopped finds nobody to tell.
 TEST_F(Notifier_faults, The_Power_Subscription_Ends_Before_The_Notifier)
 {
-    static std::promise<void>* entered;
-    static std::shared_future<void> leave;
-    std::promise<void> inside;
-    std::promise<void> go_on;
-    entered = &inside;
-    leave = go_on.get_future().share();
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
-    ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
-        entered->set_value();
-        leave.wait();
-    }));
-    auto event = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "USB#VID_0001&PID_0002#1"); });
-    inside.get_future().wait();
+    Busy_usb_subscriber subscriber;
     const auto sent = win32_double::calls("SendMessageA");
     auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
     EXPECT_TRUE(becomes_true([=] { return win32_double::calls("SendMessageA") > sent; })) << "it closes the window";
     EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
-    go_on.set_value();
+    subscriber.release();
     EXPECT_EQ(terminating.get(), VYRA_OK);
-    event.get();
 }
