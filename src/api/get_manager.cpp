@@ -1,6 +1,5 @@
 #include "api/get_manager.h"
 
-#include <atomic>
 #include <boost/smart_ptr/allocate_shared_array.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/thread/once.hpp>
@@ -11,16 +10,15 @@
 
 namespace kvs::brenvozulta {
 
-namespace {
+std::atomic<const manager_owner*> global_owner{nullptr};
 
-using manager_owner = boost::shared_ptr<brenvozulta_manager>;
+namespace {
 
 // The manager with its reference count, and the global owner. They are never destroyed: a host's threads may still be
 // in a call when the process ends.
 alignas(std::max_align_t) unsigned char manager_storage[sizeof(brenvozulta_manager) + 128];
 alignas(manager_owner) unsigned char owner_storage[sizeof(manager_owner)];
 
-std::atomic<manager_owner*> global_owner{nullptr};
 boost::once_flag created = BOOST_ONCE_INIT;
 
 // Hands out manager_storage, once.
@@ -54,14 +52,10 @@ void create_manager()
 
 }  // namespace
 
-manager_owner get_manager()
+const manager_owner& create_manager_once()
 {
-    const manager_owner* owner = global_owner.load(std::memory_order_acquire);
-    if (owner == nullptr) {
-        boost::call_once(created, create_manager);
-        owner = global_owner.load(std::memory_order_acquire);
-    }
-    return *owner;
+    boost::call_once(created, create_manager);
+    return *global_owner.load(std::memory_order_acquire);
 }
 
 }  // namespace kvs::brenvozulta

@@ -1,89 +1,23 @@
 #include "log/log.h"
 
-#include <io.h>
-#include <sys/timeb.h>
-#include <time.h>
-#include <windows.h>
-
 #include <cstdarg>
-#include <cstdio>
-#include <cstring>
 
 #include "api/get_manager.h"
-#include "log/log_file.h"
+#include "log/log_line.h"
 #include "manager/manager.h"
 
 namespace kvs::brenvozulta {
 
-namespace {
-
-// The limit of wvsprintfA itself.
-constexpr std::size_t message_size = 1024;
-
-bool write_piece(int file, const char* piece)
-{
-    const auto length = static_cast<unsigned>(std::strlen(piece));
-    return _write(file, piece, length) == static_cast<int>(length);
-}
-
-void format_timestamp(char (&text)[64])
-{
-    __timeb64 now = {};
-    _ftime64(&now);
-    const char* calendar = _ctime64(&now.time);
-    std::snprintf(text, sizeof(text), "%.19s.%03hu", calendar == nullptr ? "" : calendar, now.millitm);
-    text[std::strcspn(text, "\r\n")] = '\0';
-}
-
-}  // namespace
-
+// Nearly every line is one that is not written: nothing of the making of a line is in here.
 void log_printf(int level, const char* format, ...) noexcept
 {
     if (get_manager()->log_level() < level) {
         return;
     }
-    char message[message_size];
     va_list arguments;
     va_start(arguments, format);
-    wvsprintfA(message, format, arguments);
+    log_vprintf(format, arguments);
     va_end(arguments);
-    try {
-        log_write(message);
-    } catch (...) {
-        // Only building the directory's name can end here, for want of memory: the line is dropped.
-    }
-}
-
-int log_write(const char* line)
-{
-    const auto limit = get_manager()->log_max_size();
-    if (static_cast<std::int64_t>(std::strlen(line)) >= limit) {
-        return -1;
-    }
-    log_file_owner owner = open_log_file();
-    if (owner && _filelength(owner->descriptor()) >= limit) {
-        owner.reset();  // it could not be closed, nor then be moved
-        log_rotate((log_directory() + log_sub_directory).c_str());
-        owner = current_log_file();
-    }
-    if (!owner) {
-        return -1;
-    }
-    const int file = owner->descriptor();
-
-    char timestamp[64];
-    format_timestamp(timestamp);
-    char thread[32];
-    std::snprintf(thread, sizeof(thread), "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
-    // A write for each piece: appending keeps a piece whole, whoever else writes at the same moment.
-    write_piece(file, timestamp);
-    write_piece(file, " ");
-    write_piece(file, thread);
-    if (!write_piece(file, line)) {
-        return -1;
-    }
-    _commit(file);  // the line survives a crash of the machine
-    return 0;
 }
 
 }  // namespace kvs::brenvozulta

@@ -47,7 +47,10 @@ namespace kvs::brenvozulta {
 
 using recording_manager::take_down;
 
-boost::shared_ptr<brenvozulta_manager> get_manager()
+// Never set: every get_manager comes here.
+std::atomic<const manager_owner*> global_owner{nullptr};
+
+const manager_owner& create_manager_once()
 {
     ++recording_manager::state().managers_obtained;
     return recording_manager::holder();
