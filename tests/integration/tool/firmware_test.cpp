@@ -64,6 +64,7 @@ TEST_F(Firmware, MissingAndEmptyFilesAreRefused)
     EXPECT_EQ(empty.code, 1);
     EXPECT_THAT(empty.err, AllOf(HasSubstr("\"" + path("empty") + "\" is empty"), Not(HasSubstr("loading"))));
     EXPECT_THAT(run({"firmware", path(""), "--yes"}).err, HasSubstr("is a directory"));
+    EXPECT_THAT(run({"firmware", "/no/such/file", "--yes"}).err, HasSubstr("cannot open the file \"/no/such/file\""));
 }
 
 TEST_F(Firmware, ATransferThatBreaksOffIsAFailure)
