@@ -143,6 +143,8 @@ TEST_F(Events_while_busy, Sleep_During_A_Reset_Waits_For_Its_End)
     auto resetting = std::async(std::launch::async, [] { return VyraBusReset_N(0); });
     ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_ResetDevice", 1, test_support::patience_ms), 1);
     auto falling_asleep = std::async(std::launch::async, [] { broadcast_power(system_suspends); });
+    // Its line stands before the scanner's return writes one: the log would mix their pieces.
+    ASSERT_TRUE(wait_for_message("SET Vyrabrenvozulta IN HIBERNATE MODE"));
     EXPECT_FALSE(access::suspended());
     brenvozulta_sim_unblock("QXDR_ResetDevice");
     EXPECT_EQ(resetting.get(), VYRA_OK);
