@@ -86,7 +86,9 @@ bool check_notification()
     send_events(window);
     good = report(received == all_events, "all four events received") && good;
     good = report(UnSubscribeToUsbEvent(vendor_id, product_id), "unsubscribed from the USB device") && good;
+    good = report(!UnSubscribeToUsbEvent(vendor_id, product_id), "refused to do so again") && good;
     good = report(UnsubscribeToPowerEvent(on_power), "unsubscribed from sleep and resume") && good;
+    good = report(!UnsubscribeToPowerEvent(on_power), "refused to do so again") && good;
     good = report(TerminateUsbNotifier(window_class) && find_window() == nullptr, "notifier stopped") && good;
     return good;
 }
