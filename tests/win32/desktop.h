@@ -1,5 +1,5 @@
-// The windows of the process: the state behind the user32 functions. One lock guards all of it; no window procedure and
-// no other foreign code is ever called while it is held.
+// The windows of the process and the events that their threads wait for. One lock guards all of it; no window procedure
+// and no other foreign code is ever called while it is held.
 #pragma once
 #include <condition_variable>
 #include <cstddef>
@@ -67,12 +67,19 @@ struct Device_notification {
     bool all_classes = false;
 };
 
+// Once set it stays set until its handle is closed.
+struct Event {
+    bool set = false;
+    std::condition_variable changed;  // it has been set
+};
+
 struct Desktop {
     std::mutex lock;  // guards everything below and every record that it reaches; a leaf
     std::vector<std::shared_ptr<Window_class>> classes;
     std::map<HWND, std::shared_ptr<Window>> windows;
     std::map<DWORD, std::shared_ptr<Message_queue>> queues;
     std::map<HDEVNOTIFY, Device_notification> notifications;
+    std::map<HANDLE, std::shared_ptr<Event>> events;
     uintptr_t next_handle = 0x10010;
     ATOM next_atom = 0xC000;
 

@@ -241,6 +241,8 @@ BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT options
     const auto queue = own_queue();
     while (!queue->sent.empty())
         handle_sent_message(lock, *queue);
+    if ((options & PM_QS_SENDMESSAGE) != 0)
+        return FALSE;
     const auto next = take_message(*queue, window, first, last, (options & PM_REMOVE) != 0);
     if (next)
         *message = *next;

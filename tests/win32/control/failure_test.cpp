@@ -98,6 +98,10 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Failing_call{"DeleteFileA", [] { return !DeleteFileA("/nothing"); }},
         Failing_call{"MoveFileA", [] { return !MoveFileA("/nothing", "/nothing else"); }},
+        Failing_call{"CreateEventA", [] { return CreateEventA(nullptr, TRUE, FALSE, nullptr) == nullptr; }},
+        Failing_call{"SetEvent", [] { return !SetEvent(nullptr); }},
+        Failing_call{"CloseHandle", [] { return !CloseHandle(nullptr); }},
+        Failing_call{"WaitForSingleObject", [] { return WaitForSingleObject(nullptr, 0) == WAIT_FAILED; }},
         Failing_call{"Beep", [] { return !Beep(1000, 100); }},
         Failing_call{"GetModuleHandleA", [] { return GetModuleHandleA(nullptr) == nullptr; }},
         Failing_call{"GetModuleFileNameA", [] { return GetModuleFileNameA(nullptr, text, 64) == 0; }},
@@ -111,6 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
         Failing_call{"SetConsoleCtrlHandler", [] { return !SetConsoleCtrlHandler(nullptr, FALSE); }}));
 
 const HWND no_window = nullptr;
+const HANDLE no_event = nullptr;
 const WNDCLASSEXA window_class{
     sizeof(WNDCLASSEXA), 0, procedure, 0, 0, nullptr, nullptr, nullptr, nullptr, nullptr, "FAILING", nullptr};
 WNDCLASSEXA class_info{};
@@ -138,6 +143,11 @@ INSTANTIATE_TEST_SUITE_P(
         Failing_call{"PostThreadMessageA", [] { return !PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0); }},
         Failing_call{"GetMessageA", [] { return GetMessageA(&message, nullptr, 0, 0) == -1; }},
         Failing_call{"PeekMessageA", [] { return !PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE); }},
+        Failing_call{"MsgWaitForMultipleObjectsEx",
+                     [] {
+                         return MsgWaitForMultipleObjectsEx(1, &no_event, 0, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE) ==
+                                WAIT_FAILED;
+                     }},
         Failing_call{"DispatchMessageA", [] { return DispatchMessageA(&message) == 0; }},
         Failing_call{"RegisterDeviceNotificationA",
                      [] { return RegisterDeviceNotificationA(nullptr, nullptr, 0) == nullptr; }},

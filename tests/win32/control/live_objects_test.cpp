@@ -67,6 +67,15 @@ TEST(Live_objects, ClassesWindowsAndRegistrationsAreCounted)
     EXPECT_EQ(live_objects().device_notifications, before.device_notifications);
 }
 
+TEST(Live_objects, EventsAreCountedUntilClosed)
+{
+    const auto before = live_objects();
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    EXPECT_EQ(live_objects().events, before.events + 1);
+    EXPECT_TRUE(CloseHandle(event));
+    EXPECT_EQ(live_objects().events, before.events);
+}
+
 TEST(Live_objects, AThreadsQueueAndWindowsEndWithIt)
 {
     register_class();

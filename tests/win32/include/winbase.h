@@ -25,6 +25,18 @@ void WINAPI SetLastError(DWORD error);
 DWORD WINAPI GetCurrentThreadId(void);
 DWORD WINAPI GetCurrentProcessId(void);
 void WINAPI Sleep(DWORD milliseconds);
+
+#define INFINITE 0xFFFFFFFF
+#define WAIT_OBJECT_0 0x00000000
+#define WAIT_TIMEOUT 258
+#define WAIT_FAILED 0xFFFFFFFF
+
+/* Events are the only kernel objects that there are: without a name, reset by nobody, not set at first. */
+typedef struct _SECURITY_ATTRIBUTES* LPSECURITY_ATTRIBUTES;
+HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL initially_set, LPCSTR name);
+BOOL WINAPI SetEvent(HANDLE event);
+BOOL WINAPI CloseHandle(HANDLE handle);
+DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 BOOL WINAPI Beep(DWORD frequency, DWORD duration);
 
 BOOL WINAPI DeleteFileA(LPCSTR path);

@@ -50,8 +50,11 @@
 #define GWL_EXSTYLE (-20)
 #define GWLP_USERDATA (-21)
 
+#define QS_SENDMESSAGE 0x0040
 #define PM_NOREMOVE 0x0000
 #define PM_REMOVE 0x0001
+#define PM_QS_SENDMESSAGE (QS_SENDMESSAGE << 16)
+#define MWMO_INPUTAVAILABLE 0x0004
 
 #define DEVICE_NOTIFY_WINDOW_HANDLE 0x00000000
 #define DEVICE_NOTIFY_SERVICE_HANDLE 0x00000001
@@ -128,6 +131,9 @@ BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM
 void WINAPI PostQuitMessage(int exit_code);
 BOOL WINAPI GetMessageA(MSG* message, HWND window, UINT first, UINT last);
 BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT options);
+/* Of one event and of sent messages, those included that were there before. */
+DWORD WINAPI MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake_mask,
+                                         DWORD flags);
 BOOL WINAPI TranslateMessage(const MSG* message);
 LRESULT WINAPI DispatchMessageA(const MSG* message);
 
