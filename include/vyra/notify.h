@@ -10,8 +10,10 @@
 // - Every function may be called from any thread. None blocks for longer than a subscriber that is running, except
 //   TerminateUsbNotifier, which waits for the notifier thread to end.
 // - Starts and stops are carried out one at a time.
-// - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not throw:
-//   nothing of the kind reaches anybody, it is logged at best.
+// - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not wait
+// for
+//   a thread that is inside the library, so tell other threads by PostMessage. It must not throw: nothing of the kind
+//   reaches anybody, it is logged at best.
 // - VyraInitialize_N starts the notifier and VyraTerminate stops it, under the class name "VYRABRENVOZULTA". A start
 //   clears the USB subscriptions, so subscribe after VyraInitialize_N. Power subscriptions survive.
 #pragma once
@@ -34,13 +36,16 @@ using PowerEventCallback = void (*)(SysPowerEventType event);
 // delivered from the moment the window exists. windowClassName names the window's class; the text is not copied and
 // must stay valid until the notifier has stopped. Returns true when the notifier was started or runs already. When the
 // system then refuses the window, or its device notifications, that is logged and the notifier stands as if stopped.
-// When the system refuses the thread, the call ends in the thread library's resource exception, and the notifier counts
-// as running until TerminateUsbNotifier is called.
+// When the system refuses the thread, or its events, the call ends in the thread library's resource exception, and the
+// notifier counts as running until TerminateUsbNotifier is called.
 bool InitUsbNotifier(char* windowClassName);
 
-// Stops the notifier and waits for its thread, subscribers included. Subscriptions stay in their tables. Always returns
-// true, also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself. The
-// notifier is stopped all the same, but the call ends in the thread library's resource-deadlock exception.
+// Stops the notifier and waits for its thread, subscribers included. While it waits, messages that are sent to windows
+// of the calling thread are answered, so a USB subscriber may send to the thread that stops; posted messages stay in
+// its queue. Subscriptions stay in their tables. Always returns true, also when the notifier does not run. Not to be
+// called from a subscriber: a thread cannot wait for itself. The notifier is stopped all the same, but the call ends in
+// the thread library's resource-deadlock exception. Without memory, or an event to wait for, it ends in an exception
+// too, and the notifier goes on running.
 bool TerminateUsbNotifier(char* windowClassName);
 
 // Subscribes callback to the arrival and removal of USB devices with this vendor and product identifier (0 to 0xFFFF

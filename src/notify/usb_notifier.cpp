@@ -2,6 +2,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
+#include <utility>
 
 #include "notify/log_exceptions.h"
 #include "notify/notifier_thread.h"
@@ -11,23 +12,24 @@
 namespace kvs::brenvozulta {
 
 // Serialises starts and stops. False, at once, on a thread for which the stop under way itself waits: on the notifier
-// thread inside a subscriber, and on the stopping thread when a message reaches it while it waits for its own to be
-// handled. Waiting there would never end.
-bool usb_notifier::wait_for_other_stop(unique_lock& lock)
+// thread inside a subscriber, and on the stopping thread when a message reaches it while it waits. Waiting there would
+// never end.
+bool usb_notifier::wait_for_other_stop(unique_lock& lock) const
 {
     const boost::thread::id self = boost::this_thread::get_id();
-    while (stopping_) {
-        if (self == stopper_ || self == awaited_) {
+    while (const auto other = stop_) {
+        if (self == other->stopper || self == other->awaited) {
             return false;
         }
-        changed_.wait(lock);
+        lock.unlock();
+        other->over.wait();
+        lock.lock();
     }
     return true;
 }
 
 bool usb_notifier::start(const char* class_name)
 {
-    const boost::this_thread::disable_interruption whole;
     unique_lock lock(mutex_);
     // From inside a stop, a start counts as having come before it, when the notifier was running.
     if (!wait_for_other_stop(lock) || running_) {
@@ -40,89 +42,82 @@ bool usb_notifier::start(const char* class_name)
     run_.reset();
     thread_.detach();
     const auto run = boost::make_shared<Run>();
-    thread_ = boost::thread([=] { run_thread(class_name, run); });
+    thread_ = boost::thread([=] { run_thread(class_name, run.get()); });
     run_ = run;
     return true;
 }
 
-void usb_notifier::run_thread(const char* class_name, const run_ptr& run)
+void usb_notifier::run_thread(const char* class_name, Run* run)
 {
     const bool ended_by_quit = log_exceptions([&] {
         notifier_thread_main(class_name, [&](HWND window) {
-            const boost::lock_guard<boost::mutex> lock(mutex_);
             run->window = window;
             run->thread_id = GetCurrentThreadId();
-            run->starting = false;
-            changed_.notify_all();
+            run->settled.set();
         });
     });
-    const boost::lock_guard<boost::mutex> lock(mutex_);
-    run->starting = false;
-    // A failed thread leaves the notifier as a stop leaves it.
-    if (!ended_by_quit && run == run_) {
-        running_ = false;
+    {
+        const boost::lock_guard<boost::mutex> lock(mutex_);
+        // A failed thread leaves the notifier as a stop leaves it.
+        if (!ended_by_quit && run == run_.get()) {
+            running_ = false;
+        }
     }
-    changed_.notify_all();
+    run->settled.set();
+    run->ended.set();
 }
 
-// Gives the mutex up for as long as it waits for anything.
-void usb_notifier::close_window(const char* class_name, unique_lock& lock)
+void usb_notifier::end_thread(const char* class_name, const Run* run, bool from_inside)
 {
-    const run_ptr run = run_;
-    if (run == nullptr) {
-        return;
+    if (run != nullptr) {
+        // A window that does not exist yet cannot be closed, and its loop would never end. On the notifier thread
+        // itself it does exist: only its messages lead here.
+        if (!from_inside) {
+            run->settled.wait();
+        }
+        if (run->window != nullptr) {
+            close_notifier_window(run->window, run->thread_id, class_name);
+        }
+        if (!from_inside) {
+            run->ended.wait();
+        }
     }
-    // A window that does not exist yet cannot be closed, and its loop would never end. On the notifier thread itself it
-    // does exist: only its messages lead here.
-    while (run->starting && stopper_ != awaited_) {
-        changed_.wait(lock);
+    // A stop goes through with all its steps: an interruption would leave a thread that nobody waits for.
+    const boost::this_thread::disable_interruption whole;
+    if (thread_.joinable()) {
+        thread_.join();
     }
-    if (run->window != nullptr) {
-        lock.unlock();
-        close_notifier_window(run->window, run->thread_id, class_name);
-        lock.lock();
-    }
+}
+
+void usb_notifier::end_stop()
+{
+    const boost::lock_guard<boost::mutex> lock(mutex_);
+    stop_->over.set();
+    stop_.reset();
 }
 
 bool usb_notifier::stop(const char* class_name)
 {
-    // A stop goes through with all its steps: an interruption halfway would leave a window that nobody closes.
-    const boost::this_thread::disable_interruption whole;
     unique_lock lock(mutex_);
     if (!wait_for_other_stop(lock) || !running_) {
         return true;
     }
+    // It takes memory and an event. A stop that cannot be had leaves the notifier running, for another try.
+    const auto stop = boost::make_shared<Stop>();
+    stop->stopper = boost::this_thread::get_id();
+    stop->awaited = thread_.get_id();
+    stop_ = stop;
     running_ = false;
-    stopping_ = true;
-    stopper_ = boost::this_thread::get_id();
-    awaited_ = thread_.get_id();
-
-    const auto finish = [this, &lock] {
-        if (!lock.owns_lock()) {
-            lock.lock();
-        }
-        stopping_ = false;
-        changed_.notify_all();
-    };
-    try {
-        close_window(class_name, lock);
-    } catch (...) {
-        // Waiting for the window takes memory. A stop that cannot be had leaves the notifier running, for another try.
-        finish();
-        running_ = true;
-        throw;
-    }
+    const boost::shared_ptr<Run> run = std::move(run_);
     lock.unlock();
     try {
-        if (thread_.joinable()) {
-            thread_.join();
-        }
+        end_thread(class_name, run.get(), stop->stopper == stop->awaited);
     } catch (...) {
         // A thread cannot wait for itself: the stop came from a subscriber.
-        finish();
+        end_stop();
         throw;
     }
-    finish();
+    end_stop();
     return true;
 }
 

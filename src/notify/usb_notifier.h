@@ -10,9 +10,10 @@
 #include <windows.h>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/condition_variable.hpp>
 #include <boost/thread/mutex.hpp>
 #include <boost/thread/thread.hpp>
+
+#include "notify/completion.h"
 
 namespace kvs::brenvozulta {
 
@@ -27,28 +28,32 @@ private:
     // One start and its thread. A thread that was stopped from inside a subscriber may still be on its way out while
     // the next one runs, so it has its own.
     struct Run {
-        bool starting = true;  // neither is there a window yet nor has the thread failed
+        completion settled;  // there is a window, or the thread has failed
+        completion ended;    // the thread has nothing left to do
+        // Written before it is settled. Null when there is none.
         HWND window = nullptr;
         DWORD thread_id = 0;
     };
-    using run_ptr = boost::shared_ptr<Run>;
+    // A stop that is under way.
+    struct Stop {
+        boost::thread::id stopper;
+        boost::thread::id awaited;  // the notifier thread
+        completion over;
+    };
 
-    bool wait_for_other_stop(unique_lock& lock);
-    void run_thread(const char* class_name, const run_ptr& run);
-    void close_window(const char* class_name, unique_lock& lock);
+    bool wait_for_other_stop(unique_lock& lock) const;
+    void run_thread(const char* class_name, Run* run);
+    void end_thread(const char* class_name, const Run* run, bool from_inside);
+    void end_stop();
 
     // Guards everything below. Held for moments only, never while a window, a thread or a subscriber is waited for; the
     // lock of the USB table may be taken inside it.
     boost::mutex mutex_;
-    boost::condition_variable changed_;
     bool running_ = false;
-    run_ptr run_;  // of the newest start; null when it got no thread
-    // Of the same start. While a stop is under way, only that stop touches it, and without the mutex.
+    boost::shared_ptr<Run> run_;  // while running; null when the start got no thread
+    // Of the newest start. While a stop is under way, only that stop touches it, and without the mutex.
     boost::thread thread_;
-    // While a stop is under way: the thread that stops, and the notifier thread for which it waits.
-    bool stopping_ = false;
-    boost::thread::id stopper_;
-    boost::thread::id awaited_;
+    boost::shared_ptr<Stop> stop_;  // null when none is under way
 };
 
 // The one notifier of the process.

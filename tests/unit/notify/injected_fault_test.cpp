@@ -28,6 +28,7 @@ protected:
         EXPECT_EQ(live.windows, 0u);
         EXPECT_EQ(live.window_classes, 0u);
         EXPECT_EQ(live.device_notifications, 0u);
+        EXPECT_EQ(live.events, 0u);
     }
 
     // A start with the order to fail given, the log line that it leaves, and a start after it without a stop.
@@ -137,6 +138,43 @@ TEST_F(Injected_fault_test, a_thread_that_cannot_be_created_raises_its_error_and
     stop();
     // There was no window to close: that of the start before is none of this one's.
     EXPECT_EQ(win32_double::calls("SendMessageA"), 0u);
+    expect_service_works();
+}
+
+// Of the two events that a start needs, the first and the second.
+TEST_F(Injected_fault_test, a_start_without_an_event_raises_its_error_and_a_stop_makes_it_good)
+{
+    for (const int after : {0, 1}) {
+        win32_double::fail("CreateEventA", 1, ERROR_NOT_ENOUGH_MEMORY, after);
+        EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
+        EXPECT_EQ(win32_double::live_objects().events, 0u);
+        // The notifier counts as running all the same.
+        EXPECT_TRUE(InitUsbNotifier(class_name()));
+        EXPECT_EQ(window(), nullptr);
+        stop();
+        expect_service_works();
+    }
+}
+
+TEST_F(Injected_fault_test, a_stop_without_an_event_raises_its_error_and_leaves_the_notifier_running)
+{
+    start();
+    ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
+    win32_double::fail("CreateEventA");
+    EXPECT_THROW(TerminateUsbNotifier(class_name()), boost::thread_resource_error);
+    plug(device_path);
+    EXPECT_EQ(take_events(), std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged)});
+    stop();
+    expect_service_works();
+}
+
+TEST_F(Injected_fault_test, a_stop_that_cannot_wait_for_messages_still_waits_for_the_thread)
+{
+    start();
+    win32_double::fail("MsgWaitForMultipleObjectsEx", win32_double::always);
+    stop();
+    EXPECT_EQ(window(), nullptr);
+    win32_double::clear();
     expect_service_works();
 }
 

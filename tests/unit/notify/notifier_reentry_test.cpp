@@ -34,6 +34,23 @@ protected:
 
     static void stop_inside(int, int, UsbPlugEventType) { outcome = stop_here(class_name()); }
     static void stop_inside_power(SysPowerEventType) { outcome = stop_here(class_name()); }
+
+    static void stop_and_start()
+    {
+        outcome = stop_here(class_name());
+        EXPECT_TRUE(InitUsbNotifier(class_name()));
+    }
+
+    // Inside a subscriber: until the stop has closed the window and has only the thread left to wait for.
+    static void wait_until_window_closed()
+    {
+        const HWND open = window();
+        wait_until([=] {
+            MSG message;
+            PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+            return !IsWindow(open);
+        });
+    }
 };
 
 TEST_F(Notifier_reentry_test, a_stop_from_a_usb_subscriber_raises_the_deadlock_error)
@@ -162,53 +179,55 @@ TEST_F(Notifier_reentry_test, a_start_from_a_subscriber_and_a_stop_from_outside_
     expect_service_works();
 }
 
-// A window of the stopping thread. While that thread waits for its own message to be handled, messages reach it: here
-// one by which a subscriber asks it to stop and start the notifier.
-class Stopping_window {
+// A window of the constructing thread, to which a subscriber sends messages while that thread waits inside a stop. The
+// messages are handled by `handle`.
+class Host_window {
 public:
-    Stopping_window()
+    explicit Host_window(void (*handle)())
     {
+        handle_message = handle;
         WNDCLASSEXA window_class = {};
         window_class.cbSize = sizeof window_class;
         window_class.lpfnWndProc = procedure;
         window_class.hInstance = GetModuleHandleA(nullptr);
         window_class.lpszClassName = name;
         RegisterClassExA(&window_class);
-        handle = CreateWindowExA(0, name, "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
+        window = CreateWindowExA(0, name, "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
                                  GetModuleHandleA(nullptr), nullptr);
-        notifier_class = nullptr;
     }
-    ~Stopping_window()
+    ~Host_window()
     {
-        DestroyWindow(handle);
+        DestroyWindow(window);
         UnregisterClassA(name, GetModuleHandleA(nullptr));
     }
-    static inline std::atomic<HWND> handle{nullptr};
-    static inline std::atomic<char*> notifier_class{nullptr};
+    Host_window(const Host_window&) = delete;
+    Host_window& operator=(const Host_window&) = delete;
+
+    // From another thread: returns once the message has been handled.
+    static void send() { EXPECT_EQ(SendMessageA(window, WM_APP, 0, 0), 1); }
 
 private:
-    static constexpr const char* name = "STOPPING_WINDOW";
+    static constexpr const char* name = "HOST_WINDOW";
+    static inline std::atomic<HWND> window{nullptr};
+    static inline std::atomic<void (*)()> handle_message{nullptr};
 
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM w_param, LPARAM l_param)
+    static LRESULT CALLBACK procedure(HWND handle, UINT message, WPARAM w_param, LPARAM l_param)
     {
         if (message != WM_APP) {
-            return DefWindowProcA(window, message, w_param, l_param);
+            return DefWindowProcA(handle, message, w_param, l_param);
         }
-        outcome = stop_here(notifier_class);
-        EXPECT_TRUE(InitUsbNotifier(notifier_class));
+        handle_message.load()();
         return 1;
     }
 };
 
 TEST_F(Notifier_reentry_test, a_message_that_reaches_the_stopping_thread_may_stop_and_start)
 {
-    inside = may_return = false;
-    const Stopping_window stopping_window;
-    Stopping_window::notifier_class = class_name();
-    ASSERT_NE(Stopping_window::handle.load(), nullptr);
+    inside = false;
+    const Host_window host_window(stop_and_start);
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
-        EXPECT_EQ(SendMessageA(Stopping_window::handle, WM_APP, 0, 0), 1);
+        Host_window::send();
     }));
     boost::thread sender([] { plug("VID_0001&PID_0002"); });
     wait_until([] { return inside.load(); });
@@ -216,6 +235,74 @@ TEST_F(Notifier_reentry_test, a_message_that_reaches_the_stopping_thread_may_sto
     sender.join();
     EXPECT_EQ(outcome, Outcome::returned_true);
     EXPECT_EQ(window(), nullptr);
+}
+
+// The usual host stops on the thread that has its windows, and its subscribers send to them.
+TEST_F(Notifier_reentry_test, the_stopping_thread_answers_messages_while_it_waits_for_the_notifier_thread)
+{
+    inside = false;
+    const Host_window host_window(stop_and_start);
+    ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
+        inside = true;
+        wait_until_window_closed();
+        Host_window::send();
+    }));
+    boost::thread sender([] { plug("VID_0001&PID_0002"); });
+    wait_until([] { return inside.load(); });
+    stop();
+    sender.join();
+    EXPECT_EQ(outcome, Outcome::returned_true);
+    EXPECT_EQ(window(), nullptr);
+}
+
+// What such a message posts is the host's own and stays for its own loop.
+TEST_F(Notifier_reentry_test, a_stop_leaves_posted_messages_to_the_host)
+{
+    inside = false;
+    const DWORD self = GetCurrentThreadId();
+    const Host_window host_window([] {});
+    ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
+        inside = true;
+        wait_until_window_closed();
+        Host_window::send();
+    }));
+    boost::thread sender([] { plug("VID_0001&PID_0002"); });
+    wait_until([] { return inside.load(); });
+    ASSERT_TRUE(PostThreadMessageA(self, WM_APP, 3, 4));
+    stop();
+    sender.join();
+    MSG message;
+    ASSERT_TRUE(PeekMessageA(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 3u);
+    EXPECT_EQ(message.lParam, 4);
+}
+
+std::atomic<bool> closed{false};
+
+TEST_F(Notifier_reentry_test, a_second_stop_answers_messages_while_it_waits_for_the_first)
+{
+    inside = closed = false;
+    ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
+        inside = true;
+        wait_until_window_closed();
+        closed = true;
+        Host_window::send();
+        inside = false;
+    }));
+    boost::barrier window_made(2);
+    boost::thread second([&] {
+        const Host_window host_window([] {});
+        window_made.wait();
+        wait_until([] { return closed.load(); });
+        EXPECT_TRUE(TerminateUsbNotifier(class_name()));
+        EXPECT_FALSE(inside);
+    });
+    window_made.wait();
+    boost::thread sender([] { plug("VID_0001&PID_0002"); });
+    wait_until([] { return inside.load(); });
+    stop();
+    sender.join();
+    second.join();
 }
 
 }  // namespace
