@@ -120,8 +120,9 @@ int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, i
 
 /* Closes every open scanner, releases the driver, stops the notification service and closes the log. Every waiting
    VyraGetStatus returns. Video need not be stopped first, but should be: it is not stopped here. Returns 9000 when the
-   driver cannot be released; the library then stays initialized. Waits for a notification subscriber that is running;
-   not to be called from one: it then returns 9000 half done, and only VyraInitialize_N leads on. */
+   driver cannot be released; the library then stays initialized. Waits for a notification subscriber that is running,
+   and may meanwhile run window procedures of the calling thread for messages that are sent to them; not to be called
+   from a subscriber: it then returns 9000 half done, and only VyraInitialize_N leads on. */
 int32_t VyraTerminate(void);
 
 /* Lists the attached scanners by name. count: in, the number of 255-byte slots at buffer (0 gives 9109); out, the number
