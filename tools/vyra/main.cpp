@@ -3,7 +3,7 @@
 
 int main(int count, char** values)
 {
-    vyra_tool::catch_interrupts();
+    const vyra_tool::Interrupt_listener interrupts;
     std::FILE* results = vyra_tool::take_standard_output();
     if (results == nullptr) {
         std::fputs("vyra: there is no standard output to write to\n", stderr);

@@ -4,13 +4,24 @@
 
 #include <cstdio>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace vyra_tool {
 
-// From now on the user's wish to end the program (Ctrl-C, a closed console, a request to terminate) is noted in
-// interrupt.h instead of ending the process, so that a scanner in use is always stopped and closed.
-void catch_interrupts();
+// Once it is made, the user's wish to end the program (Ctrl-C, a closed console, a request to terminate) is noted in
+// interrupt.h instead of ending the process, so that a scanner in use is always stopped and closed. Made by the
+// program's first thread, before there are others, and kept to the program's end.
+class Interrupt_listener {
+public:
+    Interrupt_listener();
+    ~Interrupt_listener();
+    Interrupt_listener(const Interrupt_listener&) = delete;
+    Interrupt_listener& operator=(const Interrupt_listener&) = delete;
+
+private:
+    std::thread thread_;  // where the system has none for it
+};
 
 // A stream of the tool's own to where standard output went so far; standard output itself goes to standard error from
 // now on. The library writes lines of its own to standard output, which would otherwise stand between the tool's

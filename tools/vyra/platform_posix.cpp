@@ -1,5 +1,8 @@
+#include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
+
+#include <thread>
 
 #include "interrupt.h"
 #include "platform.h"
@@ -7,22 +10,47 @@
 namespace vyra_tool {
 namespace {
 
-extern "C" void note_signal(int)
+extern "C" void wake_up(int) {}
+
+constexpr int wake_up_signal = SIGUSR1;  // for the first thread
+constexpr int end_signal = SIGUSR2;      // for the listening thread
+
+sigset_t listened_signals()
 {
-    request_interrupt();
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, end_signal}) {
+        sigaddset(&signals, number);
+    }
+    return signals;
 }
 
 }  // namespace
 
-void catch_interrupts()
+// The signals wait for a thread of their own, as on Windows. A handler would run on any thread, one that is just
+// starting included, where the thread sanitizer loses it.
+Interrupt_listener::Interrupt_listener()
 {
+    const sigset_t signals = listened_signals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);  // here and in all threads to come
     struct sigaction action = {};
-    action.sa_handler = note_signal;  // no SA_RESTART: a question that waits for its answer ends as well
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        sigaction(number, &action, nullptr);
-    }
+    action.sa_handler = wake_up;  // no SA_RESTART: a question that waits for its answer ends as well
+    sigaction(wake_up_signal, &action, nullptr);
     // A reader that goes away is noticed as a failed write, which ends the command in order.
     signal(SIGPIPE, SIG_IGN);
+    thread_ = std::thread([signals, first = pthread_self()] {
+        int number = 0;
+        while (sigwait(&signals, &number) == 0 && number != end_signal) {
+            request_interrupt();
+            pthread_kill(first, wake_up_signal);
+        }
+    });
+}
+
+Interrupt_listener::~Interrupt_listener()
+{
+    pthread_kill(thread_.native_handle(), end_signal);
+    thread_.join();
 }
 
 std::FILE* take_standard_output()

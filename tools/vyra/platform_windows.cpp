@@ -36,11 +36,14 @@ std::string to_utf8(const wchar_t* text)
 
 }  // namespace
 
-void catch_interrupts()
+Interrupt_listener::Interrupt_listener()
 {
     SetConsoleCtrlHandler(nullptr, FALSE);  // a parent may have passed on that Ctrl-C is ignored
     SetConsoleCtrlHandler(note_control_event, TRUE);
 }
+
+// The handler stays: a Ctrl-C that comes too late does not turn an orderly end into another.
+Interrupt_listener::~Interrupt_listener() = default;
 
 std::FILE* take_standard_output()
 {
