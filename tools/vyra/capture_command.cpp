@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <vector>
 
 #include "capture.h"
 #include "command_line.h"

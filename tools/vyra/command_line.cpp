@@ -6,6 +6,7 @@
 
 #include "failure.h"
 #include "output.h"
+#include "run.h"
 #include "session.h"
 
 namespace vyra_tool {

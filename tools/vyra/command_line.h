@@ -4,10 +4,8 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <string>
-#include <vector>
 
 namespace vyra_tool {
 
@@ -45,8 +43,5 @@ void add_snapshot(CLI::App& app, Command_line& line);
 void add_calibration(CLI::App& app, Command_line& line);
 void add_firmware(CLI::App& app, Command_line& line);
 void add_watch(CLI::App& app, Command_line& line);
-
-// Parses the arguments (without the program's name) and runs the command; returns the exit code.
-int run(const std::vector<std::string>& arguments, std::FILE* results);
 
 }  // namespace vyra_tool

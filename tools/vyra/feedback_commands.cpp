@@ -3,6 +3,7 @@
 #include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <vector>
 
 #include "command_line.h"
 #include "failure.h"

@@ -1,5 +1,7 @@
-#include "command_line.h"
+#include <cstdio>
+
 #include "platform.h"
+#include "run.h"
 
 int main(int count, char** values)
 {

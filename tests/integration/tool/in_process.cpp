@@ -4,8 +4,8 @@
 #include <chrono>
 #include <filesystem>
 
-#include "command_line.h"
 #include "interrupt.h"
+#include "run.h"
 #include "support/log_lines.h"
 
 namespace tool_tests {
