@@ -13,6 +13,10 @@ namespace {
 enum class Outcome { none, returned_true, returned_false, deadlock_error, other_error };
 std::atomic<Outcome> outcome{Outcome::none};
 
+// Whether a subscriber is at work, and whether it may go on.
+std::atomic<bool> inside{false};
+std::atomic<bool> may_return{false};
+
 Outcome stop_here(char* class_name)
 {
     try {
@@ -29,6 +33,7 @@ protected:
     {
         Notifier_test::SetUp();
         outcome = Outcome::none;
+        inside = may_return = false;
         start();
     }
 
@@ -39,6 +44,14 @@ protected:
     {
         outcome = stop_here(class_name());
         EXPECT_TRUE(InitUsbNotifier(class_name()));
+    }
+
+    // Announces a scanner on a thread of its own; when this returns, the subscriber that is told of it is inside.
+    static boost::thread plug_until_inside()
+    {
+        boost::thread sender([] { plug("VID_0001&PID_0002"); });
+        wait_until([] { return inside.load(); });
+        return sender;
     }
 
     // Inside a subscriber: until the stop has closed the window and has only the thread left to wait for.
@@ -111,20 +124,15 @@ TEST_F(Notifier_reentry_test, a_subscriber_may_stop_and_start_the_notifier_again
     EXPECT_EQ(window(), nullptr);
 }
 
-std::atomic<bool> inside{false};
-std::atomic<bool> may_return{false};
-
 TEST_F(Notifier_reentry_test, the_next_start_does_not_wait_for_the_subscriber_that_stopped)
 {
-    inside = may_return = false;
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         outcome = stop_here(class_name());
         inside = true;
         wait_until([] { return may_return.load(); });
         inside = false;
     }));
-    boost::thread sender([] { plug("VID_0001&PID_0002"); });
-    wait_until([] { return inside.load(); });
+    boost::thread sender = plug_until_inside();
     EXPECT_EQ(outcome, Outcome::deadlock_error);
     expect_service_works();
     EXPECT_TRUE(inside);
@@ -145,8 +153,7 @@ TEST_F(Notifier_reentry_test, a_stop_from_a_subscriber_and_one_from_outside_both
             wait_until([] { return may_return.load(); });
             outcome = stop_here(class_name());
         }));
-        boost::thread sender([] { plug("VID_0001&PID_0002"); });
-        wait_until([] { return inside.load(); });
+        boost::thread sender = plug_until_inside();
         boost::thread outside([] { EXPECT_TRUE(TerminateUsbNotifier(class_name())); });
         may_return = true;
         outside.join();
@@ -168,8 +175,7 @@ TEST_F(Notifier_reentry_test, a_start_from_a_subscriber_and_a_stop_from_outside_
             wait_until([] { return may_return.load(); });
             EXPECT_TRUE(InitUsbNotifier(class_name()));
         }));
-        boost::thread sender([] { plug("VID_0001&PID_0002"); });
-        wait_until([] { return inside.load(); });
+        boost::thread sender = plug_until_inside();
         boost::thread outside([] { EXPECT_TRUE(TerminateUsbNotifier(class_name())); });
         may_return = true;
         outside.join();
@@ -223,14 +229,12 @@ private:
 
 TEST_F(Notifier_reentry_test, a_message_that_reaches_the_stopping_thread_may_stop_and_start)
 {
-    inside = false;
     const Host_window host_window(stop_and_start);
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
         Host_window::send();
     }));
-    boost::thread sender([] { plug("VID_0001&PID_0002"); });
-    wait_until([] { return inside.load(); });
+    boost::thread sender = plug_until_inside();
     stop();
     sender.join();
     EXPECT_EQ(outcome, Outcome::returned_true);
@@ -240,15 +244,13 @@ TEST_F(Notifier_reentry_test, a_message_that_reaches_the_stopping_thread_may_sto
 // The usual host stops on the thread that has its windows, and its subscribers send to them.
 TEST_F(Notifier_reentry_test, the_stopping_thread_answers_messages_while_it_waits_for_the_notifier_thread)
 {
-    inside = false;
     const Host_window host_window(stop_and_start);
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
         wait_until_window_closed();
         Host_window::send();
     }));
-    boost::thread sender([] { plug("VID_0001&PID_0002"); });
-    wait_until([] { return inside.load(); });
+    boost::thread sender = plug_until_inside();
     stop();
     sender.join();
     EXPECT_EQ(outcome, Outcome::returned_true);
@@ -258,7 +260,6 @@ TEST_F(Notifier_reentry_test, the_stopping_thread_answers_messages_while_it_wait
 // What such a message posts is the host's own and stays for its own loop.
 TEST_F(Notifier_reentry_test, a_stop_leaves_posted_messages_to_the_host)
 {
-    inside = false;
     const DWORD self = GetCurrentThreadId();
     const Host_window host_window([] {});
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
@@ -266,8 +267,7 @@ TEST_F(Notifier_reentry_test, a_stop_leaves_posted_messages_to_the_host)
         wait_until_window_closed();
         Host_window::send();
     }));
-    boost::thread sender([] { plug("VID_0001&PID_0002"); });
-    wait_until([] { return inside.load(); });
+    boost::thread sender = plug_until_inside();
     ASSERT_TRUE(PostThreadMessageA(self, WM_APP, 3, 4));
     stop();
     sender.join();
@@ -281,7 +281,7 @@ std::atomic<bool> closed{false};
 
 TEST_F(Notifier_reentry_test, a_second_stop_answers_messages_while_it_waits_for_the_first)
 {
-    inside = closed = false;
+    closed = false;
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
         wait_until_window_closed();
@@ -298,8 +298,7 @@ TEST_F(Notifier_reentry_test, a_second_stop_answers_messages_while_it_waits_for_
         EXPECT_FALSE(inside);
     });
     window_made.wait();
-    boost::thread sender([] { plug("VID_0001&PID_0002"); });
-    wait_until([] { return inside.load(); });
+    boost::thread sender = plug_until_inside();
     stop();
     sender.join();
     second.join();
