@@ -23,7 +23,7 @@ Process_counts process_counts(const char* /*window_class*/)
     return {{"threads", entries_of("/proc/self/task")}, {"handles", entries_of("/proc/self/fd")},
             {"log descriptors", live.descriptors},      {"windows", live.windows},
             {"window classes", live.window_classes},    {"device notifications", live.device_notifications},
-            {"message queues", live.message_queues},    {"events", live.events}};
+            {"message queues", live.message_queues},    {"object handles", live.waitables}};
 }
 
 bool is_no_more_than(const Process_counts& before, const Process_counts& after)

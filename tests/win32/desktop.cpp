@@ -48,8 +48,8 @@ void remove_window(HWND handle)
 Live_objects live_objects()
 {
     const Desktop_lock lock(desktop().lock);
-    return {desktop().windows.size(), desktop().classes.size(), desktop().notifications.size(),
-            desktop().queues.size(),  desktop().events.size(),  open_descriptors()};
+    return {desktop().windows.size(), desktop().classes.size(),   desktop().notifications.size(),
+            desktop().queues.size(),  desktop().waitables.size(), open_descriptors()};
 }
 
 }  // namespace win32_double

@@ -1,4 +1,4 @@
-// The windows of the process and the events that their threads wait for. One lock guards all of it; no window procedure
+// The windows of the process and the objects that its threads wait for. One lock guards all of it; no window procedure
 // and no other foreign code is ever called while it is held.
 #pragma once
 #include <condition_variable>
@@ -67,10 +67,15 @@ struct Device_notification {
     bool all_classes = false;
 };
 
-// Once set it stays set until its handle is closed.
-struct Event {
-    bool set = false;
-    std::condition_variable changed;  // it has been set
+// What a thread waits for by its handle (waiting.cpp).
+struct Waitable {
+    virtual ~Waitable() = default;
+    // Whether a wait of the calling thread ends now.
+    virtual bool signalled() const = 0;
+    // What a wait that ends by this object takes of it, and answers.
+    virtual DWORD take() { return WAIT_OBJECT_0; }
+
+    std::condition_variable changed;  // a wait may end
 };
 
 struct Desktop {
@@ -79,7 +84,7 @@ struct Desktop {
     std::map<HWND, std::shared_ptr<Window>> windows;
     std::map<DWORD, std::shared_ptr<Message_queue>> queues;
     std::map<HDEVNOTIFY, Device_notification> notifications;
-    std::map<HANDLE, std::shared_ptr<Event>> events;
+    std::map<HANDLE, std::shared_ptr<Waitable>> waitables;
     uintptr_t next_handle = 0x10010;
     ATOM next_atom = 0xC000;
 
@@ -101,6 +106,15 @@ std::shared_ptr<Message_queue> own_queue();
 
 // Null when there is no such window; the last error is then set.
 std::shared_ptr<Window> find_window(HWND handle);
+
+// Null when there is no such object; the last error is then set.
+std::shared_ptr<Waitable> find_waitable(HANDLE handle);
+
+// Lets the waits for an object try again, those for messages too, which wait at their thread's queue.
+void wake_waits(Waitable& object);
+
+// Gives up the mutexes that the calling thread owns and leaves behind.
+void abandon_mutexes();
 
 // By name (letter case does not matter) or atom, and instance.
 std::shared_ptr<Window_class> find_class(LPCSTR name, HINSTANCE instance);

@@ -16,6 +16,7 @@ namespace win32_double {
 namespace {
 
 Entry_point handle_call{"GetModuleHandleA"};
+Entry_point pin_call{"GetModuleHandleExA"};
 Entry_point file_name_call{"GetModuleFileNameA"};
 Entry_point load_call{"LoadLibraryA"};
 Entry_point free_call{"FreeLibrary"};
@@ -34,6 +35,12 @@ std::string with_extension(const std::string& name)
 std::string shared_object_name(const std::string& module)
 {
     return "lib" + module.substr(0, module.rfind('.')) + ".so";
+}
+
+std::string module_name(const std::string& shared_object)
+{
+    const std::string name = file_name(shared_object);
+    return name.substr(3, name.rfind(".so") - 3) + ".dll";
 }
 
 // The path of the loaded shared object that a module stands for; empty when there is none.
@@ -162,6 +169,29 @@ HMODULE GetModuleHandleA(LPCSTR name)
         return handle_of(record);
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;
+}
+
+BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module)
+{
+    if (pin_call.refused())
+        return FALSE;
+    if (flags != (GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    Dl_info object{};
+    if (dladdr(address, &object) == 0) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return FALSE;
+    }
+    // The executable has no handle by its path, and stays anyway.
+    void* const pinned = dlopen(object.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+    if (pinned != nullptr)
+        dlclose(pinned);
+    const std::lock_guard<std::mutex> guard(module_list().lock);
+    *module =
+        handle_of(pinned == nullptr ? module_list().executable : module_record(module_name(object.dli_fname).c_str()));
+    return TRUE;
 }
 
 DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size)

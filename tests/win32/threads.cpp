@@ -1,18 +1,128 @@
-// The calling thread: its number, its last error, its sleep.
+// Threads: created, opened, their number, their last error, their sleep, their end.
+#include "threads.h"
+
+#include <pthread.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 
+#include "desktop.h"
 #include "entry_point.h"
 #include "windows.h"
 
+namespace win32_double {
 namespace {
 
-win32_double::Entry_point sleep_call{"Sleep"};
+Entry_point create_call{"CreateThread"};
+Entry_point open_call{"OpenThread"};
+Entry_point sleep_call{"Sleep"};
 thread_local DWORD last_error = ERROR_SUCCESS;
 
+struct Thread : Waitable {
+    bool signalled() const override { return ended; }
+
+    DWORD number = 0;  // 0 until it runs
+    bool ended = false;
+};
+
+// The calling thread as its handles know it. What is destroyed at the thread's end after this one, its queue and its
+// windows among it, has been constructed before: a thread that is started by the double begins with it.
+struct Own_thread {
+    std::shared_ptr<Thread> object = std::make_shared<Thread>();
+
+    Own_thread() { object->number = GetCurrentThreadId(); }
+    ~Own_thread()
+    {
+        const Desktop_lock lock(desktop().lock);
+        abandon_mutexes();
+        object->ended = true;
+        wake_waits(*object);
+    }
+};
+
+Own_thread& own_thread()
+{
+    thread_local Own_thread own;
+    return own;
+}
+
+struct Start {
+    LPTHREAD_START_ROUTINE run;
+    LPVOID argument;
+    std::shared_ptr<Thread> thread;  // once it runs
+    std::condition_variable running;
+};
+
+void* thread_main(void* argument)
+{
+    auto* const start = static_cast<Start*>(argument);
+    const auto run = start->run;
+    const auto of_caller = start->argument;
+    {
+        const Desktop_lock lock(desktop().lock);
+        start->thread = own_thread().object;
+        start->running.notify_all();
+    }
+    run(of_caller);
+    return nullptr;
+}
+
+HANDLE new_thread_handle(const std::shared_ptr<Thread>& thread)
+{
+    const auto handle = desktop().new_handle<HANDLE>();
+    desktop().waitables[handle] = thread;
+    return handle;
+}
+
 }  // namespace
+
+void watch_thread_end()
+{
+    own_thread();
+}
+
+}  // namespace win32_double
+
+using namespace win32_double;
+
+HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START_ROUTINE run, LPVOID argument,
+                    DWORD flags, LPDWORD number)
+{
+    if (create_call.refused())
+        return nullptr;
+    if (security != nullptr || stack != 0 || flags != 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    Start start{run, argument, nullptr, {}};
+    Desktop_lock lock(desktop().lock);
+    pthread_t thread;
+    if (pthread_create(&thread, nullptr, thread_main, &start) != 0) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return nullptr;
+    }
+    pthread_detach(thread);
+    start.running.wait(lock, [&] { return start.thread != nullptr; });
+    if (number != nullptr)
+        *number = start.thread->number;
+    return new_thread_handle(start.thread);
+}
+
+// Opens the calling thread, the only one that is ever asked for.
+HANDLE OpenThread(DWORD access, BOOL inherit, DWORD number)
+{
+    if (open_call.refused())
+        return nullptr;
+    if (access != SYNCHRONIZE || inherit || number != GetCurrentThreadId()) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    const auto own = own_thread().object;
+    const Desktop_lock lock(desktop().lock);
+    return new_thread_handle(own);
+}
 
 DWORD GetLastError()
 {

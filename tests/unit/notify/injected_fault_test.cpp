@@ -28,7 +28,7 @@ protected:
         EXPECT_EQ(live.windows, 0u);
         EXPECT_EQ(live.window_classes, 0u);
         EXPECT_EQ(live.device_notifications, 0u);
-        EXPECT_EQ(live.events, 0u);
+        EXPECT_EQ(live.waitables, 0u);
     }
 
     // A start with the order to fail given, the log line that it leaves, and a start after it without a stop.
@@ -147,7 +147,7 @@ TEST_F(Injected_fault_test, a_start_without_an_event_raises_its_error_and_a_stop
     for (const int after : {0, 1}) {
         win32_double::fail("CreateEventA", 1, ERROR_NOT_ENOUGH_MEMORY, after);
         EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
-        EXPECT_EQ(win32_double::live_objects().events, 0u);
+        EXPECT_EQ(win32_double::live_objects().waitables, 0u);
         // The notifier counts as running all the same.
         EXPECT_TRUE(InitUsbNotifier(class_name()));
         EXPECT_EQ(window(), nullptr);

@@ -33,6 +33,15 @@ TEST(Module_contract, TheExecutablesPath)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
 }
 
+TEST(Module_contract, AnAddressNamesTheModuleThatHoldsIt)
+{
+    static const char of_executable = 0;
+    HMODULE module = nullptr;
+    EXPECT_TRUE(GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                                   &of_executable, &module));
+    EXPECT_EQ(module, GetModuleHandleA(nullptr));
+}
+
 TEST(Module_contract, AMissingFunctionIsNotFound)
 {
     SetLastError(0);

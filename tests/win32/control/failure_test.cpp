@@ -70,6 +70,13 @@ __time64_t some_time = 0;
 size_t count = 0;
 std::tm local_time{};
 wchar_t* folder = nullptr;
+HMODULE pinned = nullptr;
+constexpr DWORD pin_flags = GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
+
+DWORD WINAPI no_thread(LPVOID)
+{
+    return 0;
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Runtime, Failing,
@@ -102,8 +109,14 @@ INSTANTIATE_TEST_SUITE_P(
         Failing_call{"SetEvent", [] { return !SetEvent(nullptr); }},
         Failing_call{"CloseHandle", [] { return !CloseHandle(nullptr); }},
         Failing_call{"WaitForSingleObject", [] { return WaitForSingleObject(nullptr, 0) == WAIT_FAILED; }},
+        Failing_call{"CreateMutexA", [] { return CreateMutexA(nullptr, FALSE, nullptr) == nullptr; }},
+        Failing_call{"ReleaseMutex", [] { return !ReleaseMutex(nullptr); }},
+        Failing_call{"CreateThread",
+                     [] { return CreateThread(nullptr, 0, no_thread, nullptr, 0, nullptr) == nullptr; }},
+        Failing_call{"OpenThread", [] { return OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId()) == nullptr; }},
         Failing_call{"Beep", [] { return !Beep(1000, 100); }},
         Failing_call{"GetModuleHandleA", [] { return GetModuleHandleA(nullptr) == nullptr; }},
+        Failing_call{"GetModuleHandleExA", [] { return !GetModuleHandleExA(pin_flags, text, &pinned); }},
         Failing_call{"GetModuleFileNameA", [] { return GetModuleFileNameA(nullptr, text, 64) == 0; }},
         Failing_call{"LoadLibraryA", [] { return LoadLibraryA("c") == nullptr; }},
         Failing_call{"FreeLibrary", [] { return !FreeLibrary(nullptr); }},

@@ -71,9 +71,9 @@ TEST(Live_objects, EventsAreCountedUntilClosed)
 {
     const auto before = live_objects();
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    EXPECT_EQ(live_objects().events, before.events + 1);
+    EXPECT_EQ(live_objects().waitables, before.waitables + 1);
     EXPECT_TRUE(CloseHandle(event));
-    EXPECT_EQ(live_objects().events, before.events);
+    EXPECT_EQ(live_objects().waitables, before.waitables);
 }
 
 TEST(Live_objects, AThreadsQueueAndWindowsEndWithIt)

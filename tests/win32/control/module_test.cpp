@@ -26,6 +26,18 @@ TEST(Modules, ASharedObjectIsLoadedFoundAndFreedUnderItsModuleName)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
+TEST(Modules, APinnedSharedObjectStaysWhenItIsFreed)
+{
+    const HMODULE loaded = LoadLibraryA("win32_double_pinned.dll");
+    ASSERT_NE(loaded, nullptr);
+    HMODULE pinned = nullptr;
+    EXPECT_TRUE(GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                                   reinterpret_cast<LPCSTR>(GetProcAddress(loaded, "sample_answer")), &pinned));
+    EXPECT_EQ(pinned, loaded);
+    EXPECT_TRUE(FreeLibrary(loaded));
+    EXPECT_EQ(GetModuleHandleA("win32_double_pinned.dll"), loaded);
+}
+
 TEST(Modules, AnAddedModuleIsFoundWhateverItsCaseUntilRemoved)
 {
     win32_double::add_module("Added.dll");

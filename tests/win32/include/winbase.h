@@ -28,11 +28,20 @@ void WINAPI Sleep(DWORD milliseconds);
 
 #define INFINITE 0xFFFFFFFF
 #define WAIT_OBJECT_0 0x00000000
+#define WAIT_ABANDONED 0x00000080
 #define WAIT_TIMEOUT 258
 #define WAIT_FAILED 0xFFFFFFFF
 
-/* Events are the only kernel objects that there are: without a name, reset by nobody, not set at first. */
+/* Objects without names: events that nobody resets and that are not set at first, mutexes that nobody owns at first,
+   threads of the usual stack that run at once. */
 typedef struct _SECURITY_ATTRIBUTES* LPSECURITY_ATTRIBUTES;
+typedef DWORD(WINAPI* LPTHREAD_START_ROUTINE)(LPVOID argument);
+#define SYNCHRONIZE 0x00100000
+HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START_ROUTINE run, LPVOID argument,
+                           DWORD flags, LPDWORD number);
+HANDLE WINAPI OpenThread(DWORD access, BOOL inherit, DWORD number); /* the calling thread */
+HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initially_owned, LPCSTR name);
+BOOL WINAPI ReleaseMutex(HANDLE mutex);
 HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL initially_set, LPCSTR name);
 BOOL WINAPI SetEvent(HANDLE event);
 BOOL WINAPI CloseHandle(HANDLE handle);
@@ -42,7 +51,12 @@ BOOL WINAPI Beep(DWORD frequency, DWORD duration);
 BOOL WINAPI DeleteFileA(LPCSTR path);
 BOOL WINAPI MoveFileA(LPCSTR from, LPCSTR to);
 
+#define GET_MODULE_HANDLE_EX_FLAG_PIN 0x00000001
+#define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x00000004
+
 HMODULE WINAPI GetModuleHandleA(LPCSTR name);
+/* Of the module that holds an address, which then stays until the process ends. */
+BOOL WINAPI GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module);
 DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size);
 HMODULE WINAPI LoadLibraryA(LPCSTR name);
 BOOL WINAPI FreeLibrary(HMODULE module);

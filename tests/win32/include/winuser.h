@@ -131,7 +131,7 @@ BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM
 void WINAPI PostQuitMessage(int exit_code);
 BOOL WINAPI GetMessageA(MSG* message, HWND window, UINT first, UINT last);
 BOOL WINAPI PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT options);
-/* Of one event and of sent messages, those included that were there before. */
+/* Of objects and of sent messages, those included that were there before. */
 DWORD WINAPI MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake_mask,
                                          DWORD flags);
 BOOL WINAPI TranslateMessage(const MSG* message);

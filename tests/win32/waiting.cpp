@@ -1,0 +1,98 @@
+// Waiting for objects, alone or together with the messages that others send.
+#include <algorithm>
+#include <chrono>
+
+#include "desktop.h"
+#include "entry_point.h"
+#include "threads.h"
+
+namespace win32_double {
+namespace {
+
+Entry_point close_call{"CloseHandle"};
+Entry_point wait_call{"WaitForSingleObject"};
+Entry_point message_wait_call{"MsgWaitForMultipleObjectsEx"};
+
+// Whether `condition` came to hold in time. `changed` is notified when it may.
+template <class Condition>
+bool wait(Desktop_lock& lock, std::condition_variable& changed, DWORD milliseconds, Condition condition)
+{
+    if (milliseconds != INFINITE)
+        return changed.wait_for(lock, std::chrono::milliseconds(milliseconds), condition);
+    changed.wait(lock, condition);
+    return true;
+}
+
+}  // namespace
+
+std::shared_ptr<Waitable> find_waitable(HANDLE handle)
+{
+    const auto found = desktop().waitables.find(handle);
+    if (found != desktop().waitables.end())
+        return found->second;
+    SetLastError(ERROR_INVALID_HANDLE);
+    return nullptr;
+}
+
+void wake_waits(Waitable& object)
+{
+    object.changed.notify_all();
+    for (const auto& [thread, queue] : desktop().queues)
+        queue->wake.notify_all();
+}
+
+}  // namespace win32_double
+
+using namespace win32_double;
+
+BOOL CloseHandle(HANDLE handle)
+{
+    if (close_call.refused())
+        return FALSE;
+    const Desktop_lock lock(desktop().lock);
+    if (find_waitable(handle) == nullptr)
+        return FALSE;
+    desktop().waitables.erase(handle);
+    return TRUE;
+}
+
+DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds)
+{
+    if (wait_call.refused())
+        return WAIT_FAILED;
+    watch_thread_end();
+    Desktop_lock lock(desktop().lock);
+    const auto object = find_waitable(handle);
+    if (object == nullptr)
+        return WAIT_FAILED;
+    return wait(lock, object->changed, milliseconds, [&] { return object->signalled(); }) ? object->take()
+                                                                                          : WAIT_TIMEOUT;
+}
+
+DWORD MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake_mask, DWORD flags)
+{
+    if (message_wait_call.refused())
+        return WAIT_FAILED;
+    if (wake_mask != QS_SENDMESSAGE || flags != MWMO_INPUTAVAILABLE) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return WAIT_FAILED;
+    }
+    watch_thread_end();
+    Desktop_lock lock(desktop().lock);
+    std::vector<std::shared_ptr<Waitable>> objects;
+    for (DWORD i = 0; i < count; ++i) {
+        objects.push_back(find_waitable(handles[i]));
+        if (objects.back() == nullptr)
+            return WAIT_FAILED;
+    }
+    const auto signalled = [&] {
+        return std::find_if(objects.begin(), objects.end(), [](const auto& object) { return object->signalled(); });
+    };
+    const auto queue = own_queue();
+    if (!wait(lock, queue->wake, milliseconds, [&] { return signalled() != objects.end() || !queue->sent.empty(); }))
+        return WAIT_TIMEOUT;
+    const auto first = signalled();
+    if (first == objects.end())
+        return WAIT_OBJECT_0 + count;
+    return (*first)->take() + static_cast<DWORD>(first - objects.begin());
+}
