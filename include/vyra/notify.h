@@ -7,13 +7,20 @@
 // one thread with a hidden top-level window, to which the operating system delivers its broadcasts.
 //
 // Conventions
-// - Every function may be called from any thread. None blocks for longer than a subscriber that is running, except
-//   TerminateUsbNotifier, which waits for the notifier thread to end.
+// - Every function may be called from any thread, but none from DllMain. None blocks for longer than a subscriber that
+//   is running, except TerminateUsbNotifier, which waits for the notifier thread to end. The first start pins the
+//   library in the process: FreeLibrary leaves it loaded from then on.
 // - Starts and stops are carried out one at a time.
+// - A thread that waits in here answers messages that are sent to its windows, so their procedures may run inside the
+//   call; posted messages stay in its queue.
 // - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not wait
 // for
-//   a thread that is inside the library, so tell other threads by PostMessage. It must not throw: nothing of the kind
-//   reaches anybody, it is logged at best.
+//   another thread that is inside the library, and must not throw: nothing of the kind reaches anybody, it is logged at
+//   best. One that ends its thread ends the service, until it is stopped and started again.
+// - Telling other threads: post (PostMessage). A subscriber may also send (SendMessage), also to a thread that is just
+//   waiting in here, as long as the window procedure that handles the message calls nothing that waits for a
+//   subscriber: not TerminateUsbNotifier, VyraTerminate or VyraInitialize_N, and for a message of a power subscriber
+//   not SubscribeToPowerEvent or UnsubscribeToPowerEvent either. Sender and handler would wait for each other for ever.
 // - VyraInitialize_N starts the notifier and VyraTerminate stops it, under the class name "VYRABRENVOZULTA". A start
 //   clears the USB subscriptions, so subscribe after VyraInitialize_N. Power subscriptions survive.
 #pragma once
@@ -36,16 +43,15 @@ using PowerEventCallback = void (*)(SysPowerEventType event);
 // delivered from the moment the window exists. windowClassName names the window's class; the text is not copied and
 // must stay valid until the notifier has stopped. Returns true when the notifier was started or runs already. When the
 // system then refuses the window, or its device notifications, that is logged and the notifier stands as if stopped.
-// When the system refuses the thread, or its events, the call ends in the thread library's resource exception, and the
+// When the system refuses the thread, or its event, the call ends in the thread library's resource exception, and the
 // notifier counts as running until TerminateUsbNotifier is called.
 bool InitUsbNotifier(char* windowClassName);
 
-// Stops the notifier and waits for its thread, subscribers included. While it waits, messages that are sent to windows
-// of the calling thread are answered, so a USB subscriber may send to the thread that stops; posted messages stay in
-// its queue. Subscriptions stay in their tables. Always returns true, also when the notifier does not run. Not to be
-// called from a subscriber: a thread cannot wait for itself. The notifier is stopped all the same, but the call ends in
-// the thread library's resource-deadlock exception. Without memory, or an event to wait for, it ends in an exception
-// too, and the notifier goes on running.
+// Stops the notifier and waits for its thread, subscribers included; for a thread that has ended already, because a
+// subscriber ended it or the process ends, it does not wait. Subscriptions stay in their tables. Always returns true,
+// also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself. The
+// notifier is stopped all the same, but the call ends in the thread library's resource-deadlock exception. Without
+// memory, or a system object to wait for, it ends in an exception too, and the notifier goes on running.
 bool TerminateUsbNotifier(char* windowClassName);
 
 // Subscribes callback to the arrival and removal of USB devices with this vendor and product identifier (0 to 0xFFFF

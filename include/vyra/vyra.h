@@ -29,14 +29,20 @@
  * Names      Zero-terminated 8-bit text, as the device lists give it. Opening compares names without regard to case.
  * Memory     The host owns every buffer and record it passes. A function that fails leaves results as they were unless
  *            said otherwise. A video buffer belongs to the library from submit until its result comes back, or until
- *            video is started again or stopped, or the scanner is closed. Result pointers must be valid where no null
- *            test is mentioned.
+ *            video is started again or stopped, or the scanner's handle is given up: by VyraCloseDevice_N, by
+ *            VyraTerminate, or by an open that displaces it. The call waits for an image that is being copied, and no
+ *            buffer is written after it. Result pointers must be valid where no null test is mentioned.
  * Threads    Every function may be called from any thread. All calls but VyraGetStatus are carried out one at a time: a
  *            call waits for the one before it, at most 5 seconds, and then returns 9000. "At once" below means: as soon
  *            as that wait is over.
  * Callbacks  Host callbacks run while the library works for that call or event. They may call any function of this
  *            header on their own thread, except where said otherwise, but must not wait for another thread that calls
  *            the library, and must not throw.
+ * Loading    The library pins itself: once VyraInitialize_N has brought the driver up, or the notification service was
+ *            started, FreeLibrary leaves it loaded until the process ends, because the driver keeps the addresses of
+ *            its functions and its threads end in their own time. A library that was only loaded unloads as usual.
+ *            Nothing of it may be called from DllMain. VyraStopVideo, VyraCloseDevice_N and VyraTerminate may be called
+ *            from a static destructor while the process ends: they end, although the library's threads have gone.
  * Stability  The names of the functions, the layouts of the records and the values of the statuses are fixed: hosts
  *            in the field are compiled against them.
  * Units      Sizes are in bytes, images are 8-bit grey, one byte a pixel, rows from top to bottom without padding.
@@ -118,11 +124,20 @@ typedef struct DevUI {
    same, but without hot-plug and power events; call VyraTerminate before the next try. */
 int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, int32_t log_limit);
 
-/* Closes every open scanner, releases the driver, stops the notification service and closes the log. Every waiting
-   VyraGetStatus returns. Video need not be stopped first, but should be: it is not stopped here. Returns 9000 when the
-   driver cannot be released; the library then stays initialized. Waits for a notification subscriber that is running,
-   and may meanwhile run window procedures of the calling thread for messages that are sent to them; not to be called
-   from a subscriber: it then returns 9000 half done, and only VyraInitialize_N leads on. */
+/* Gives up every open scanner, releases the driver, stops the notification service and closes the log. Of the scanners,
+   it closes in the driver those that a loop over the handles 0, 1, 2, ... meets while it is below the number of scanners
+   still open: of handles 0 to n-1 the lower half, rounded up. The others are dropped, and their capture ends with the
+   driver's release. Every waiting VyraGetStatus returns. Video need not be stopped first, but should be: it is not
+   stopped here. Returns 9000 when the driver cannot be released; the library then stays initialized, without an open
+   scanner.
+
+   Waits for a notification subscriber that is running, and meanwhile runs window procedures of the calling thread for
+   messages that are sent to them. What these call is refused: VyraInitialize_N with 9000, everything else that is not of
+   fixed result with 9101; nothing is changed.
+
+   Not to be called from a subscriber: it then returns 9000 half done, and only VyraInitialize_N leads on. Nor from a
+   window procedure for a message that a subscriber has sent (SendMessage): each would wait for the other for ever. A
+   subscriber that wants the library terminated posts (PostMessage). */
 int32_t VyraTerminate(void);
 
 /* Lists the attached scanners by name. count: in, the number of 255-byte slots at buffer (0 gives 9109); out, the number

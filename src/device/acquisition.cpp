@@ -4,13 +4,12 @@
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
 #include <cstddef>
-#include <exception>
 #include <limits>
 #include <map>
 
 #include "device/frame_queue.h"
 #include "device/records.h"
-#include "log/log.h"
+#include "log/log_exceptions.h"
 
 namespace kvs::brenvozulta {
 
@@ -73,7 +72,7 @@ std::int32_t accept_image(const std::uint8_t* image, std::size_t size, const voi
         return static_cast<std::int32_t>(state);
     }
     queue->wait_for_request();
-    return size == 0 ? VYRA_OK : queue->fill(image, size);
+    return image == nullptr || size == 0 ? VYRA_OK : queue->fill(image, size);
 }
 
 }  // namespace
@@ -81,12 +80,9 @@ std::int32_t accept_image(const std::uint8_t* image, std::size_t size, const voi
 std::int32_t on_acquisition(const std::uint8_t* image, std::uint16_t width, std::uint16_t height,
                             void* context) noexcept
 {
-    try {
-        return accept_image(image, image_size(width, height), context);
-    } catch (const std::exception& error) {
-        log_printf(log_errors, "Exception : %s\r\n", error.what());
-        return VYRA_OK;  // the image is lost, as when no request waits for it
-    }
+    std::int32_t answer = VYRA_OK;  // of an image that is lost, as when no request waits for it
+    log_exceptions([&] { answer = accept_image(image, image_size(width, height), context); });
+    return answer;
 }
 
 void attach_acquisition(const brenvozulta_device* device)
@@ -104,15 +100,11 @@ void supply_acquisition(const brenvozulta_device* device, const boost::shared_pt
     devices.destinations[device] = {true, video, queue};
 }
 
-void detach_acquisition(const brenvozulta_device* device) noexcept
+void detach_acquisition(const brenvozulta_device* device)
 {
-    try {
-        auto& devices = attached_devices();
-        const devices_lock lock(devices.mutex);
-        devices.destinations.erase(device);
-    } catch (const std::exception& error) {
-        log_printf(log_errors, "Exception : %s\r\n", error.what());
-    }
+    auto& devices = attached_devices();
+    const devices_lock lock(devices.mutex);
+    devices.destinations.erase(device);
 }
 
 }  // namespace kvs::brenvozulta

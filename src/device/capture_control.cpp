@@ -35,6 +35,7 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     if (!is_open()) {
         return refuse(operation, VYRA_SCN_UNAVAILABLE);
     }
+    Stop_handshake::Promise fresh;  // before anything is begun that a lack of memory would leave half done
     frame_queue_->clear();
     void* const scanner = device_data_->driver_handle;
     if (QXDR_StopCapture(scanner) == 0) {
@@ -49,11 +50,12 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     if (result != 0) {
         return driver_failure("QXDR_StartCapture", result);
     }
-    video_data_->video_state.exchange(VIDEO_RUNNING);
-    stop_handshake_->renew();
+    stop_handshake_->begin(*video_data_, boost::move(fresh));
     try {
-        const boost::weak_ptr<Stop_handshake> handshake(stop_handshake_);
-        boost::thread([video = video_data_, handshake] { Video_extraction::run(video, handshake); }).detach();
+        // The thread shares what it works on with the device, which may be dropped before it.
+        boost::thread([video = video_data_, handshake = stop_handshake_] {
+            Video_extraction::run(*video, *handshake);
+        }).detach();
     } catch (...) {
         // Capture goes on without an extraction thread: the handshake is answered now, so that a stop does not wait for
         // ever.

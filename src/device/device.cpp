@@ -1,15 +1,14 @@
 #include "device/device.h"
 
+#include <boost/smart_ptr/make_shared.hpp>
 #include <cstdint>
-#include <exception>
 
-#include "api/status.h"
 #include "device/acquisition.h"
 #include "device/frame_queue.h"
 #include "device/stop_handshake.h"
 #include "log/log.h"
-
-#include <boost/smart_ptr/make_shared.hpp>
+#include "log/log_exceptions.h"
+#include "status/error_text.h"
 
 namespace kvs::brenvozulta {
 
@@ -17,16 +16,27 @@ brenvozulta_device::brenvozulta_device() : disconnected_(false), device_state_(D
 
 brenvozulta_device::~brenvozulta_device()
 {
-    detach_acquisition(this);
-    try {
-        stop_handshake_.reset();
-    } catch (const std::exception& error) {
-        log_printf(log_errors, "Exception : %s\r\n", error.what());
-    }
+    drop();
+}
+
+void brenvozulta_device::drop() noexcept
+{
+    log_exceptions([this] {
+        detach_acquisition(this);
+        if (video_data_) {
+            video_data_->dropped = true;
+        }
+        if (frame_queue_) {
+            frame_queue_->retire();
+        }
+    });
 }
 
 std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*option*/)
 {
+    if (device_data_) {
+        drop();  // what an earlier open left
+    }
     device_data_ = boost::make_shared<Device_data>();
     device_data_->name = name;
     stop_handshake_ = boost::make_shared<Stop_handshake>();

@@ -25,13 +25,12 @@ enum Device_state : std::uint32_t {
 };
 
 // Every operation returns a status and logs its own failures. The manager calls them one at a time, under its lock. Two
-// other kinds of thread work on the device's records, of which they are told by shared and weak owners, and never touch
-// the device: the driver's acquisition thread (acquisition.h) and the extraction threads (video_extraction.h).
+// other kinds of thread work on the device's records, which they share with it, and never touch the device: the
+// driver's acquisition thread (acquisition.h) and the extraction threads (video_extraction.h).
 class brenvozulta_device {
 public:
     brenvozulta_device();
-    // Neither closes the scanner nor stops capture: what the host left running runs on in the driver, and its images
-    // are refused.
+    // As drop.
     virtual ~brenvozulta_device();
     brenvozulta_device(const brenvozulta_device&) = delete;
     brenvozulta_device& operator=(const brenvozulta_device&) = delete;
@@ -40,6 +39,11 @@ public:
     std::int32_t open(const std::string& name, std::uint8_t option);
     std::int32_t close();
     std::int32_t reset(std::uint32_t handle);
+
+    // Lets go of the scanner, whose handle is given up: neither closes it nor stops capture. What the host left running
+    // runs on in the driver, and its images are refused. An image that is being copied is waited for: when this
+    // returns, the host's buffers are its own again, and the device's threads are on their way out.
+    void drop() noexcept;
 
     // Capture control. A start while the driver still captures waits 200 ms; a stop waits, without a limit, for an
     // extraction thread.

@@ -3,9 +3,9 @@
 
 #include <cstring>
 
-#include "api/status.h"
 #include "device/device.h"
 #include "log/log.h"
+#include "status/error_text.h"
 
 namespace kvs::brenvozulta {
 

@@ -1,23 +1,40 @@
 #include "device/frame_queue.h"
 
 #include <algorithm>
+#include <boost/chrono/duration.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/lock_types.hpp>
 #include <cstring>
 
+#include "device/process_end.h"
 #include "vyra/status.h"
 
 namespace kvs::brenvozulta {
 
 namespace {
 
-using queue_lock = boost::lock_guard<boost::recursive_mutex>;
+using signal_lock = boost::lock_guard<boost::recursive_mutex>;
 
 // One sequence for all scanners; only numbers of one queue are ever compared.
 std::atomic<std::uint32_t> next_frame_id{0};
 
 }  // namespace
+
+// Holds data_mutex_, for which a thread waits as long as it takes, with one exception: the end of the process may have
+// caught the driver's thread in the middle of a copy, which will then never end.
+class Frame_queue::data_lock {
+public:
+    explicit data_lock(boost::recursive_timed_mutex& mutex) : lock_(mutex, boost::try_to_lock)
+    {
+        while (!lock_.owns_lock() && !process_is_ending()) {
+            lock_.try_lock_for(boost::chrono::milliseconds(100));
+        }
+    }
+
+private:
+    boost::unique_lock<boost::recursive_timed_mutex> lock_;
+};
 
 Frame_queue::Frame_queue()
 {
@@ -26,7 +43,7 @@ Frame_queue::Frame_queue()
 
 std::int32_t Frame_queue::add_request(void* buffer, std::uint64_t context)
 {
-    const queue_lock data(data_mutex_);
+    const data_lock data(data_mutex_);
     if (frames_.size() >= capacity) {
         return VYRA_TOO_MANY_FRAMES;
     }
@@ -40,14 +57,22 @@ std::int32_t Frame_queue::add_request(void* buffer, std::uint64_t context)
 
 void Frame_queue::clear()
 {
-    const queue_lock data(data_mutex_);
+    const data_lock data(data_mutex_);
     frames_.clear();
     frame_count_ = 0;
 }
 
+void Frame_queue::retire()
+{
+    clear();
+    const signal_lock signal(signal_mutex_);
+    retired_ = true;
+    request_cond_.notify_all();
+}
+
 boost::shared_ptr<Frame_data> Frame_queue::take_ready()
 {
-    const queue_lock data(data_mutex_);
+    const data_lock data(data_mutex_);
     for (const auto& frame : frames_) {
         if (frame->frame_status == FRAME_READY) {
             frame->frame_status = FRAME_TAKEN;
@@ -59,7 +84,7 @@ boost::shared_ptr<Frame_data> Frame_queue::take_ready()
 
 void Frame_queue::remove(std::uint32_t frame_id)
 {
-    const queue_lock data(data_mutex_);
+    const data_lock data(data_mutex_);
     const auto has_id = [frame_id](const auto& frame) { return frame->frame_id == frame_id; };
     frames_.erase(std::remove_if(frames_.begin(), frames_.end(), has_id), frames_.end());
     frame_count_ = frames_.size();
@@ -67,7 +92,7 @@ void Frame_queue::remove(std::uint32_t frame_id)
 
 std::int32_t Frame_queue::fill(const unsigned char* image, std::size_t size)
 {
-    const queue_lock data(data_mutex_);
+    const data_lock data(data_mutex_);
     for (const auto& frame : frames_) {
         if (frame->frame_status == FRAME_PENDING) {
             frame->frame_status = FRAME_FILLING;
@@ -85,7 +110,7 @@ void Frame_queue::wait_for_request()
         return;
     }
     boost::unique_lock<boost::recursive_mutex> signal(signal_mutex_);
-    while (!request_signalled_) {
+    while (!request_signalled_ && !retired_) {
         request_cond_.wait(signal);
     }
     request_signalled_ = false;
@@ -93,7 +118,7 @@ void Frame_queue::wait_for_request()
 
 void Frame_queue::wake_waiter()
 {
-    const queue_lock signal(signal_mutex_);
+    const signal_lock signal(signal_mutex_);
     request_signalled_ = true;
     request_cond_.notify_one();
 }

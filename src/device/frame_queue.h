@@ -47,8 +47,12 @@ public:
     // Appends a pending request: 0, or 9104 when the queue is full.
     std::int32_t add_request(void* buffer, std::uint64_t context);
 
-    // Drops every request.
+    // Drops every request. An image that is being copied is waited for: no buffer is written after this.
     void clear();
+
+    // Drops every request for good and releases the waiter, now and in future: the host has its buffers back, whatever
+    // the driver still delivers.
+    void retire();
 
     // The oldest ready request, marked taken, or an empty owner. It stays queued until it is removed.
     boost::shared_ptr<Frame_data> take_ready();
@@ -59,21 +63,25 @@ public:
     std::int32_t fill(const unsigned char* image, std::size_t size);
 
     // Returns at once when requests are queued, else waits, without a limit, for the signal of a new request or of
-    // wake_waiter. A signal that came while nobody waited is kept and releases one later wait.
+    // wake_waiter, or until the queue is retired. A signal that came while nobody waited is kept and releases one later
+    // wait.
     void wait_for_request();
 
     // Releases the waiter when nothing more will be requested.
     void wake_waiter();
 
 private:
-    // Guards request_signalled_. Nothing is taken inside it.
+    class data_lock;
+
+    // Guards request_signalled_ and retired_. Nothing is taken inside it.
     boost::recursive_mutex signal_mutex_;
     bool request_signalled_ = false;
+    bool retired_ = false;
     boost::condition_variable_any request_cond_;
 
     // Guards frames_ and every request's status, the copy of an image included, so that a request is never seen half
     // filled. signal_mutex_ may be taken inside it.
-    boost::recursive_mutex data_mutex_;
+    boost::recursive_timed_mutex data_mutex_;
     std::vector<boost::shared_ptr<Frame_data>> frames_;
 
     // The size of frames_, which wait_for_request reads without the lock.

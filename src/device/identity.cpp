@@ -3,10 +3,10 @@
 #include <cstring>
 #include <sstream>
 
-#include "api/status.h"
 #include "device/device.h"
 #include "device/roll_probe.h"
 #include "log/log.h"
+#include "status/error_text.h"
 
 namespace kvs::brenvozulta {
 

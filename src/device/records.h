@@ -42,6 +42,7 @@ enum Video_state : std::uint32_t {
 class Video_data {
 public:
     std::atomic<std::uint32_t> video_state{VIDEO_IDLE};
+    std::atomic<bool> dropped{false};  // the scanner's device is gone, with whatever state its video had
 };
 
 }  // namespace kvs::brenvozulta

@@ -7,25 +7,43 @@
 
 namespace kvs::brenvozulta {
 
-// Owned by the device alone: an extraction thread whose handshake is gone knows that its device is.
+class Video_data;
+
+// One for each device. Its promise is that of the latest start.
 class Stop_handshake {
 public:
-    // Starts over with a fresh promise, for a fresh start of video.
-    void renew();
+    // A promise that nobody has fulfilled or waited for. All the memory that it will need is had with it.
+    class Promise {
+    public:
+        Promise() : future_(promise_.get_future()) {}
 
-    // Waits, without a limit, for the promise of the latest start. Throws the future library's error when that promise
-    // was waited for already or is broken.
-    void wait();
+    private:
+        friend class Stop_handshake;
+        boost::promise<int> promise_;
+        boost::future<int> future_;
+    };
 
-    // Fulfils the promise of the latest start. Throws the future library's promise-already-satisfied error when another
-    // extraction thread was quicker.
+    // Begins video: the state becomes VIDEO_RUNNING, and the handshake starts over with a fresh promise. An extraction
+    // thread sees both or neither.
+    void begin(Video_data& video, Promise fresh);
+
+    // Answers a stop that is requested: the state becomes VIDEO_STOPPED and the promise is fulfilled. False when no
+    // stop is requested any more; nothing is changed then, above all not for a start that came meanwhile. Throws the
+    // future library's promise-already-satisfied error when the promise had been fulfilled before.
+    bool answer(Video_data& video);
+
+    // Fulfils the promise alone. Throws as answer does.
     void fulfil();
 
+    // Waits, without a limit, until the promise is fulfilled; not once the process ends, when no thread is left to do
+    // it. Throws the future library's error when that promise was waited for already or is broken.
+    void wait();
+
 private:
-    // Guards promise_: a start may renew it while the extraction thread of an earlier one fulfils it. The promise's own
-    // lock is taken inside it; nobody waits inside it.
+    // Guards promise_ and the steps of the video state that go with it. The promise's own lock is taken inside it;
+    // nobody waits inside it.
     boost::mutex mutex_;
-    boost::promise<int> promise_;
+    Promise promise_;
 };
 
 }  // namespace kvs::brenvozulta

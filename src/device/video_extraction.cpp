@@ -7,25 +7,24 @@
 #include "device/records.h"
 #include "device/stop_handshake.h"
 #include "log/log.h"
+#include "log/log_exceptions.h"
 
 namespace kvs::brenvozulta {
 
-void Video_extraction::run(const boost::shared_ptr<Video_data>& video,
-                           const boost::weak_ptr<Stop_handshake>& handshake) noexcept
+void Video_extraction::run(Video_data& video, Stop_handshake& handshake) noexcept
 {
-    while (video->video_state != VIDEO_STOP_REQUESTED) {
-        if (handshake.expired()) {
-            return;
-        }
-        _mm_pause();  // leaves the processor's sibling thread its share; gives up nothing else
-    }
-    video->video_state.exchange(VIDEO_STOPPED);
+    constexpr const char* failed = "#DV# Video_extraction:\t error promise Exception: %s\r\n";
     try {
-        if (const auto waiting = handshake.lock()) {
-            waiting->fulfil();
+        while (!video.dropped) {
+            if (video.video_state == VIDEO_STOP_REQUESTED && handshake.answer(video)) {
+                return;
+            }
+            _mm_pause();  // leaves the processor's sibling thread its share; gives up nothing else
         }
     } catch (const std::exception& error) {
-        log_printf(log_errors, "#DV# Video_extraction:\t error promise Exception: %s\r\n", error.what());
+        log_printf(log_errors, failed, error.what());
+    } catch (...) {
+        log_printf(log_errors, failed, not_standard);
     }
 }
 

@@ -1,8 +1,8 @@
 // The exchange of image buffers with the host.
-#include "api/status.h"
 #include "device/device.h"
 #include "device/frame_queue.h"
 #include "log/log.h"
+#include "status/error_text.h"
 
 namespace kvs::brenvozulta {
 

@@ -10,10 +10,11 @@
 
 #include <boost/filesystem.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <boost/system/error_code.hpp>
+#include <boost/system/system_error.hpp>
 #include <cstdint>
 #include <cstdio>
 #include <cwchar>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,22 @@ bool join(char (&path)[rotation_path_size], const char* directory, const char* n
     return length >= 0 && static_cast<std::size_t>(length) < sizeof(path);
 }
 
+// When the directory is missing all the same, also because its name is no path, the open that follows fails.
+void make_directory(const std::string& directory)
+{
+    try {
+        const boost::filesystem::path path(directory);
+        if (!boost::filesystem::is_directory(path)) {
+            boost::filesystem::create_directories(path);
+        }
+    } catch (const boost::system::system_error&) {  // filesystem errors, and a name that cannot be converted
+    }
+}
+
+struct Task_memory {
+    void operator()(wchar_t* text) const { CoTaskMemFree(text); }
+};
+
 }  // namespace
 
 // Other processes may read and write the file meanwhile; every write goes to its end.
@@ -80,10 +97,7 @@ log_file_owner open_log_file()
         return open;
     }
     const std::string directory = log_directory() + log_sub_directory;
-    boost::system::error_code ignored;  // when the directory is missing all the same, the open below fails
-    if (!boost::filesystem::is_directory(directory, ignored)) {
-        boost::filesystem::create_directories(directory, ignored);
-    }
+    make_directory(directory);
     auto file = boost::make_shared<Log_file>((directory + current_name).c_str());
     if (!file->is_open()) {
         return {};
@@ -140,17 +154,18 @@ void log_close()
 
 std::string log_directory()
 {
-    PWSTR wide = nullptr;
-    std::string directory;
-    if (SHGetKnownFolderPath(program_data_folder, 0, nullptr, &wide) == S_OK) {
-        std::vector<char> narrow(std::wcslen(wide) + 1);
-        std::size_t converted = 0;
-        if (wcstombs_s(&converted, narrow.data(), narrow.size(), wide, narrow.size() - 1) == 0) {
-            directory = narrow.data();
-        }
+    PWSTR folder = nullptr;
+    const HRESULT told = SHGetKnownFolderPath(program_data_folder, 0, nullptr, &folder);
+    const std::unique_ptr<wchar_t, Task_memory> wide(folder);  // to be freed in both cases
+    if (told != S_OK) {
+        return {};
     }
-    CoTaskMemFree(wide);
-    return directory;
+    std::vector<char> narrow(std::wcslen(wide.get()) + 1);
+    std::size_t converted = 0;
+    if (wcstombs_s(&converted, narrow.data(), narrow.size(), wide.get(), narrow.size() - 1) != 0) {
+        return {};
+    }
+    return narrow.data();
 }
 
 }  // namespace kvs::brenvozulta

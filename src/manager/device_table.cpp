@@ -18,26 +18,44 @@ device_table::device_owner device_table::look_up(std::uint32_t handle) const
 
 void device_table::store(std::uint32_t handle, device_owner device)
 {
-    const table_lock lock(mutex_);
-    devices_[handle].swap(device);
+    {
+        const table_lock lock(mutex_);
+        devices_[handle].swap(device);
+    }
+    if (device) {
+        device->drop();
+    }
 }
 
 void device_table::erase(std::uint32_t handle)
 {
     device_owner dropped;
-    const table_lock lock(mutex_);
-    const auto entry = devices_.find(handle);
-    if (entry != devices_.end()) {
-        dropped = entry->second;
+    {
+        const table_lock lock(mutex_);
+        const auto entry = devices_.find(handle);
+        if (entry == devices_.end()) {
+            return;
+        }
+        dropped.swap(entry->second);
         devices_.erase(entry);
+    }
+    if (dropped) {
+        dropped->drop();
     }
 }
 
 void device_table::clear()
 {
     std::map<std::uint32_t, device_owner> dropped;
-    const table_lock lock(mutex_);
-    dropped.swap(devices_);
+    {
+        const table_lock lock(mutex_);
+        dropped.swap(devices_);
+    }
+    for (const auto& [handle, device] : dropped) {
+        if (device) {
+            device->drop();
+        }
+    }
 }
 
 }  // namespace kvs::brenvozulta

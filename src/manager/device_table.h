@@ -32,13 +32,14 @@ public:
     // An owner of the device of a handle, or an empty one. From any thread, without the manager lock.
     device_owner look_up(std::uint32_t handle) const;
 
-    // Replaces the device that has the handle already.
+    // Replaces the device that has the handle already. A device that leaves the table is dropped, whoever still owns
+    // it.
     void store(std::uint32_t handle, device_owner device);
     void erase(std::uint32_t handle);
     void clear();
 
 private:
-    // Guards devices_ between its writers and look_up. Nothing is taken inside it: dropped devices are destroyed
+    // Guards devices_ between its writers and look_up. Nothing is taken inside it: devices are dropped and destroyed
     // outside.
     mutable boost::mutex mutex_;
     std::map<std::uint32_t, device_owner> devices_;

@@ -3,13 +3,13 @@
 
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/lock_types.hpp>
-#include <exception>
 #include <new>
 
-#include "api/status.h"
 #include "device/device.h"
 #include "log/log.h"
+#include "log/log_exceptions.h"
 #include "manager/manager.h"
+#include "status/error_text.h"
 
 namespace kvs::brenvozulta {
 
@@ -36,18 +36,16 @@ inline std::int32_t refuse(const char* operation, std::int32_t status)
 template <class Body>
 std::int32_t brenvozulta_manager::guarded(Body body) noexcept
 {
-    try {
-        return body();
-    } catch (const std::bad_alloc& error) {
-        log_printf(log_errors, "Exception : %s\r\n", error.what());
-        return VYRA_OUT_OF_RESOURCE;
-    } catch (const std::exception& error) {
-        log_printf(log_errors, "Exception : %s\r\n", error.what());
-        return VYRA_INTERNAL;
-    } catch (...) {
-        log_printf(log_errors, "Exception : %s\r\n", "not a standard exception");
-        return VYRA_INTERNAL;
-    }
+    std::int32_t status = VYRA_INTERNAL;
+    log_exceptions([&] {
+        try {
+            status = body();
+        } catch (const std::bad_alloc&) {
+            status = VYRA_OUT_OF_RESOURCE;
+            throw;
+        }
+    });
+    return status;
 }
 
 template <class Body>
@@ -56,7 +54,10 @@ std::int32_t brenvozulta_manager::locked(const char* operation, Body body) noexc
     return guarded([&] {
         manager_guard lock(manager_lock_, boost::defer_lock);
         acquire(lock);
-        return lock.owns_lock() ? body() : refuse(operation, VYRA_INTERNAL);
+        if (!lock.owns_lock()) {
+            return refuse(operation, VYRA_INTERNAL);
+        }
+        return session_change_ == Session_change::ending ? refuse(operation, VYRA_NOT_INITIALIZED) : body();
     });
 }
 

@@ -65,27 +65,30 @@ bool brenvozulta_manager::is_open(const std::string& name) const
 
 std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept
 {
-    return locked("close_device", [&]() -> std::int32_t {
-        const boost::lock_guard<boost::mutex> closing(close_mutex_);
-        if (!initialized_) {
-            return refuse("close_device", VYRA_NOT_INITIALIZED);
-        }
-        const auto* const entry = open_devices_.find(handle);
-        if (entry == nullptr) {
-            return refuse("close_device", VYRA_BAD_SCANNER_IDX);
-        }
-        const auto device = *entry;
-        if (!device) {
-            return VYRA_OK;
-        }
-        status_.raise();
-        const std::int32_t status = device->close();
-        if (status != VYRA_OK) {
-            log_printf(log_errors, "close_device:    Error=%d\r\n", status);
-        }
-        open_devices_.erase(handle);
+    return locked("close_device", [&] { return close_open_device(handle); });
+}
+
+std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
+{
+    const boost::lock_guard<boost::mutex> closing(close_mutex_);
+    if (!initialized_) {
+        return refuse("close_device", VYRA_NOT_INITIALIZED);
+    }
+    const auto* const entry = open_devices_.find(handle);
+    if (entry == nullptr) {
+        return refuse("close_device", VYRA_BAD_SCANNER_IDX);
+    }
+    const auto device = *entry;
+    if (!device) {
         return VYRA_OK;
-    });
+    }
+    status_.raise();
+    const std::int32_t status = device->close();
+    if (status != VYRA_OK) {
+        log_printf(log_errors, "close_device:    Error=%d\r\n", status);
+    }
+    open_devices_.erase(handle);
+    return VYRA_OK;
 }
 
 std::int32_t brenvozulta_manager::reset_device(std::uint32_t handle) noexcept

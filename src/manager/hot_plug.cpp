@@ -1,8 +1,8 @@
 // Scanners that are plugged in and pulled out.
 #include <algorithm>
-#include <exception>
 
 #include "api/get_manager.h"
+#include "log/log_exceptions.h"
 #include "manager/device_name.h"
 #include "manager/dispatch.h"
 
@@ -41,9 +41,10 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
             }
         }
         detected_devices_.push_back(record);
-        if (device_event_callback_.load() != nullptr) {
+        // Read once: another thread's initialize exchanges it without the lock.
+        if (const VyraDeviceEventCallback callback = device_event_callback_) {
             log_printf(log_tracing, "ManagePlugEvent event : sending plug callback for %s\r\n", name.c_str());
-            tell_host(name.c_str(), true);
+            tell_host(callback, name.c_str(), true);
         }
     });
 }
@@ -62,10 +63,10 @@ void brenvozulta_manager::ManageUnplugEvent(void* driver_handle) noexcept
         if (record == detected_devices_.end()) {
             return;  // the host was never told of this scanner
         }
-        if (device_event_callback_.load() != nullptr) {
+        if (const VyraDeviceEventCallback callback = device_event_callback_) {
             const std::string name = entry_name(*record);
             log_printf(log_tracing, "ManageUnplugEvent event : sending unplug callback for %s\r\n", name.c_str());
-            tell_host(name.c_str(), false);
+            tell_host(callback, name.c_str(), false);
         }
         drop_detected(driver_handle);
     });
@@ -88,12 +89,9 @@ void brenvozulta_manager::drop_detected(void* driver_handle)
 
 // An exception of the host's callback ends here: the event is dealt with to its end, and the driver's thread never sees
 // it.
-void brenvozulta_manager::tell_host(const char* name, bool plugged) const noexcept
+void brenvozulta_manager::tell_host(VyraDeviceEventCallback callback, const char* name, bool plugged) noexcept
 {
-    guarded([&] {
-        device_event_callback_.load()(VYRA_EVENT_DEVICE, name, plugged ? 1 : 0);
-        return std::int32_t{VYRA_OK};
-    });
+    log_exceptions([=] { callback(VYRA_EVENT_DEVICE, name, plugged ? 1 : 0); });
 }
 
 }  // namespace kvs::brenvozulta

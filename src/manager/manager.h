@@ -21,8 +21,15 @@ namespace kvs::brenvozulta {
 //   created --initialize--> initialized --terminate--> created
 //
 // While the system sleeps an initialized manager is suspended: it refuses its device operations with 9110.
+//
+// Both changes of the session may wait with the host's window procedures at work on their thread, and what these call
+// comes past the lock, which is recursive. A change inside a change is refused, and inside a terminate every other
+// operation too: nothing is changed.
 class brenvozulta_manager {
 public:
+    // What the thread that has the manager lock is in the middle of.
+    enum class Session_change { none, beginning, ending };
+
     brenvozulta_manager();
     brenvozulta_manager(const brenvozulta_manager&) = delete;
     brenvozulta_manager& operator=(const brenvozulta_manager&) = delete;
@@ -92,13 +99,15 @@ private:
     std::int32_t ready(const char* operation) const;
 
     std::int32_t bring_up();
+    std::int32_t shut_down();
+    std::int32_t close_open_device(std::uint32_t handle);
     static std::int32_t get_device_list_internal(std::uint32_t* count, char* names);
     std::int32_t open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option);
     bool is_open(const std::string& name) const;
     bool wait_until_detected() const;
     std::vector<DriverDeviceEntry>::iterator find_detected(void* driver_handle);
     void drop_detected(void* driver_handle);
-    void tell_host(const char* name, bool plugged) const noexcept;
+    static void tell_host(VyraDeviceEventCallback callback, const char* name, bool plugged) noexcept;
 
     std::atomic<VyraDeviceEventCallback> device_event_callback_;
     std::vector<DriverDeviceEntry> detected_devices_;  // under the manager lock
@@ -110,6 +119,7 @@ private:
     device_table open_devices_;
     boost::mutex close_mutex_;  // taken by close_device alone, inside the manager lock
     std::atomic<bool> initialized_;
+    Session_change session_change_ = Session_change::none;  // under the manager lock
     status_wait status_;
     std::atomic<std::uint32_t> log_level_;
     std::atomic<std::int64_t> log_max_size_;

@@ -3,6 +3,7 @@
 
 #include "manager/dispatch.h"
 #include "manager/power_handler.h"
+#include "notify/module_pin.h"
 #include "vyra/notify.h"
 
 namespace kvs::brenvozulta {
@@ -14,6 +15,21 @@ constexpr std::int64_t default_log_size = 52'428'800;
 
 constexpr std::uint32_t driver_nothing_listed = 5;
 constexpr std::uint32_t driver_scanner_busy = 18;
+
+using Session_change = brenvozulta_manager::Session_change;
+
+// What is under way from here on; a change that ends an earlier session first stands inside another.
+class Change_scope {
+public:
+    Change_scope(Session_change& change, Session_change begun) : change_(change), before_(change) { change_ = begun; }
+    ~Change_scope() { change_ = before_; }
+    Change_scope(const Change_scope&) = delete;
+    Change_scope& operator=(const Change_scope&) = delete;
+
+private:
+    Session_change& change_;
+    const Session_change before_;
+};
 
 // The notifier keeps the pointer, so the text lives as long as the library.
 char notifier_class[] = "VYRABRENVOZULTA";
@@ -35,6 +51,9 @@ std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, s
 {
     return guarded([&] {
         manager_guard lock(manager_lock_, boost::try_to_lock);
+        if (lock.owns_lock() && session_change_ != Session_change::none) {
+            return refuse("initialize", VYRA_INTERNAL);
+        }
         // The settings are in place before the lock is: also while another thread holds it, and when it cannot be had.
         device_event_callback_ = callback;
         log_level_ = level > highest_log_level ? 0 : level;
@@ -48,14 +67,16 @@ std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, s
 
 std::int32_t brenvozulta_manager::bring_up()
 {
+    const Change_scope beginning(session_change_, Session_change::beginning);
     if (initialized_) {
         log_printf(log_tracing, "initialize:    clear current initialized api before the initialize\r\n");
-        terminate();
+        guarded([this] { return shut_down(); });  // whatever comes of it
     }
     if (QXDR_Initialize() != 0) {
         return refuse("initialize", VYRA_INTERNAL);
     }
     initialized_ = true;  // also when the scanners cannot be listed: terminate then releases the driver
+    pin_module();         // the driver learns callbacks from here on, when a scanner is opened at the latest
 
     DriverDeviceEntry entries[driver_list_capacity] = {};
     std::int32_t count = driver_list_capacity;
@@ -80,32 +101,38 @@ std::int32_t brenvozulta_manager::bring_up()
 
 std::int32_t brenvozulta_manager::terminate() noexcept
 {
-    return locked("terminate", [&] {
-        if (!initialized_) {
-            refuse("terminate", VYRA_NOT_INITIALIZED);
-            log_close();
-            return std::int32_t{VYRA_NOT_INITIALIZED};
-        }
-        // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
-        // table.
-        for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {
-            close_device(handle);
-        }
-        open_devices_.clear();
-        status_.end_session();
-        detected_devices_.clear();
-
-        if (QXDR_Release() != 0) {
-            refuse("terminate", VYRA_INTERNAL);
-            log_close();
-            return std::int32_t{VYRA_INTERNAL};
-        }
-        UnsubscribeToPowerEvent(power_handler);
-        TerminateUsbNotifier(notifier_class);
-        initialized_ = false;
-        log_close();
-        return std::int32_t{VYRA_OK};
+    return locked("terminate", [this] {
+        return session_change_ == Session_change::none ? shut_down() : refuse("terminate", VYRA_NOT_INITIALIZED);
     });
+}
+
+std::int32_t brenvozulta_manager::shut_down()
+{
+    if (!initialized_) {
+        refuse("terminate", VYRA_NOT_INITIALIZED);
+        log_close();
+        return VYRA_NOT_INITIALIZED;
+    }
+    const Change_scope ending(session_change_, Session_change::ending);
+    // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
+    // table.
+    for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {
+        close_open_device(handle);
+    }
+    open_devices_.clear();
+    status_.end_session();
+    detected_devices_.clear();
+
+    if (QXDR_Release() != 0) {
+        refuse("terminate", VYRA_INTERNAL);
+        log_close();
+        return VYRA_INTERNAL;
+    }
+    UnsubscribeToPowerEvent(power_handler);
+    TerminateUsbNotifier(notifier_class);
+    initialized_ = false;
+    log_close();
+    return VYRA_OK;
 }
 
 }  // namespace kvs::brenvozulta

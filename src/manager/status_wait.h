@@ -36,6 +36,11 @@ public:
     {
         const boost::lock_guard<boost::mutex> lock(mutex_);
         ++session_;
+        // A change that has released one of the waiters is theirs, and what comes from now on is not.
+        if (waiters_ != 0) {
+            changed_ = false;
+        }
+        waiters_ = 0;
         condition_.notify_all();
     }
 
@@ -44,19 +49,45 @@ public:
     void wait(session waiting_in)
     {
         boost::unique_lock<boost::mutex> lock(mutex_);
+        const Waiter waiter(*this, waiting_in);
         while (!changed_ && session_ == waiting_in) {
             condition_.wait(lock);
         }
-        changed_ = false;
+        if (session_ == waiting_in) {
+            changed_ = false;
+        }
     }
 
 private:
-    // Guards the writing of changed_, session_ and the devices' disconnected marks. The manager lock is taken before
-    // it, never after; nothing is taken inside it.
+    friend struct status_wait_test_access;
+
+    // Counts itself among the waiters of its session for as long as that lasts. Under the mutex.
+    class Waiter {
+    public:
+        Waiter(status_wait& status, session waiting_in) : status_(status), waiting_in_(waiting_in) { count(1); }
+        ~Waiter() { count(-1); }
+        Waiter(const Waiter&) = delete;
+        Waiter& operator=(const Waiter&) = delete;
+
+    private:
+        void count(int change) const
+        {
+            if (status_.session_ == waiting_in_) {
+                status_.waiters_ += change;
+            }
+        }
+
+        status_wait& status_;
+        const session waiting_in_;
+    };
+
+    // Guards waiters_ and the writing of changed_, session_ and the devices' disconnected marks. The manager lock is
+    // taken before it, never after; nothing is taken inside it.
     boost::mutex mutex_;
     boost::condition_variable condition_;
     std::atomic<bool> changed_{false};
     std::atomic<session> session_{0};
+    int waiters_ = 0;  // of the current session
 };
 
 }  // namespace kvs::brenvozulta

@@ -29,15 +29,15 @@ std::string_view broadcast_device_name(LPARAM record)
     if (bytes == nullptr) {
         return {};
     }
-    const std::size_t size = read_field(bytes, offsetof(DEV_BROADCAST_HDR, dbch_size));
-    if (size <= name_offset ||
-        read_field(bytes, offsetof(DEV_BROADCAST_HDR, dbch_devicetype)) != DBT_DEVTYP_DEVICEINTERFACE) {
+    if (read_field(bytes, offsetof(DEV_BROADCAST_HDR, dbch_devicetype)) != DBT_DEVTYP_DEVICEINTERFACE) {
         return {};
     }
     const char* const name = bytes + name_offset;
-    const std::size_t room = size - name_offset;
-    const void* const end = std::memchr(name, '\0', room);
-    return {name, end == nullptr ? room : static_cast<std::size_t>(static_cast<const char*>(end) - name)};
+    const std::size_t size = read_field(bytes, offsetof(DEV_BROADCAST_HDR, dbch_size));
+    if (size <= sizeof(DEV_BROADCAST_DEVICEINTERFACE_A)) {
+        return name;
+    }
+    return {name, strnlen(name, size - name_offset)};
 }
 
 }  // namespace kvs::brenvozulta

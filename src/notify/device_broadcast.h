@@ -7,9 +7,9 @@
 
 namespace kvs::brenvozulta {
 
-// The device name of a device-interface broadcast; empty for a null pointer, another device type, and a record too
-// short to hold a name. Nothing behind the record's stated size is read, whatever the size claims about its content.
-// The text lives as long as the record.
+// The device name of a device-interface broadcast; empty for a null pointer and another device type. A stated size
+// above that of the fixed record bounds the name, whatever stands behind it. Up to there, as test tools state it, the
+// size says nothing of the name, which is then read to its terminator. The text lives as long as the record.
 std::string_view broadcast_device_name(LPARAM record);
 
 }  // namespace kvs::brenvozulta

@@ -52,16 +52,17 @@ HWND open_notifier_window(const char* class_name)
 
 void notifier_thread_main(const char* class_name, const std::function<void(HWND)>& window_created)
 {
-    // The window ends with its thread, whoever ends the loop; its registration does not.
-    const struct Registration_end {
-        ~Registration_end() { end_device_notifications(); }
-    } registration_end;
-    window_created(open_notifier_window(class_name));
+    const HWND window = open_notifier_window(class_name);
+    window_created(window);
     MSG message;
     // No window filter: WM_QUIT belongs to no window. -1 is an error and ends the loop as WM_QUIT does.
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
+    }
+    // Whoever has ended the loop: a window would end with its thread, its registration would not.
+    if (IsWindow(window)) {
+        DestroyWindow(window);
     }
 }
 

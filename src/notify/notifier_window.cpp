@@ -2,9 +2,11 @@
 
 #include <dbt.h>
 
+#include <atomic>
+
+#include "log/log_exceptions.h"
 #include "notify/device_broadcast.h"
 #include "notify/device_path.h"
-#include "notify/log_exceptions.h"
 #include "notify/power_subscriptions.h"
 #include "notify/usb_subscriptions.h"
 
@@ -14,10 +16,23 @@ namespace {
 // GUID_DEVINTERFACE_USB_DEVICE, which the headers only declare.
 constexpr GUID usb_device_interface = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
 
-// Of each thread its own, since a window's procedure runs on the thread that created it: a new notifier may start while
-// a thread that was stopped from inside a subscriber is still on its way out.
-thread_local HDEVNOTIFY registration = nullptr;
-thread_local bool registration_refused = false;
+std::atomic<bool> registration_refused{false};
+
+// The registration is kept in the window that it is for: while a thread that was stopped from inside a subscriber is
+// still on its way out, the next one has a window already.
+void keep_registration(HWND window, HDEVNOTIFY registration)
+{
+    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(registration));
+}
+
+// Tried again at the window's destruction when its closing could not.
+void end_device_notifications(HWND window)
+{
+    const auto registration = reinterpret_cast<HDEVNOTIFY>(GetWindowLongPtrA(window, GWLP_USERDATA));
+    if (registration != nullptr && UnregisterDeviceNotification(registration)) {
+        keep_registration(window, nullptr);
+    }
+}
 
 // An exception must not cross the frames of the window's creation. A failure ends the creation instead, and the thread
 // that asked for the window throws.
@@ -28,9 +43,13 @@ LRESULT register_for_device_notifications(HWND window)
     filter.dbcc_size = sizeof filter;
     filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     filter.dbcc_classguid = usb_device_interface;
-    registration = RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+    const HDEVNOTIFY registration = RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
     registration_refused = registration == nullptr;
-    return registration_refused ? -1 : 0;
+    if (registration == nullptr) {
+        return -1;
+    }
+    keep_registration(window, registration);
+    return 0;
 }
 
 void handle_device_change(WPARAM event, LPARAM record)
@@ -62,10 +81,11 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
         case WM_CREATE:
             return register_for_device_notifications(window);
         case WM_CLOSE:
-            end_device_notifications();
+            end_device_notifications(window);
             DestroyWindow(window);
             return 0;
         case WM_DESTROY:
+            end_device_notifications(window);
             PostQuitMessage(0);
             return 0;
         case WM_DEVICECHANGE:
@@ -76,13 +96,6 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
             return 0;
         default:
             return 0;
-    }
-}
-
-void end_device_notifications()
-{
-    if (registration != nullptr && UnregisterDeviceNotification(registration)) {
-        registration = nullptr;
     }
 }
 

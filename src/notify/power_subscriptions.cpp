@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <boost/thread/lock_guard.hpp>
 
-#include "notify/log_exceptions.h"
+#include "log/log_exceptions.h"
 
 namespace kvs::brenvozulta {
 
 bool power_subscriptions::subscribe(PowerEventCallback callback)
 {
-    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    const boost::lock_guard<dispatch_mutex> lock(mutex_);
     // A null callback matches a free place, and is stored in it without a trace.
     const auto place = std::find_if(table_.begin(), table_.end(),
                                     [=](PowerEventCallback entry) { return entry == callback || entry == nullptr; });
@@ -22,7 +22,7 @@ bool power_subscriptions::subscribe(PowerEventCallback callback)
 
 bool power_subscriptions::unsubscribe(PowerEventCallback callback)
 {
-    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    const boost::lock_guard<dispatch_mutex> lock(mutex_);
     const auto place = std::find(table_.begin(), table_.end(), callback);
     if (place == table_.end()) {
         return false;
@@ -34,7 +34,7 @@ bool power_subscriptions::unsubscribe(PowerEventCallback callback)
 void power_subscriptions::dispatch(bool suspending)
 {
     const SysPowerEventType event = suspending ? SysPowerSleep : SysPowerResume;
-    const boost::lock_guard<boost::recursive_mutex> lock(mutex_);
+    const boost::lock_guard<dispatch_mutex> lock(mutex_);
     // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the
     // others from learning that the system sleeps.
     for (const PowerEventCallback& place : table_) {

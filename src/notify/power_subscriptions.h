@@ -2,9 +2,9 @@
 #pragma once
 
 #include <array>
-#include <boost/thread/recursive_mutex.hpp>
 #include <cstddef>
 
+#include "notify/waiting.h"
 #include "vyra/notify.h"
 
 namespace kvs::brenvozulta {
@@ -24,8 +24,9 @@ private:
     // subscriber takes what it likes inside it; the manager's takes the manager lock. So this lock comes first, and who
     // holds the manager lock while asking for this one can make that subscriber's wait for it run out, after 5000 ms.
     // Recursive, because a host that shuts the library down when the system goes to sleep unsubscribes from inside a
-    // subscriber: it would otherwise wait for itself for ever.
-    boost::recursive_mutex mutex_;
+    // subscriber: it would otherwise wait for itself for ever. Free again when a subscriber ends the thread: the table
+    // is whole at every moment, since each place is written at once.
+    dispatch_mutex mutex_;
     // A null place is free. The scan of a subscription ends at the first free place: a function that stands behind a
     // place freed since can therefore come to stand in both.
     std::array<PowerEventCallback, places> table_{};

@@ -1,10 +1,14 @@
 #include "notify/usb_notifier.h"
 
 #include <boost/smart_ptr/make_shared.hpp>
+#include <boost/system/error_code.hpp>
+#include <boost/thread/exceptions.hpp>
 #include <boost/thread/lock_guard.hpp>
+#include <memory>
 #include <utility>
 
-#include "notify/log_exceptions.h"
+#include "log/log_exceptions.h"
+#include "notify/module_pin.h"
 #include "notify/notifier_thread.h"
 #include "notify/usb_subscriptions.h"
 #include "vyra/notify.h"
@@ -14,19 +18,29 @@ namespace kvs::brenvozulta {
 // Serialises starts and stops. False, at once, on a thread for which the stop under way itself waits: on the notifier
 // thread inside a subscriber, and on the stopping thread when a message reaches it while it waits. Waiting there would
 // never end.
-bool usb_notifier::wait_for_other_stop(unique_lock& lock) const
+bool usb_notifier::wait_for_other_stop(unique_lock& lock)
 {
-    const boost::thread::id self = boost::this_thread::get_id();
+    const DWORD self = GetCurrentThreadId();
     while (const auto other = stop_) {
-        if (self == other->stopper || self == other->awaited) {
+        if (self == other->stopper_id || self == other->awaited_id) {
             return false;
         }
         lock.unlock();
-        other->over.wait();
+        wait_for_any({other->over.handle(), other->stopper.get()});
         lock.lock();
+        if (stop_ == other) {
+            stop_.reset();  // its thread has ended in the middle of it
+        }
     }
     return true;
 }
+
+// What a new thread is given, and owns.
+struct usb_notifier::Start {
+    usb_notifier* notifier;
+    const char* class_name;
+    boost::shared_ptr<Run> run;
+};
 
 bool usb_notifier::start(const char* class_name)
 {
@@ -37,56 +51,60 @@ bool usb_notifier::start(const char* class_name)
     }
     running_ = true;
     the_usb_subscriptions().clear();
-    // A thread that failed, or was stopped from inside a subscriber, has been told to end and holds nothing that this
-    // start needs. It is not waited for: its subscriber may be waiting for the caller.
-    run_.reset();
-    thread_.detach();
+    // A thread that was stopped from inside a subscriber has been told to end and holds nothing that this start needs.
+    // It is not waited for: its subscriber may be waiting for the caller.
     const auto run = boost::make_shared<Run>();
-    thread_ = boost::thread([=] { run_thread(class_name, run.get()); });
+    auto start = std::make_unique<Start>(Start{this, class_name, run});
+    pin_module();
+    run->thread = own(CreateThread(nullptr, 0, thread_main, start.get(), 0, &run->thread_id));
+    start.release();  // the thread's now
     run_ = run;
     return true;
 }
 
-void usb_notifier::run_thread(const char* class_name, Run* run)
+DWORD WINAPI usb_notifier::thread_main(LPVOID argument)
+{
+    const std::unique_ptr<Start> start(static_cast<Start*>(argument));
+    start->notifier->run_thread(start->class_name, *start->run);
+    return 0;
+}
+
+void usb_notifier::run_thread(const char* class_name, Run& run)
 {
     const bool ended_by_quit = log_exceptions([&] {
         notifier_thread_main(class_name, [&](HWND window) {
-            run->window = window;
-            run->thread_id = GetCurrentThreadId();
-            run->settled.set();
+            run.window = window;
+            run.settled.set();
         });
     });
     {
         const boost::lock_guard<boost::mutex> lock(mutex_);
         // A failed thread leaves the notifier as a stop leaves it.
-        if (!ended_by_quit && run == run_.get()) {
+        if (!ended_by_quit && &run == run_.get()) {
             running_ = false;
+            run_.reset();
         }
     }
-    run->settled.set();
-    run->ended.set();
+    run.settled.set();
 }
 
-void usb_notifier::end_thread(const char* class_name, const Run* run, bool from_inside)
+// Every wait here ends with the thread itself too: a subscriber may have ended it, and when the process ends, the
+// system has.
+void usb_notifier::end_thread(const char* class_name, const Run& run, bool from_inside)
 {
-    if (run != nullptr) {
-        // A window that does not exist yet cannot be closed, and its loop would never end. On the notifier thread
-        // itself it does exist: only its messages lead here.
-        if (!from_inside) {
-            run->settled.wait();
-        }
-        if (run->window != nullptr) {
-            close_notifier_window(run->window, run->thread_id, class_name);
-        }
-        if (!from_inside) {
-            run->ended.wait();
-        }
+    // A window that does not exist yet cannot be closed, and its loop would never end. On the notifier thread itself it
+    // does exist: only its messages lead here.
+    if (!from_inside) {
+        wait_for_any({run.settled.handle(), run.thread.get()});
     }
-    // A stop goes through with all its steps: an interruption would leave a thread that nobody waits for.
-    const boost::this_thread::disable_interruption whole;
-    if (thread_.joinable()) {
-        thread_.join();
+    if (run.window != nullptr) {
+        close_notifier_window(run.window, run.thread_id, class_name);
     }
+    if (from_inside) {
+        throw boost::thread_resource_error(boost::system::errc::resource_deadlock_would_occur,
+                                           "boost thread: trying joining itself");
+    }
+    wait_for_any({run.thread.get()});
 }
 
 void usb_notifier::end_stop()
@@ -102,16 +120,19 @@ bool usb_notifier::stop(const char* class_name)
     if (!wait_for_other_stop(lock) || !running_) {
         return true;
     }
-    // It takes memory and an event. A stop that cannot be had leaves the notifier running, for another try.
+    // It takes memory and system objects. A stop that cannot be had leaves the notifier running, for another try.
     const auto stop = boost::make_shared<Stop>();
-    stop->stopper = boost::this_thread::get_id();
-    stop->awaited = thread_.get_id();
+    stop->stopper_id = GetCurrentThreadId();
+    stop->stopper = own(OpenThread(SYNCHRONIZE, FALSE, stop->stopper_id));
+    stop->awaited_id = run_ ? run_->thread_id : 0;
     stop_ = stop;
     running_ = false;
     const boost::shared_ptr<Run> run = std::move(run_);
     lock.unlock();
     try {
-        end_thread(class_name, run.get(), stop->stopper == stop->awaited);
+        if (run) {
+            end_thread(class_name, *run, stop->stopper_id == stop->awaited_id);
+        }
     } catch (...) {
         // A thread cannot wait for itself: the stop came from a subscriber.
         end_stop();

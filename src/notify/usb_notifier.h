@@ -10,10 +10,10 @@
 #include <windows.h>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/thread/lock_types.hpp>
 #include <boost/thread/mutex.hpp>
-#include <boost/thread/thread.hpp>
 
-#include "notify/completion.h"
+#include "notify/waiting.h"
 
 namespace kvs::brenvozulta {
 
@@ -28,31 +28,32 @@ private:
     // One start and its thread. A thread that was stopped from inside a subscriber may still be on its way out while
     // the next one runs, so it has its own.
     struct Run {
-        completion settled;  // there is a window, or the thread has failed
-        completion ended;    // the thread has nothing left to do
-        // Written before it is settled. Null when there is none.
-        HWND window = nullptr;
-        DWORD thread_id = 0;
+        completion settled;     // there is a window, or the thread has failed
+        HWND window = nullptr;  // written before it is settled; null when there is none
+        handle_owner thread;
+        DWORD thread_id = 0;  // given to no other thread as long as `thread` is open
     };
     // A stop that is under way.
     struct Stop {
-        boost::thread::id stopper;
-        boost::thread::id awaited;  // the notifier thread
+        DWORD stopper_id = 0;
+        DWORD awaited_id = 0;  // the notifier thread; 0 when there is none
+        handle_owner stopper;
         completion over;
     };
+    struct Start;
 
-    bool wait_for_other_stop(unique_lock& lock) const;
-    void run_thread(const char* class_name, Run* run);
-    void end_thread(const char* class_name, const Run* run, bool from_inside);
+    static DWORD WINAPI thread_main(LPVOID start);
+
+    bool wait_for_other_stop(unique_lock& lock);
+    void run_thread(const char* class_name, Run& run);
+    static void end_thread(const char* class_name, const Run& run, bool from_inside);
     void end_stop();
 
     // Guards everything below. Held for moments only, never while a window, a thread or a subscriber is waited for; the
     // lock of the USB table may be taken inside it.
     boost::mutex mutex_;
     bool running_ = false;
-    boost::shared_ptr<Run> run_;  // while running; null when the start got no thread
-    // Of the newest start. While a stop is under way, only that stop touches it, and without the mutex.
-    boost::thread thread_;
+    boost::shared_ptr<Run> run_;    // null when not running, and when the start got no thread
     boost::shared_ptr<Stop> stop_;  // null when none is under way
 };
 

@@ -20,10 +20,16 @@ std::size_t entries_of(const char* folder)
 Process_counts process_counts(const char* /*window_class*/)
 {
     const auto live = win32_double::live_objects();
-    return {{"threads", entries_of("/proc/self/task")}, {"handles", entries_of("/proc/self/fd")},
-            {"log descriptors", live.descriptors},      {"windows", live.windows},
-            {"window classes", live.window_classes},    {"device notifications", live.device_notifications},
-            {"message queues", live.message_queues},    {"object handles", live.waitables}};
+    return {{"threads", entries_of("/proc/self/task")},
+            {"handles", entries_of("/proc/self/fd")},
+            {"log descriptors", live.descriptors},
+            {"windows", live.windows},
+            {"window classes", live.window_classes},
+            {"device notifications", live.device_notifications},
+            {"message queues", live.message_queues},
+            {"events", live.events},
+            {"mutexes", live.mutexes},
+            {"thread handles", live.thread_handles}};
 }
 
 bool is_no_more_than(const Process_counts& before, const Process_counts& after)

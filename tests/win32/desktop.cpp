@@ -48,8 +48,26 @@ void remove_window(HWND handle)
 Live_objects live_objects()
 {
     const Desktop_lock lock(desktop().lock);
-    return {desktop().windows.size(), desktop().classes.size(),   desktop().notifications.size(),
-            desktop().queues.size(),  desktop().waitables.size(), open_descriptors()};
+    Live_objects alive{};
+    alive.windows = desktop().windows.size();
+    alive.window_classes = desktop().classes.size();
+    alive.device_notifications = desktop().notifications.size();
+    alive.message_queues = desktop().queues.size();
+    for (const auto& [handle, object] : desktop().waitables) {
+        switch (object->kind) {
+            case Waitable::Kind::event:
+                ++alive.events;
+                break;
+            case Waitable::Kind::mutex:
+                ++alive.mutexes;
+                break;
+            case Waitable::Kind::thread:
+                ++alive.thread_handles;
+                break;
+        }
+    }
+    alive.descriptors = open_descriptors();
+    return alive;
 }
 
 }  // namespace win32_double

@@ -69,12 +69,16 @@ struct Device_notification {
 
 // What a thread waits for by its handle (waiting.cpp).
 struct Waitable {
+    enum class Kind { event, mutex, thread };
+
+    explicit Waitable(Kind of) : kind(of) {}
     virtual ~Waitable() = default;
     // Whether a wait of the calling thread ends now.
     virtual bool signalled() const = 0;
     // What a wait that ends by this object takes of it, and answers.
     virtual DWORD take() { return WAIT_OBJECT_0; }
 
+    const Kind kind;
     std::condition_variable changed;  // a wait may end
 };
 

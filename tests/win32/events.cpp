@@ -9,6 +9,7 @@ Entry_point create_call{"CreateEventA"};
 Entry_point set_call{"SetEvent"};
 
 struct Event : Waitable {
+    Event() : Waitable(Kind::event) {}
     bool signalled() const override { return set; }
 
     bool set = false;

@@ -111,6 +111,9 @@ Module_list& module_list()
     return only;
 }
 
+// Made when the program starts, like the system's own: tests that refuse memory count what the library asks for.
+[[maybe_unused]] const Module_list& made_at_start = module_list();
+
 HMODULE executable_handle()
 {
     return handle_of(module_list().executable);
@@ -180,17 +183,18 @@ BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module)
         return FALSE;
     }
     Dl_info object{};
-    if (dladdr(address, &object) == 0) {
+    link_map* mapped = nullptr;
+    if (dladdr1(address, &object, reinterpret_cast<void**>(&mapped), RTLD_DL_LINKMAP) == 0) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return FALSE;
     }
-    // The executable has no handle by its path, and stays anyway.
-    void* const pinned = dlopen(object.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
-    if (pinned != nullptr)
-        dlclose(pinned);
+    if (mapped->l_name[0] == '\0') {  // the executable stays anyway
+        *module = executable_handle();
+        return TRUE;
+    }
+    dlclose(dlopen(mapped->l_name, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE));
     const std::lock_guard<std::mutex> guard(module_list().lock);
-    *module =
-        handle_of(pinned == nullptr ? module_list().executable : module_record(module_name(object.dli_fname).c_str()));
+    *module = handle_of(module_record(module_name(mapped->l_name).c_str()));
     return TRUE;
 }
 

@@ -9,6 +9,7 @@ Entry_point create_call{"CreateMutexA"};
 Entry_point release_call{"ReleaseMutex"};
 
 struct Mutex : Waitable {
+    Mutex() : Waitable(Kind::mutex) {}
     bool signalled() const override { return owner == 0 || owner == GetCurrentThreadId(); }
     DWORD take() override
     {

@@ -21,6 +21,7 @@ Entry_point sleep_call{"Sleep"};
 thread_local DWORD last_error = ERROR_SUCCESS;
 
 struct Thread : Waitable {
+    Thread() : Waitable(Kind::thread) {}
     bool signalled() const override { return ended; }
 
     DWORD number = 0;  // 0 until it runs
@@ -122,6 +123,12 @@ HANDLE OpenThread(DWORD access, BOOL inherit, DWORD number)
     const auto own = own_thread().object;
     const Desktop_lock lock(desktop().lock);
     return new_thread_handle(own);
+}
+
+// Unwinds the thread's frames, which Windows leaves as they are: not to be called below one that catches everything.
+void ExitThread(DWORD)
+{
+    pthread_exit(nullptr);
 }
 
 DWORD GetLastError()

@@ -11,6 +11,7 @@ namespace {
 
 Entry_point close_call{"CloseHandle"};
 Entry_point wait_call{"WaitForSingleObject"};
+Entry_point wait_several_call{"WaitForMultipleObjects"};
 Entry_point message_wait_call{"MsgWaitForMultipleObjectsEx"};
 
 // Whether `condition` came to hold in time. `changed` is notified when it may.
@@ -21,6 +22,29 @@ bool wait(Desktop_lock& lock, std::condition_variable& changed, DWORD millisecon
         return changed.wait_for(lock, std::chrono::milliseconds(milliseconds), condition);
     changed.wait(lock, condition);
     return true;
+}
+
+// Waits at the thread's queue for the first of the objects, or for what else ends the wait (then: their number).
+template <class Condition>
+DWORD wait_for_one(DWORD count, const HANDLE* handles, DWORD milliseconds, Condition other)
+{
+    watch_thread_end();
+    Desktop_lock lock(desktop().lock);
+    std::vector<std::shared_ptr<Waitable>> objects;
+    for (DWORD i = 0; i < count; ++i) {
+        objects.push_back(find_waitable(handles[i]));
+        if (objects.back() == nullptr)
+            return WAIT_FAILED;
+    }
+    const auto signalled = [&] {
+        return std::find_if(objects.begin(), objects.end(), [](const auto& object) { return object->signalled(); });
+    };
+    if (!wait(lock, own_queue()->wake, milliseconds, [&] { return signalled() != objects.end() || other(); }))
+        return WAIT_TIMEOUT;
+    const auto first = signalled();
+    if (first == objects.end())
+        return WAIT_OBJECT_0 + count;
+    return (*first)->take() + static_cast<DWORD>(first - objects.begin());
 }
 
 }  // namespace
@@ -69,6 +93,17 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds)
                                                                                           : WAIT_TIMEOUT;
 }
 
+DWORD WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL all, DWORD milliseconds)
+{
+    if (wait_several_call.refused())
+        return WAIT_FAILED;
+    if (all) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return WAIT_FAILED;
+    }
+    return wait_for_one(count, handles, milliseconds, [] { return false; });
+}
+
 DWORD MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake_mask, DWORD flags)
 {
     if (message_wait_call.refused())
@@ -77,22 +112,5 @@ DWORD MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD mill
         SetLastError(ERROR_INVALID_PARAMETER);
         return WAIT_FAILED;
     }
-    watch_thread_end();
-    Desktop_lock lock(desktop().lock);
-    std::vector<std::shared_ptr<Waitable>> objects;
-    for (DWORD i = 0; i < count; ++i) {
-        objects.push_back(find_waitable(handles[i]));
-        if (objects.back() == nullptr)
-            return WAIT_FAILED;
-    }
-    const auto signalled = [&] {
-        return std::find_if(objects.begin(), objects.end(), [](const auto& object) { return object->signalled(); });
-    };
-    const auto queue = own_queue();
-    if (!wait(lock, queue->wake, milliseconds, [&] { return signalled() != objects.end() || !queue->sent.empty(); }))
-        return WAIT_TIMEOUT;
-    const auto first = signalled();
-    if (first == objects.end())
-        return WAIT_OBJECT_0 + count;
-    return (*first)->take() + static_cast<DWORD>(first - objects.begin());
+    return wait_for_one(count, handles, milliseconds, [] { return !own_queue()->sent.empty(); });
 }

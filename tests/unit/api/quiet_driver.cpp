@@ -30,6 +30,11 @@ void announce(std::int32_t event)
     listener(event, &scanners[1]);
 }
 
+bool is_capturing()
+{
+    return capturing;
+}
+
 std::int32_t deliver()
 {
     static const std::uint8_t image[16] = {1, 2, 3};

@@ -15,4 +15,6 @@ void announce(std::int32_t event);
 // Calls the registered acquisition callback with an image of 4 x 4 pixels.
 std::int32_t deliver();
 
+bool is_capturing();
+
 }  // namespace quiet_driver

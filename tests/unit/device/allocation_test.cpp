@@ -7,13 +7,15 @@
 #include <vector>
 
 #include "device/acquisition.h"
+#include "device/records.h"
+#include "device/stop_handshake.h"
 #include "unit/device/device_test.h"
 #include "unit/device/installed_library.h"
 
 namespace {
 
 using namespace test_support;
-using kvs::brenvozulta::on_acquisition;
+using namespace kvs::brenvozulta;
 
 template <class Work>
 std::size_t allocations_of(Work work)
@@ -69,6 +71,16 @@ TEST_F(Allocations, A_Submit_Allocates_The_Request_And_A_Get_Nothing)
         EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().get_video_result(&buffer, &context), 0); }), 0u);
         EXPECT_EQ(context, i);
     }
+}
+
+// An extraction thread has nobody to tell that it could not.
+TEST_F(Allocations, The_Answer_To_A_Stop_Needs_None)
+{
+    Video_data video;
+    Stop_handshake handshake;
+    handshake.begin(video, {});
+    video.video_state = VIDEO_STOP_REQUESTED;
+    EXPECT_EQ(allocations_of([&] { EXPECT_TRUE(handshake.answer(video)); }), 0u);
 }
 
 // The system's own functions may allocate.

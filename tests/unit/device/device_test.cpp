@@ -57,6 +57,12 @@ std::string not_open_line(const std::string& operation)
     return error_line(operation, 9110, "Error 9110");
 }
 
+testing::Matcher<std::string> address_line()
+{
+    const std::string begin = "reset:\t reset Error ";
+    return testing::AllOf(testing::MatchesRegex(begin + "-?[0-9]+\r\n"), testing::Not(begin + "9110\r\n"));
+}
+
 bool wait_a_little_and_try_again(std::uint64_t& started)
 {
     using namespace boost::chrono;

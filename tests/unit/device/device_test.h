@@ -42,6 +42,9 @@ std::string driver_error_line(const std::string& function, std::uint32_t result)
 // The line of an operation that found the device not open.
 std::string not_open_line(const std::string& operation);
 
+// The line of a refused reset, which shows the address of a text as its number.
+testing::Matcher<std::string> address_line();
+
 // Waits until condition() is true; false when patience ran out. For what raises no event.
 template <class Condition>
 bool eventually(Condition condition);

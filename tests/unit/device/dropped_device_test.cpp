@@ -36,20 +36,15 @@ TEST_F(Dropped_device, Nothing_Is_Stopped_Or_Closed)
     EXPECT_EQ(buffer, image_of(0));
 }
 
-TEST_F(Dropped_device, A_Callback_That_Waits_Keeps_What_It_Stands_On)
+TEST_F(Dropped_device, A_Callback_That_Waits_Returns)
 {
     running_device();
     void* const context = brenvozulta_sim_callback_context();
     const std::uint64_t delivery = deliver_waiting(image_of(9));
     drop_device();
     EXPECT_THAT(take_calls(), IsEmpty());
-    EXPECT_EQ(brenvozulta_sim_wait_delivery_done(delivery, 0, nullptr), 0) << "nobody has woken it";
-    // Another thread's images are refused meanwhile.
-    brenvozulta_sim_image image = {nullptr, 0, image_width, image_height, nullptr, 1, context};
-    brenvozulta_sim_remove(first_scanner);
-    std::int32_t result = -1;
-    EXPECT_EQ(brenvozulta_sim_deliver(&image, patience_ms, &result), 1);
-    EXPECT_EQ(result, 3);
+    EXPECT_EQ(result_of(delivery), 0);
+    EXPECT_EQ(deliver_to(context, image_of(9)), 3);
 }
 
 TEST_F(Dropped_device, A_New_Device_At_The_Same_Scanner_Works_Beside_A_Callback_That_Waits)

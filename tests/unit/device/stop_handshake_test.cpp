@@ -6,65 +6,106 @@
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
+#include "device/records.h"
+
 namespace {
 
-using kvs::brenvozulta::Stop_handshake;
+using namespace kvs::brenvozulta;
 
 const boost::chrono::seconds patience(20);
 const boost::chrono::milliseconds moment(20);
 
-TEST(Stop_handshake, A_Wait_Ends_When_It_Is_Fulfilled)
-{
+class Stop_handshake_test : public testing::Test {
+protected:
+    void begin() { handshake.begin(video, {}); }
+    bool answer_request()
+    {
+        video.video_state = VIDEO_STOP_REQUESTED;
+        return handshake.answer(video);
+    }
+
+    Video_data video;
     Stop_handshake handshake;
-    handshake.renew();
+};
+
+TEST_F(Stop_handshake_test, A_Begin_Runs_The_Video)
+{
+    begin();
+    EXPECT_EQ(video.video_state, VIDEO_RUNNING);
+}
+
+TEST_F(Stop_handshake_test, A_Wait_Ends_With_The_Answer)
+{
+    begin();
     boost::thread waiting([&] { handshake.wait(); });
     EXPECT_FALSE(waiting.try_join_for(moment));
-    handshake.fulfil();
+    EXPECT_TRUE(answer_request());
+    EXPECT_EQ(video.video_state, VIDEO_STOPPED);
     EXPECT_TRUE(waiting.try_join_for(patience));
 }
 
-TEST(Stop_handshake, A_Wait_After_It_Was_Fulfilled_Returns_At_Once)
+TEST_F(Stop_handshake_test, A_Wait_After_The_Answer_Returns_At_Once)
 {
-    Stop_handshake handshake;
-    handshake.renew();
-    handshake.fulfil();
+    begin();
+    EXPECT_TRUE(answer_request());
     boost::thread waiting([&] { handshake.wait(); });
     EXPECT_TRUE(waiting.try_join_for(patience));
 }
 
-TEST(Stop_handshake, A_Second_Fulfilment_Is_An_Error)
+// A thread that has seen a request and is then held up may find anything.
+TEST_F(Stop_handshake_test, What_Is_No_Request_Is_Not_Answered)
 {
-    Stop_handshake handshake;
-    handshake.renew();
+    begin();
+    for (const Video_state state : {VIDEO_IDLE, VIDEO_RUNNING, VIDEO_STOPPED}) {
+        video.video_state = state;
+        EXPECT_FALSE(handshake.answer(video));
+        EXPECT_EQ(video.video_state, state);
+    }
+    boost::thread waiting([&] { handshake.wait(); });
+    EXPECT_FALSE(waiting.try_join_for(moment));
+    EXPECT_TRUE(answer_request());
+    EXPECT_TRUE(waiting.try_join_for(patience));
+}
+
+TEST_F(Stop_handshake_test, A_Second_Answer_Is_An_Error_And_Stops_The_Video_All_The_Same)
+{
+    begin();
+    EXPECT_TRUE(answer_request());
+    EXPECT_THROW(answer_request(), boost::promise_already_satisfied);
+    EXPECT_EQ(video.video_state, VIDEO_STOPPED);
+}
+
+TEST_F(Stop_handshake_test, A_Start_Without_A_Thread_Fulfils_It_Itself)
+{
+    begin();
     handshake.fulfil();
+    EXPECT_EQ(video.video_state, VIDEO_RUNNING);
+    handshake.wait();
     EXPECT_THROW(handshake.fulfil(), boost::promise_already_satisfied);
 }
 
-TEST(Stop_handshake, A_Second_Wait_Is_An_Error)
+TEST_F(Stop_handshake_test, A_Second_Wait_Is_An_Error)
 {
-    Stop_handshake handshake;
-    handshake.renew();
-    handshake.fulfil();
+    begin();
+    EXPECT_TRUE(answer_request());
     handshake.wait();
     EXPECT_THROW(handshake.wait(), boost::future_already_retrieved);
 }
 
-TEST(Stop_handshake, Renewed_It_Is_Waited_For_And_Fulfilled_Anew)
+TEST_F(Stop_handshake_test, Begun_Again_It_Is_Waited_For_And_Answered_Anew)
 {
-    Stop_handshake handshake;
     for (int round = 0; round < 3; ++round) {
-        handshake.renew();
+        begin();
         boost::thread waiting([&] { handshake.wait(); });
         EXPECT_FALSE(waiting.try_join_for(moment));
-        handshake.fulfil();
+        EXPECT_TRUE(answer_request());
         EXPECT_TRUE(waiting.try_join_for(patience));
     }
 }
 
-TEST(Stop_handshake, One_That_Was_Never_Renewed_Works_As_Well)
+TEST_F(Stop_handshake_test, One_That_Was_Never_Begun_Works_As_Well)
 {
-    Stop_handshake handshake;
-    handshake.fulfil();
+    EXPECT_TRUE(answer_request());
     handshake.wait();
 }
 

@@ -35,11 +35,20 @@ TEST(Device_broadcast, other_device_types_have_no_name)
     }
 }
 
-TEST(Device_broadcast, a_record_too_short_for_a_name_has_none_and_nothing_behind_it_is_read)
+// Test tools state the fixed record, or nothing.
+TEST(Device_broadcast, a_size_up_to_the_fixed_records_says_nothing_of_the_name)
 {
-    for (DWORD size = 0; size <= name_offset; ++size) {
-        // The size itself is there to be read, and not a byte more than it tells.
-        const Device_record record("", size < sizeof size ? sizeof size : size, size);
+    const std::string_view name("USB#VID_1A2B&PID_00FF", 22);
+    for (DWORD size = 0; size <= sizeof(DEV_BROADCAST_DEVICEINTERFACE_A); ++size) {
+        const Device_record record(name, name_offset + name.size(), size);
+        EXPECT_EQ(broadcast_device_name(record.address()), "USB#VID_1A2B&PID_00FF") << size;
+    }
+}
+
+TEST(Device_broadcast, of_another_type_nothing_behind_the_header_is_read)
+{
+    for (const DWORD size : {0u, 12u, 28u, 32u}) {
+        const Device_record record("", sizeof(DEV_BROADCAST_HDR), size, DBT_DEVTYP_DEVICEINTERFACE + 1);
         EXPECT_EQ(broadcast_device_name(record.address()), "") << size;
     }
 }
@@ -47,7 +56,8 @@ TEST(Device_broadcast, a_record_too_short_for_a_name_has_none_and_nothing_behind
 TEST(Device_broadcast, a_name_without_terminator_ends_with_the_stated_size)
 {
     const std::string_view name = "VID_1A2B&PID_00FF";
-    for (DWORD length = 1; length <= name.size(); ++length) {
+    constexpr std::size_t in_fixed_record = sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) - name_offset;
+    for (std::size_t length = in_fixed_record + 1; length <= name.size(); ++length) {
         const Device_record record(name, name_offset + length, static_cast<DWORD>(name_offset + length));
         EXPECT_EQ(broadcast_device_name(record.address()), name.substr(0, length));
     }

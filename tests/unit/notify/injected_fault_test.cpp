@@ -28,7 +28,8 @@ protected:
         EXPECT_EQ(live.windows, 0u);
         EXPECT_EQ(live.window_classes, 0u);
         EXPECT_EQ(live.device_notifications, 0u);
-        EXPECT_EQ(live.waitables, 0u);
+        EXPECT_EQ(live.events, 0u);
+        EXPECT_EQ(live.thread_handles, 0u);
     }
 
     // A start with the order to fail given, the log line that it leaves, and a start after it without a stop.
@@ -141,31 +142,63 @@ TEST_F(Injected_fault_test, a_thread_that_cannot_be_created_raises_its_error_and
     expect_service_works();
 }
 
-// Of the two events that a start needs, the first and the second.
 TEST_F(Injected_fault_test, a_start_without_an_event_raises_its_error_and_a_stop_makes_it_good)
 {
-    for (const int after : {0, 1}) {
-        win32_double::fail("CreateEventA", 1, ERROR_NOT_ENOUGH_MEMORY, after);
-        EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
-        EXPECT_EQ(win32_double::live_objects().waitables, 0u);
-        // The notifier counts as running all the same.
-        EXPECT_TRUE(InitUsbNotifier(class_name()));
-        EXPECT_EQ(window(), nullptr);
+    win32_double::fail("CreateEventA");
+    EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
+    EXPECT_EQ(win32_double::live_objects().events, 0u);
+    // The notifier counts as running all the same.
+    EXPECT_TRUE(InitUsbNotifier(class_name()));
+    EXPECT_EQ(window(), nullptr);
+    stop();
+    expect_service_works();
+}
+
+// Neither the failed start itself nor one that comes to nothing after it keeps anything.
+TEST_F(Injected_fault_test, a_failed_start_is_let_go_of)
+{
+    const auto holds_nothing = [] {
+        const auto live = win32_double::live_objects();
+        return live.events == 0 && live.thread_handles == 0;
+    };
+    win32_double::fail("CreateWindowExA");
+    EXPECT_TRUE(InitUsbNotifier(class_name()));
+    wait_until([] { return !captured_log::take().empty(); });
+    wait_until(holds_nothing);
+    win32_double::fail("CreateThread");
+    EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
+    EXPECT_TRUE(holds_nothing());
+    stop();
+    expect_service_works();
+}
+
+TEST_F(Injected_fault_test, a_stop_without_a_system_object_raises_its_error_and_leaves_the_notifier_running)
+{
+    for (const char* function : {"CreateEventA", "OpenThread"}) {
+        start();
+        ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
+        win32_double::fail(function);
+        EXPECT_THROW(TerminateUsbNotifier(class_name()), boost::thread_resource_error) << function;
+        plug(device_path);
+        EXPECT_EQ(take_events(), std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged)}) << function;
         stop();
         expect_service_works();
     }
 }
 
-TEST_F(Injected_fault_test, a_stop_without_an_event_raises_its_error_and_leaves_the_notifier_running)
+// It has nothing to wait for, so it needs nothing and cannot fail.
+TEST_F(Injected_fault_test, a_stop_of_a_notifier_that_does_not_run_touches_nothing)
 {
-    start();
-    ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
-    win32_double::fail("CreateEventA");
-    EXPECT_THROW(TerminateUsbNotifier(class_name()), boost::thread_resource_error);
-    plug(device_path);
-    EXPECT_EQ(take_events(), std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged)});
+    win32_double::fail("CreateWindowExA");
+    EXPECT_TRUE(InitUsbNotifier(class_name()));
+    wait_until([] { return !captured_log::take().empty(); });
     stop();
-    expect_service_works();
+    win32_double::clear();
+    for (const char* function : {"CreateEventA", "OpenThread"}) {
+        win32_double::fail(function);
+        EXPECT_TRUE(TerminateUsbNotifier(class_name()));
+        EXPECT_EQ(win32_double::calls(function), 0u) << function;
+    }
 }
 
 TEST_F(Injected_fault_test, a_stop_that_cannot_wait_for_messages_still_waits_for_the_thread)

@@ -4,8 +4,10 @@
 #include <boost/thread/thread.hpp>
 
 #include "support.h"
+#include "support/host_window.h"
 
 using namespace notify_test;
+using test_support::Host_window;
 
 namespace {
 
@@ -185,54 +187,12 @@ TEST_F(Notifier_reentry_test, a_start_from_a_subscriber_and_a_stop_from_outside_
     expect_service_works();
 }
 
-// A window of the constructing thread, to which a subscriber sends messages while that thread waits inside a stop. The
-// messages are handled by `handle`.
-class Host_window {
-public:
-    explicit Host_window(void (*handle)())
-    {
-        handle_message = handle;
-        WNDCLASSEXA window_class = {};
-        window_class.cbSize = sizeof window_class;
-        window_class.lpfnWndProc = procedure;
-        window_class.hInstance = GetModuleHandleA(nullptr);
-        window_class.lpszClassName = name;
-        RegisterClassExA(&window_class);
-        window = CreateWindowExA(0, name, "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr,
-                                 GetModuleHandleA(nullptr), nullptr);
-    }
-    ~Host_window()
-    {
-        DestroyWindow(window);
-        UnregisterClassA(name, GetModuleHandleA(nullptr));
-    }
-    Host_window(const Host_window&) = delete;
-    Host_window& operator=(const Host_window&) = delete;
-
-    // From another thread: returns once the message has been handled.
-    static void send() { EXPECT_EQ(SendMessageA(window, WM_APP, 0, 0), 1); }
-
-private:
-    static constexpr const char* name = "HOST_WINDOW";
-    static inline std::atomic<HWND> window{nullptr};
-    static inline std::atomic<void (*)()> handle_message{nullptr};
-
-    static LRESULT CALLBACK procedure(HWND handle, UINT message, WPARAM w_param, LPARAM l_param)
-    {
-        if (message != WM_APP) {
-            return DefWindowProcA(handle, message, w_param, l_param);
-        }
-        handle_message.load()();
-        return 1;
-    }
-};
-
 TEST_F(Notifier_reentry_test, a_message_that_reaches_the_stopping_thread_may_stop_and_start)
 {
     const Host_window host_window(stop_and_start);
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
-        Host_window::send();
+        EXPECT_EQ(Host_window::send(), Host_window::handled);
     }));
     boost::thread sender = plug_until_inside();
     stop();
@@ -248,7 +208,7 @@ TEST_F(Notifier_reentry_test, the_stopping_thread_answers_messages_while_it_wait
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
         wait_until_window_closed();
-        Host_window::send();
+        EXPECT_EQ(Host_window::send(), Host_window::handled);
     }));
     boost::thread sender = plug_until_inside();
     stop();
@@ -265,7 +225,7 @@ TEST_F(Notifier_reentry_test, a_stop_leaves_posted_messages_to_the_host)
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) {
         inside = true;
         wait_until_window_closed();
-        Host_window::send();
+        EXPECT_EQ(Host_window::send(), Host_window::handled);
     }));
     boost::thread sender = plug_until_inside();
     ASSERT_TRUE(PostThreadMessageA(self, WM_APP, 3, 4));
@@ -286,7 +246,7 @@ TEST_F(Notifier_reentry_test, a_second_stop_answers_messages_while_it_waits_for_
         inside = true;
         wait_until_window_closed();
         closed = true;
-        Host_window::send();
+        EXPECT_EQ(Host_window::send(), Host_window::handled);
         inside = false;
     }));
     boost::barrier window_made(2);

@@ -62,7 +62,10 @@ TEST_F(Thread_contract, AWaitForSeveralEndsByTheFirstThatIsSignalled)
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     const HANDLE objects[] = {event, thread_};
     const auto wait = [&](DWORD milliseconds) {
-        return MsgWaitForMultipleObjectsEx(2, objects, milliseconds, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE);
+        const DWORD with_messages =
+            MsgWaitForMultipleObjectsEx(2, objects, milliseconds, QS_SENDMESSAGE, MWMO_INPUTAVAILABLE);
+        EXPECT_EQ(WaitForMultipleObjects(2, objects, FALSE, milliseconds), with_messages);
+        return with_messages;
     };
     EXPECT_EQ(wait(0), DWORD{WAIT_TIMEOUT});
     SetEvent(asked_.may_end);

@@ -114,6 +114,8 @@ INSTANTIATE_TEST_SUITE_P(
         Failing_call{"CreateThread",
                      [] { return CreateThread(nullptr, 0, no_thread, nullptr, 0, nullptr) == nullptr; }},
         Failing_call{"OpenThread", [] { return OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId()) == nullptr; }},
+        Failing_call{"WaitForMultipleObjects",
+                     [] { return WaitForMultipleObjects(0, nullptr, FALSE, 0) == WAIT_FAILED; }},
         Failing_call{"Beep", [] { return !Beep(1000, 100); }},
         Failing_call{"GetModuleHandleA", [] { return GetModuleHandleA(nullptr) == nullptr; }},
         Failing_call{"GetModuleHandleExA", [] { return !GetModuleHandleExA(pin_flags, text, &pinned); }},

@@ -71,9 +71,27 @@ TEST(Live_objects, EventsAreCountedUntilClosed)
 {
     const auto before = live_objects();
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    EXPECT_EQ(live_objects().waitables, before.waitables + 1);
+    EXPECT_EQ(live_objects().events, before.events + 1);
     EXPECT_TRUE(CloseHandle(event));
-    EXPECT_EQ(live_objects().waitables, before.waitables);
+    EXPECT_EQ(live_objects().events, before.events);
+}
+
+TEST(Live_objects, MutexesAreCountedUntilClosed)
+{
+    const auto before = live_objects();
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, nullptr);
+    EXPECT_EQ(live_objects().mutexes, before.mutexes + 1);
+    EXPECT_TRUE(CloseHandle(mutex));
+    EXPECT_EQ(live_objects().mutexes, before.mutexes);
+}
+
+TEST(Live_objects, HandlesOfThreadsAreCountedUntilClosed)
+{
+    const auto before = live_objects();
+    const HANDLE self = OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId());
+    EXPECT_EQ(live_objects().thread_handles, before.thread_handles + 1);
+    EXPECT_TRUE(CloseHandle(self));
+    EXPECT_EQ(live_objects().thread_handles, before.thread_handles);
 }
 
 TEST(Live_objects, AThreadsQueueAndWindowsEndWithIt)

@@ -29,6 +29,7 @@ void WINAPI Sleep(DWORD milliseconds);
 #define INFINITE 0xFFFFFFFF
 #define WAIT_OBJECT_0 0x00000000
 #define WAIT_ABANDONED 0x00000080
+#define WAIT_ABANDONED_0 WAIT_ABANDONED
 #define WAIT_TIMEOUT 258
 #define WAIT_FAILED 0xFFFFFFFF
 
@@ -40,12 +41,14 @@ typedef DWORD(WINAPI* LPTHREAD_START_ROUTINE)(LPVOID argument);
 HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START_ROUTINE run, LPVOID argument,
                            DWORD flags, LPDWORD number);
 HANDLE WINAPI OpenThread(DWORD access, BOOL inherit, DWORD number); /* the calling thread */
+void WINAPI ExitThread(DWORD code);
 HANDLE WINAPI CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initially_owned, LPCSTR name);
 BOOL WINAPI ReleaseMutex(HANDLE mutex);
 HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL initially_set, LPCSTR name);
 BOOL WINAPI SetEvent(HANDLE event);
 BOOL WINAPI CloseHandle(HANDLE handle);
 DWORD WINAPI WaitForSingleObject(HANDLE handle, DWORD milliseconds);
+DWORD WINAPI WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL all, DWORD milliseconds); /* not all */
 BOOL WINAPI Beep(DWORD frequency, DWORD duration);
 
 BOOL WINAPI DeleteFileA(LPCSTR path);

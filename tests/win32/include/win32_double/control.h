@@ -35,8 +35,10 @@ struct Live_objects {
     size_t window_classes;
     size_t device_notifications;
     size_t message_queues;  // threads that have used windows or messages and still run
-    size_t waitables;       // handles of events, mutexes and threads
-    size_t descriptors;     // of _sopen
+    size_t events;
+    size_t mutexes;
+    size_t thread_handles;
+    size_t descriptors;  // of _sopen
 };
 Live_objects live_objects();
 

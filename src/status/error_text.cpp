@@ -1,4 +1,4 @@
-#include "api/status.h"
+#include "status/error_text.h"
 
 #include <cstdio>
 
@@ -32,7 +32,7 @@ static_assert(sizeof(second_run) / sizeof(text_slot) == second_run_last + 3);
 
 }  // namespace
 
-const char* vyra_error_text(std::int32_t code)
+const char* vyra_error_text(std::int32_t code, Unlisted_text&& room)
 {
     const auto in_first = static_cast<std::uint32_t>(code) - first_run_start;
     if (in_first <= first_run_last) {
@@ -42,9 +42,8 @@ const char* vyra_error_text(std::int32_t code)
     if (in_second <= second_run_last) {
         return second_run[in_second];
     }
-    thread_local char text[32];
-    std::snprintf(text, sizeof(text), "Error %ld", static_cast<long>(code));
-    return text;
+    std::snprintf(room.text, sizeof(room.text), "Error %ld", static_cast<long>(code));
+    return room.text;
 }
 
 }  // namespace kvs::brenvozulta

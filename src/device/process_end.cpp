@@ -1,0 +1,17 @@
+#include "device/process_end.h"
+
+#include <windows.h>
+
+namespace kvs::brenvozulta {
+
+bool process_is_ending() noexcept
+{
+    // Exported by every Windows, but in no import library.
+    using Shutdown_in_progress = unsigned char(WINAPI*)();
+    const HMODULE system = GetModuleHandleA("ntdll.dll");
+    const FARPROC function = system == nullptr ? nullptr : GetProcAddress(system, "RtlDllShutdownInProgress");
+    // By way of a function without a type of its own, since the two have nothing in common.
+    return function != nullptr && reinterpret_cast<Shutdown_in_progress>(reinterpret_cast<void (*)()>(function))() != 0;
+}
+
+}  // namespace kvs::brenvozulta

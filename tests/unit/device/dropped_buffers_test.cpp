@@ -1,0 +1,142 @@
+// The host's buffers when a scanner is dropped without a close that the driver accepts: they are its own again.
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "unit/device/device_test.h"
+
+namespace {
+
+using namespace test_support;
+
+constexpr const char* third_scanner = "RQ7-3050 #3";
+
+// A way of giving up the handle of the scanner that delivers.
+struct Way {
+    const char* name;
+    const char* delivering;
+    std::function<void(std::uint32_t)> prepare;
+    std::function<void(std::uint32_t)> drop;
+};
+
+const std::vector<Way>& ways()
+{
+    static const std::vector<Way> all = {
+        {"a close that the driver refuses", first_scanner, [](std::uint32_t) {},
+         [](std::uint32_t handle) {
+             brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+             EXPECT_EQ(VyraCloseDevice_N(handle), 0);
+         }},
+        {"a terminate that leaves a higher handle", second_scanner, [](std::uint32_t) { VyraCloseDevice_N(0); },
+         [](std::uint32_t) { EXPECT_EQ(VyraTerminate(), 0); }},
+        {"an open that displaces the handle", second_scanner, [](std::uint32_t) { VyraCloseDevice_N(0); },
+         [](std::uint32_t handle) {
+             std::uint32_t displacing = VYRA_NO_HANDLE;
+             EXPECT_EQ(VyraOpenDevice(third_scanner, &displacing), 0);
+             EXPECT_EQ(displacing, handle);
+         }},
+    };
+    return all;
+}
+
+class Dropped_buffers : public Device_test {
+protected:
+    // Starts over, with the scanner delivering whose handle will be dropped.
+    std::uint32_t start_over(const Way& way)
+    {
+        VyraTerminate();
+        brenvozulta_sim_reset();
+        brenvozulta_sim_set_frame_rate(0);
+        brenvozulta_sim_set_idle_stop_result(19);
+        brenvozulta_sim_attach(second_scanner);
+        brenvozulta_sim_attach(third_scanner);
+        initialize();
+        std::uint32_t handle = open(first_scanner);
+        if (way.delivering != first_scanner) {
+            handle = open(way.delivering);
+        }
+        EXPECT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
+        way.prepare(handle);
+        return handle;
+    }
+};
+
+// Large enough for a copy that takes a while.
+constexpr std::uint16_t large_width = 8192;
+constexpr std::uint16_t large_height = 4096;
+constexpr std::size_t large_size = std::size_t{large_width} * large_height;
+
+TEST_F(Dropped_buffers, Are_Not_Written_By_A_Copy_That_Was_Under_Way)
+{
+    const std::vector<std::uint8_t> pixels(large_size, 9);
+    const brenvozulta_sim_image image = {pixels.data(), pixels.size(), large_width, large_height, nullptr, 0, nullptr};
+    for (const Way& way : ways()) {
+        SCOPED_TRACE(way.name);
+        for (int round = 0; round < 5; ++round) {
+            const std::uint32_t handle = start_over(way);
+            std::vector<std::uint8_t> buffer(large_size, 0);
+            ASSERT_EQ(VyraSubmitVideoRequest(handle, buffer.data(), 1), 0);
+            const std::uint64_t delivery = brenvozulta_sim_deliver_async(&image);
+            ASSERT_EQ(brenvozulta_sim_wait_delivery_begun(delivery, patience_ms), 1);
+            std::this_thread::yield();
+            way.drop(handle);
+            // Whole, or not begun and never to be: the host may use it from now on.
+            const bool filled = buffer.front() == 9;
+            EXPECT_EQ(buffer.back(), filled ? 9 : 0);
+            std::fill(buffer.begin(), buffer.end(), std::uint8_t{1});
+            result_of(delivery);
+            EXPECT_EQ(std::count(buffer.begin(), buffer.end(), 1), static_cast<std::ptrdiff_t>(large_size));
+        }
+    }
+    take_log();
+}
+
+TEST_F(Dropped_buffers, Are_Not_Written_By_A_Callback_That_Was_Waiting)
+{
+    const auto pixels = image_of(9);
+    const brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, nullptr, 0, nullptr};
+    for (const Way& way : ways()) {
+        SCOPED_TRACE(way.name);
+        for (int round = 0; round < 20; ++round) {
+            const std::uint32_t handle = start_over(way);
+            const std::uint64_t delivery = brenvozulta_sim_deliver_async(&image);
+            ASSERT_EQ(brenvozulta_sim_wait_delivery_begun(delivery, patience_ms), 1);
+            auto buffer = image_of(0);
+            ASSERT_EQ(VyraSubmitVideoRequest(handle, buffer.data(), 1), 0);
+            way.drop(handle);
+            std::fill(buffer.begin(), buffer.end(), std::uint8_t{1});
+            result_of(delivery);
+            EXPECT_EQ(buffer, image_of(1));
+        }
+    }
+    take_log();
+}
+
+// A change of status releases one of the threads that wait for it; the other still owns the device.
+TEST_F(Dropped_buffers, Are_The_Hosts_Although_A_Status_Wait_Still_Owns_The_Device)
+{
+    const Way& way = ways().front();
+    const std::uint32_t handle = start_over(way);
+    void* const context = brenvozulta_sim_callback_context();
+    auto buffer = image_of(0);
+    ASSERT_EQ(VyraSubmitVideoRequest(handle, buffer.data(), 1), 0);
+    std::atomic<int> released{0};
+    std::vector<std::thread> waiting;
+    for (int i = 0; i < 2; ++i) {
+        waiting.emplace_back([&] {
+            VyraGetStatus(handle);
+            ++released;
+        });
+    }
+    way.drop(handle);
+    EXPECT_EQ(deliver_to(context, image_of(9)), 3);
+    EXPECT_EQ(buffer, image_of(0));
+    EXPECT_EQ(VyraTerminate(), 0);
+    for (std::thread& thread : waiting) {
+        thread.join();
+    }
+    EXPECT_EQ(released, 2);
+    take_log();
+}
+
+}  // namespace

@@ -1,0 +1,103 @@
+// The wait for a change, by itself: who a change belongs to.
+#include "manager/status_wait.h"
+
+#include <gtest/gtest.h>
+#include <boost/chrono/duration.hpp>
+#include <boost/thread/thread.hpp>
+
+using kvs::brenvozulta::status_wait;
+
+namespace kvs::brenvozulta {
+
+struct status_wait_test_access {
+    static int waiters(status_wait& status)
+    {
+        const boost::lock_guard<boost::mutex> lock(status.mutex_);
+        return status.waiters_;
+    }
+};
+
+}  // namespace kvs::brenvozulta
+
+namespace {
+
+using kvs::brenvozulta::status_wait_test_access;
+
+const boost::chrono::seconds patience(20);
+const boost::chrono::milliseconds moment(20);
+
+class Status_wait : public testing::Test {
+protected:
+    // Whether a wait of the current session returns at once, and uses a change up.
+    bool take_change()
+    {
+        boost::thread waiting([this] { status.wait(status.current_session()); });
+        if (waiting.try_join_for(moment)) {
+            return true;
+        }
+        status.raise();
+        waiting.join();
+        return false;
+    }
+
+    status_wait status;
+};
+
+}  // namespace
+
+TEST_F(Status_wait, A_Change_Is_Kept_For_One_Wait)
+{
+    status.raise();
+    EXPECT_TRUE(take_change());
+    EXPECT_FALSE(take_change());
+}
+
+TEST_F(Status_wait, A_Change_That_Nobody_Waited_For_Outlives_Its_Session)
+{
+    status.raise();
+    status.end_session();
+    EXPECT_TRUE(take_change());
+}
+
+TEST_F(Status_wait, The_End_Of_The_Session_Is_No_Change)
+{
+    status.end_session();
+    EXPECT_FALSE(take_change());
+}
+
+// As a waiter that the end of its session has released, and that only comes to run after the next change.
+TEST_F(Status_wait, A_Waiter_Of_The_Session_Before_Leaves_The_Changes_Of_The_New_One)
+{
+    const status_wait::session before = status.current_session();
+    status.end_session();
+    status.raise();
+    status.wait(before);
+    EXPECT_TRUE(take_change());
+}
+
+// A close raises a change, and the terminate that it belongs to ends the session before the waiter has run.
+TEST_F(Status_wait, A_Change_That_Released_A_Waiter_Ends_With_Its_Session)
+{
+    for (int round = 0; round < 100; ++round) {
+        boost::thread waiting([this, session = status.current_session()] { status.wait(session); });
+        while (status_wait_test_access::waiters(status) == 0) {
+            ASSERT_FALSE(waiting.try_join_for(boost::chrono::milliseconds(0))) << "a change was left over";
+            boost::this_thread::yield();
+        }
+        status.raise();
+        status.end_session();
+        ASSERT_TRUE(waiting.try_join_for(patience));
+    }
+    EXPECT_FALSE(take_change());
+}
+
+TEST_F(Status_wait, All_Waiters_Of_A_Session_Are_Released_By_Its_End)
+{
+    boost::thread_group waiting;
+    for (int i = 0; i < 4; ++i) {
+        waiting.create_thread([this, session = status.current_session()] { status.wait(session); });
+    }
+    status.end_session();
+    waiting.join_all();
+    EXPECT_FALSE(take_change());
+}
