@@ -6,10 +6,12 @@
 #include <thread>
 #include <vector>
 
-#include "child_process.h"
+#include "support/child_process.h"
 #include "support/scanner_test.h"
 
 namespace tool_tests {
+
+using test_support::Result;
 
 // The stage: the simulated driver without configuration, and a tool that nobody has interrupted. What the tool says on
 // standard error goes to the test's.

@@ -59,6 +59,14 @@ Image read_png(const std::string& file)
     return image;
 }
 
+std::vector<std::string> tool(const std::vector<std::string>& arguments)
+{
+    const auto tests = std::filesystem::u8path(test_support::program_folder());
+    std::vector<std::string> command{(tests.parent_path() / "bin" / "vyra").u8string()};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return command;
+}
+
 Tool_test::Tool_test()
 {
     static std::atomic<unsigned> number{0};
@@ -93,7 +101,7 @@ void Tool_test::use_scenario_text(const std::string& text)
 
 Result Tool_test::run(const std::vector<std::string>& arguments, const std::string& input) const
 {
-    return run_tool(arguments, environment_, input);
+    return test_support::run_program(tool(arguments), environment_, input);
 }
 
 Json Tool_test::object_of(const Result& result)

@@ -9,9 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "child_process.h"
+#include "support/child_process.h"
 
 namespace tool_tests {
+
+using test_support::Child_process;
+using test_support::Environment;
+using test_support::Result;
 
 using Bytes = std::vector<std::uint8_t>;
 using Json = nlohmann::ordered_json;
@@ -34,6 +38,9 @@ void write_bytes(const std::string& file, const Bytes& bytes);
 Bytes read_bytes(const std::string& file);
 void write_pgm(const std::string& file, const Image& image);
 Image read_png(const std::string& file);
+
+// The command that starts the built tool with these arguments.
+std::vector<std::string> tool(const std::vector<std::string>& arguments);
 
 // The tool as a child process, and an empty directory that is gone after the test.
 class Tool_test : public ::testing::Test {

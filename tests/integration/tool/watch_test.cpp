@@ -53,7 +53,7 @@ protected:
 TEST_F(Watch, PrintsPlugUnplugAndStatusAsTheyHappen)
 {
     use_scenario_text(unplug_and_plug);
-    Child_process child({"watch"}, environment());
+    Child_process child(tool({"watch"}), environment());
     for (const char* line :
          {"Z  unplug  RQ7-3050 #1\n", "Z  status  RQ7-3050 #1  9005 VYRA_DEVICE_UNAVAIL (", "Z  plug  RQ7-3050 #1\n",
           "Z  status  RQ7-3050 #1  0 VYRA_OK (success)\n", "Z  plug  Other\n", "Z  unplug  Other\n"}) {
@@ -68,7 +68,7 @@ TEST_F(Watch, PrintsPlugUnplugAndStatusAsTheyHappen)
 TEST_F(Watch, AsJsonOneObjectALine)
 {
     use_scenario_text(unplug_and_plug);
-    Child_process child({"watch", "--json"}, environment());
+    Child_process child(tool({"watch", "--json"}), environment());
     EXPECT_TRUE(child.wait_for_output("\"event\":\"unplug\",\"scanner\":\"Other\"}\n")) << child.out() << child.err();
     EXPECT_TRUE(child.wait_for_output("\"code\":0"));
     child.interrupt();
@@ -86,7 +86,7 @@ TEST_F(Watch, WaitsForAScannerAndThenWatchesItsStatus)
                           "timeline": [{"after_call": {"function": "QXDR_GetDevicesList", "count": 2}, "at_ms": 200,
                                         "plug": "Late"},
                                        {"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "Late"}]})");
-    Child_process child({"watch"}, environment());
+    Child_process child(tool({"watch"}), environment());
     EXPECT_TRUE(child.wait_for_error("no scanner is attached yet"));
     EXPECT_TRUE(child.wait_for_output("status  Late  9005")) << child.out();
     child.interrupt();

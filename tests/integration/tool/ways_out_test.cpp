@@ -128,7 +128,7 @@ class Ctrl_c : public Tool_test {};
 
 TEST_F(Ctrl_c, EndsACaptureProcessInOrder)
 {
-    Child_process child({"capture", "--frames", "0", "--out", path("images")});
+    Child_process child(tool({"capture", "--frames", "0", "--out", path("images")}));
     ASSERT_TRUE(child.wait_for_output("image_0002.png\n")) << child.err();
     child.interrupt();
     EXPECT_EQ(child.wait(), 0) << child.err();
@@ -137,7 +137,7 @@ TEST_F(Ctrl_c, EndsACaptureProcessInOrder)
 
 TEST_F(Ctrl_c, EndsAWatchProcess)
 {
-    Child_process child({"watch"});
+    Child_process child(tool({"watch"}));
     ASSERT_TRUE(child.wait_for_error("watching; Ctrl-C ends\n"));
     child.interrupt();
     EXPECT_EQ(child.wait(), 0) << child.err();

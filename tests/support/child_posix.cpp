@@ -8,18 +8,12 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "child_system.h"
+#include "support/child_system.h"
 
 extern char** environ;
 
-namespace tool_tests {
+namespace test_support {
 namespace {
-
-std::string tool_path()
-{
-    const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-    return (self.parent_path().parent_path() / "bin" / "vyra").string();
-}
 
 struct Pipe {
     int ends[2] = {-1, -1};
@@ -59,10 +53,14 @@ std::vector<std::string> with_parents(const Environment& environment)
 
 }  // namespace
 
-Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment& environment, const std::string& input)
+std::string program_folder()
 {
-    std::vector<std::string> words{tool_path()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path().string();
+}
+
+Spawned spawn(const std::vector<std::string>& command, const Environment& environment, const std::string& input)
+{
+    std::vector<std::string> words = command;
     std::vector<std::string> variables = with_parents(environment);
     const Pipe in;
     const Pipe out;
@@ -120,4 +118,4 @@ int wait_for_exit(System_handle process)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-}  // namespace tool_tests
+}  // namespace test_support

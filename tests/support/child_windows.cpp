@@ -3,17 +3,10 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "child_system.h"
+#include "support/child_system.h"
 
-namespace tool_tests {
+namespace test_support {
 namespace {
-
-std::filesystem::path tool_path()
-{
-    wchar_t self[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    return std::filesystem::path(self).parent_path().parent_path() / "bin" / "vyra.exe";
-}
 
 struct Pipe {
     HANDLE reading = nullptr;
@@ -29,11 +22,12 @@ struct Pipe {
 };
 
 // Quoted for the C runtime's rules; the tests' arguments hold no quotation marks and end in no backslash.
-std::wstring command_line(const std::vector<std::string>& arguments)
+std::wstring command_line(const std::vector<std::string>& command)
 {
-    std::wstring line = L"\"" + tool_path().wstring() + L"\"";
-    for (const std::string& argument : arguments) {
-        line += L" \"" + std::filesystem::u8path(argument).wstring() + L"\"";
+    std::wstring line;
+    for (const std::string& word : command) {
+        const bool program = line.empty();
+        line += (program ? L"\"" : L" \"") + std::filesystem::u8path(word).wstring() + (program ? L".exe\"" : L"\"");
     }
     return line;
 }
@@ -72,7 +66,14 @@ System_handle number_of(HANDLE handle)
 
 }  // namespace
 
-Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment& environment, const std::string& input)
+std::string program_folder()
+{
+    wchar_t self[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    return std::filesystem::path(self).parent_path().u8string();
+}
+
+Spawned spawn(const std::vector<std::string>& command, const Environment& environment, const std::string& input)
 {
     const Pipe in;
     const Pipe out;
@@ -91,7 +92,7 @@ Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment&
     startup.hStdOutput = out.writing;
     startup.hStdError = err.writing;
     PROCESS_INFORMATION child{};
-    std::wstring line = command_line(arguments);
+    std::wstring line = command_line(command);
     const Variables variables(environment);
     const bool started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
                                         nullptr, &startup, &child) != FALSE;
@@ -99,7 +100,7 @@ Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment&
         CloseHandle(childs);
     }
     if (!started || !fed) {
-        throw std::runtime_error("cannot start the tool");
+        throw std::runtime_error("cannot start " + command.front());
     }
     CloseHandle(child.hThread);
     return {number_of(child.hProcess), number_of(out.reading), number_of(err.reading)};
@@ -127,7 +128,7 @@ void interrupt(System_handle process)
             : CreateRemoteThread(handle_of(process), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(routine),
                                  reinterpret_cast<void*>(static_cast<std::uintptr_t>(CTRL_C_EVENT)), 0, nullptr);
     if (thread == nullptr) {
-        throw std::runtime_error("cannot interrupt the tool");
+        throw std::runtime_error("cannot interrupt the child process");
     }
     CloseHandle(thread);
 }
@@ -146,4 +147,4 @@ int wait_for_exit(System_handle process)
     return static_cast<int>(code);
 }
 
-}  // namespace tool_tests
+}  // namespace test_support

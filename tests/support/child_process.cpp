@@ -1,18 +1,13 @@
-#include "child_process.h"
+#include "support/child_process.h"
 
 #include <algorithm>
-#include <chrono>
+#include <iterator>
 
-namespace tool_tests {
-namespace {
+namespace test_support {
 
-constexpr std::chrono::seconds patience{60};  // for what must happen; a test that waits so long has failed
-
-}  // namespace
-
-Child_process::Child_process(const std::vector<std::string>& arguments, const Environment& environment,
-                             const std::string& input)
-    : child_(spawn_tool(arguments, environment, input))
+Child_process::Child_process(const std::vector<std::string>& command, const Environment& environment,
+                             const std::string& input, std::chrono::seconds patience)
+    : patience_(patience), child_(spawn(command, environment, input))
 {
     out_.reader = std::thread([this] { read(child_.out, out_); });
     err_.reader = std::thread([this] { read(child_.err, err_); });
@@ -44,7 +39,7 @@ bool Child_process::wait_for(const Stream& stream, const std::string& text)
 {
     std::unique_lock lock(mutex_);
     const auto written = [&] { return stream.text.find(text) != std::string::npos; };
-    changed_.wait_for(lock, patience, [&] { return written() || stream.ended; });
+    changed_.wait_for(lock, patience_, [&] { return written() || stream.ended; });
     return written();
 }
 
@@ -62,7 +57,8 @@ int Child_process::wait()
 {
     {
         std::unique_lock lock(mutex_);
-        if (!changed_.wait_for(lock, patience, [this] { return out_.ended && err_.ended; })) {
+        if (!changed_.wait_for(lock, patience_, [this] { return out_.ended && err_.ended; })) {
+            ended_by_force_ = true;
             end_by_force(child_.process);
         }
     }
@@ -88,11 +84,12 @@ std::string Child_process::err() const
     return text_of(err_);
 }
 
-Result run_tool(const std::vector<std::string>& arguments, const Environment& environment, const std::string& input)
+Result run_program(const std::vector<std::string>& command, const Environment& environment, const std::string& input,
+                   std::chrono::seconds patience)
 {
-    Child_process child(arguments, environment, input);
+    Child_process child(command, environment, input, patience);
     const int code = child.wait();
-    return {code, child.out(), child.err()};
+    return {code, child.out(), child.err(), child.ended_by_force()};
 }
 
-}  // namespace tool_tests
+}  // namespace test_support

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace tool_tests {
+namespace test_support {
 
 using System_handle = std::intptr_t;
 
@@ -19,9 +19,13 @@ struct Spawned {
 
 using Environment = std::map<std::string, std::string>;
 
-// Starts the built tool with these arguments, with the parent's environment and these variables, with the bytes of
-// input on its standard input. Throws std::runtime_error when it cannot.
-Spawned spawn_tool(const std::vector<std::string>& arguments, const Environment& environment, const std::string& input);
+// The folder of the running program.
+std::string program_folder();
+
+// Starts a program, the first of the words (without ".exe"), with the others as its arguments, with the parent's
+// environment and these variables, with the bytes of input on its standard input. Throws std::runtime_error when it
+// cannot.
+Spawned spawn(const std::vector<std::string>& command, const Environment& environment, const std::string& input);
 
 // Bytes that the child wrote, waited for; 0 when it has closed its end.
 std::size_t read_some(System_handle pipe, char* buffer, std::size_t size);
@@ -33,4 +37,4 @@ void end_by_force(System_handle process);
 // The exit code, waited for; -1 for a process that did not end by itself. Gives the process up.
 int wait_for_exit(System_handle process);
 
-}  // namespace tool_tests
+}  // namespace test_support

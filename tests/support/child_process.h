@@ -1,18 +1,22 @@
-// The built tool as a child process.
+// A program as a child process.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
 
-#include "child_system.h"
+#include "support/child_system.h"
 
-namespace tool_tests {
+namespace test_support {
+
+constexpr std::chrono::seconds child_patience{60};  // for what must happen; a test that waits so long has failed
 
 class Child_process {
 public:
-    explicit Child_process(const std::vector<std::string>& arguments, const Environment& environment = {},
-                           const std::string& input = {});
+    // The program and its arguments; see spawn().
+    explicit Child_process(const std::vector<std::string>& command, const Environment& environment = {},
+                           const std::string& input = {}, std::chrono::seconds patience = child_patience);
     // Ends the child by force when the test has not seen its end.
     ~Child_process();
     Child_process(const Child_process&) = delete;
@@ -22,10 +26,11 @@ public:
     bool wait_for_output(const std::string& text);
     bool wait_for_error(const std::string& text);
 
-    void interrupt() { tool_tests::interrupt(child_.process); }
+    void interrupt() { test_support::interrupt(child_.process); }
 
     // The exit code, once the child has ended; ends it by force after a test's patience.
     int wait();
+    bool ended_by_force() const { return ended_by_force_; }
 
     // What it has written so far, with "\n" as line end.
     std::string out() const;
@@ -47,18 +52,21 @@ private:
     std::condition_variable changed_;
     Stream out_;
     Stream err_;
+    const std::chrono::seconds patience_;
     Spawned child_;
     bool waited_ = false;
+    bool ended_by_force_ = false;
 };
 
 struct Result {
     int code;
     std::string out;
     std::string err;
+    bool ended_by_force = false;
 };
 
-// Runs the tool to its end.
-Result run_tool(const std::vector<std::string>& arguments, const Environment& environment = {},
-                const std::string& input = {});
+// Runs a program to its end.
+Result run_program(const std::vector<std::string>& command, const Environment& environment = {},
+                   const std::string& input = {}, std::chrono::seconds patience = child_patience);
 
-}  // namespace tool_tests
+}  // namespace test_support
