@@ -46,6 +46,9 @@ int main()
         std::this_thread::yield();
     }
     void* const drawn = start("drawn", 7);
+    if (drawn == nullptr) {
+        return 1;
+    }
     call_at_the_end(drawn);
-    return drawn == nullptr ? 1 : 0;
+    return 0;
 }

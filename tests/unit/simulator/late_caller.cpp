@@ -10,6 +10,9 @@ struct Late_caller {
     void* handle = nullptr;
     ~Late_caller()
     {
+        if (handle == nullptr) {
+            return;
+        }
         QXDR_StopCapture(handle);
         QXDR_CloseDevice(&handle);
         QXDR_Release();
