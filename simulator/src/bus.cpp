@@ -49,6 +49,18 @@ void power_up(Scanner& scanner)
     }
 }
 
+// Handles that may be given out again are, the latest first.
+void* next_handle(Simulator& simulator, State& state)
+{
+    if (state.free_handles.empty()) {
+        simulator.last_handle += 0x10;
+        return reinterpret_cast<void*>(simulator.last_handle);
+    }
+    void* const handle = state.free_handles.back();
+    state.free_handles.pop_back();
+    return handle;
+}
+
 }  // namespace
 
 std::shared_ptr<Scanner> find_scanner(const State& state, const char* name)
@@ -76,8 +88,9 @@ std::shared_ptr<Scanner> find_or_add_scanner(State& state, const std::string& na
 
 void attach(Simulator& simulator, State& state, const std::shared_ptr<Scanner>& scanner)
 {
-    simulator.last_handle += 0x10;
-    scanner->handle = reinterpret_cast<void*>(simulator.last_handle);
+    forget_handle(state, *scanner);
+    scanner->handle = next_handle(simulator, state);
+    scanner->keeps_handle = true;
     scanner->attached = true;
     scanner->restarting = false;
     scanner->open = false;
@@ -89,66 +102,76 @@ void attach(Simulator& simulator, State& state, const std::shared_ptr<Scanner>& 
 
 void detach(Simulator& simulator, State& state, const std::shared_ptr<Scanner>& scanner)
 {
+    const bool held_by_host = scanner->open && state.settings.reuse_handles != Handle_reuse::at_once;
     scanner->attached = false;
     scanner->restarting = false;
     scanner->open = false;
+    if (!held_by_host) {
+        forget_handle(state, *scanner);
+    }
     end_capture(*scanner);
     state.bus.erase(std::remove(state.bus.begin(), state.bus.end(), scanner), state.bus.end());
     simulator.changed.notify_all();
 }
 
-bool plug(Simulator& simulator, const std::shared_ptr<State>& state, const std::string& name)
+void forget_handle(State& state, Scanner& scanner)
 {
-    const auto scanner = find_or_add_scanner(*state, name);
-    if (scanner->attached) {
-        return false;
+    if (scanner.keeps_handle && state.settings.reuse_handles != Handle_reuse::never) {
+        state.free_handles.push_back(scanner.handle);
     }
-    attach(simulator, *state, scanner);
-    send_event(simulator, state, {driver_event_plugged, scanner->handle});
-    return true;
+    scanner.keeps_handle = false;
 }
 
-bool unplug(Simulator& simulator, const std::shared_ptr<State>& state, const std::string& name)
+Bus_change plug(Simulator& simulator, State& state, const std::string& name)
 {
-    const auto scanner = find_scanner(*state, name.c_str());
+    const auto scanner = find_or_add_scanner(state, name);
+    if (scanner->attached) {
+        return {};
+    }
+    attach(simulator, state, scanner);
+    return {true, Hot_plug_event{driver_event_plugged, scanner->handle}};
+}
+
+Bus_change unplug(Simulator& simulator, State& state, const std::string& name)
+{
+    const auto scanner = find_scanner(state, name.c_str());
     if (scanner == nullptr || !scanner->attached) {
-        return false;
+        return {};
     }
-    const bool announced = scanner->restarting && state->settings.restart.announce_unplug != 0;
-    detach(simulator, *state, scanner);
-    if (!announced) {
-        send_event(simulator, state, {driver_event_unplugged, scanner->handle});
-    }
-    return true;
+    const bool announced = scanner->restarting && state.settings.restart.announce_unplug != 0;
+    detach(simulator, state, scanner);
+    const Hot_plug_event event{driver_event_unplugged, scanner->handle};
+    return {true, announced ? std::nullopt : std::optional<Hot_plug_event>(event)};
 }
 
 void restart(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Scanner>& scanner)
 {
     const brenvozulta_sim_restart& settings = state->settings.restart;
+    prepare_events(simulator, state);
+    if (settings.returns != 0) {
+        add_return(simulator, state, scanner, scanner->restart + 1, settings.delay_ms);
+    }
     scanner->restarting = true;
     ++scanner->restart;
     end_capture(*scanner);
     simulator.changed.notify_all();
     if (settings.announce_unplug != 0) {
-        send_event(simulator, state, {driver_event_unplugged, scanner->handle});
+        announce(simulator, state, {driver_event_unplugged, scanner->handle});
     }
-    if (settings.returns != 0) {
-        add_return(simulator, state, scanner, settings.delay_ms);
-    } else {
+    if (settings.returns == 0) {
         detach(simulator, *state, scanner);
     }
 }
 
-void come_back(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Scanner>& scanner,
-               std::uint64_t restart)
+std::optional<Hot_plug_event> come_back(Simulator& simulator, Scanner& scanner, std::uint64_t restart)
 {
-    if (!scanner->restarting || scanner->restart != restart) {
-        return;
+    if (!scanner.restarting || scanner.restart != restart) {
+        return std::nullopt;
     }
-    scanner->restarting = false;
-    power_up(*scanner);
+    scanner.restarting = false;
+    power_up(scanner);
     simulator.changed.notify_all();
-    send_event(simulator, state, {driver_event_plugged, scanner->handle});
+    return Hot_plug_event{driver_event_plugged, scanner.handle};
 }
 
 void fill_entry(const Scanner& scanner, DriverDeviceEntry& entry)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "simulator.h"
@@ -20,15 +21,24 @@ void attach(Simulator& simulator, State& state, const std::shared_ptr<Scanner>& 
 // Ends its capture without waiting for it, as a pulled cable does.
 void detach(Simulator& simulator, State& state, const std::shared_ptr<Scanner>& scanner);
 
-// Attaches or detaches by name and announces it; false when it is there (or away) already.
-bool plug(Simulator& simulator, const std::shared_ptr<State>& state, const std::string& name);
-bool unplug(Simulator& simulator, const std::shared_ptr<State>& state, const std::string& name);
+// What has become of the bus, and the event that tells of it, if any.
+struct Bus_change {
+    bool changed = false;
+    std::optional<Hot_plug_event> event;
+};
 
-// Takes the scanner off the bus and lets it come back, as the settings say, under the same handle.
+// Attaches or detaches by name; no change when it is there (or away) already.
+Bus_change plug(Simulator& simulator, State& state, const std::string& name);
+Bus_change unplug(Simulator& simulator, State& state, const std::string& name);
+
+// Takes the scanner off the bus and lets it come back, as the settings say, under the same handle. Throws
+// std::system_error, with nothing changed, when there are no threads for that.
 void restart(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Scanner>& scanner);
-// The end of that restart.
-void come_back(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Scanner>& scanner,
-               std::uint64_t restart);
+// The end of that restart, and the event that tells of it; none when the scanner is no longer in it.
+std::optional<Hot_plug_event> come_back(Simulator& simulator, Scanner& scanner, std::uint64_t restart);
+
+// The host has done with the handle of a scanner that is gone.
+void forget_handle(State& state, Scanner& scanner);
 
 void fill_entry(const Scanner& scanner, DriverDeviceEntry& entry);
 

@@ -1,10 +1,10 @@
 #include "capture.h"
 
 #include <algorithm>
-#include <functional>
-#include <thread>
+#include <new>
 
 #include "pace.h"
+#include "platform.h"
 
 namespace brenvozulta_simulator {
 namespace {
@@ -24,6 +24,7 @@ public:
     void run()
     {
         Held_lock held(simulator_.lock);
+        capture_->thread = this_thread_id();
         start_pace();
         while (!capture_->ending && !state_->retired) {
             if (!capture_->deliveries.empty()) {
@@ -51,10 +52,10 @@ private:
 
     void run_frame(Held_lock& held)
     {
-        const Image& image = next_image(held);
+        const Image* const image = next_image(held);
         pace_.advance(Clock::now());
-        if (!capture_->ending && !state_->retired) {
-            call(held, image.pixels.data(), image.width, image.height, nullptr);
+        if (image != nullptr && !capture_->ending && !state_->retired) {
+            call(held, image->pixels.data(), image->width, image->height, nullptr);
         }
     }
 
@@ -63,7 +64,7 @@ private:
         const std::shared_ptr<Delivery> delivery = capture_->deliveries.front();
         const Image* image = nullptr;
         if (delivery->next_of_source) {
-            image = &next_image(held);
+            image = next_image(held);
             if (capture_->ending || state_->retired) {
                 return;  // still in the queue: it is dropped with the rest
             }
@@ -71,21 +72,28 @@ private:
         capture_->deliveries.pop_front();
         if (image != nullptr) {
             call(held, image->pixels.data(), image->width, image->height, delivery.get());
+        } else if (delivery->next_of_source) {
+            drop(*delivery);
+            simulator_.changed.notify_all();
         } else {
             const std::uint8_t* pixels = delivery->null_pixels ? nullptr : delivery->pixels.data();
             call(held, pixels, delivery->width, delivery->height, delivery.get());
+            free_pixels(*delivery);
         }
     }
 
-    const Image& next_image(Held_lock& held)
+    // Null when there is no memory to draw it: the image is lost.
+    const Image* next_image(Held_lock& held)
     {
         source_ = state_->settings.images;
         const Image_request request{capture_->config.width, capture_->config.height, capture_->scanner_seed,
                                     capture_->frame++};
-        held.unlock();
-        const Image& image = source_->image(request, scratch_);
-        held.lock();
-        return image;
+        const Unlocked unlocked(held);
+        try {
+            return &source_->image(request, scratch_);
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
     }
 
     void call(Held_lock& held, const std::uint8_t* pixels, std::uint16_t width, std::uint16_t height,
@@ -101,10 +109,14 @@ private:
             return;
         }
         ++state_->callbacks.entered;
+        capture_->inside = true;
         simulator_.changed.notify_all();
-        held.unlock();
-        const std::int32_t result = callback(pixels, width, height, context);
-        held.lock();
+        std::int32_t result = 0;
+        {
+            const Unlocked unlocked(held);
+            result = callback(pixels, width, height, context);
+        }
+        capture_->inside = false;
         ++state_->callbacks.returned;
         if (delivery != nullptr) {
             delivery->progress = Delivery::Progress::done;
@@ -113,14 +125,25 @@ private:
         simulator_.changed.notify_all();
     }
 
+    // Tickets are kept for longer than there is room for images.
+    static void free_pixels(Delivery& delivery) { std::vector<std::uint8_t>().swap(delivery.pixels); }
+
+    static void drop(Delivery& delivery)
+    {
+        delivery.progress = Delivery::Progress::dropped;
+        free_pixels(delivery);
+    }
+
     void end()
     {
         for (const auto& delivery : capture_->deliveries) {
-            delivery->progress = Delivery::Progress::dropped;
+            drop(*delivery);
         }
         capture_->deliveries.clear();
         capture_->ending = true;
         capture_->ended = true;
+        auto& captures = state_->captures;
+        captures.erase(std::remove(captures.begin(), captures.end(), capture_), captures.end());
         --simulator_.acquisition_threads;
         simulator_.changed.notify_all();
     }
@@ -135,7 +158,8 @@ private:
 
 void start_thread(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Capture>& capture)
 {
-    std::thread([&simulator, state, capture] { Acquisition(simulator, state, capture).run(); }).detach();
+    start_driver_thread([&simulator, state, capture] { Acquisition(simulator, state, capture).run(); });
+    state->captures.push_back(capture);
     ++simulator.acquisition_threads;
     simulator.changed.notify_all();
 }
@@ -170,24 +194,47 @@ std::shared_ptr<Capture> end_capture(Scanner& scanner)
     return capture;
 }
 
-void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
-{
-    wait_for(held, state.settings.stop_patience_ms, [&captures] { return have_ended(captures); });
-}
-
-bool have_ended(const std::vector<std::shared_ptr<Capture>>& captures)
-{
-    return std::all_of(captures.begin(), captures.end(),
-                       [](const auto& capture) { return capture == nullptr || capture->ended; });
-}
-
 std::vector<std::shared_ptr<Capture>> end_all_captures(State& state)
 {
-    std::vector<std::shared_ptr<Capture>> captures;
     for (const auto& scanner : state.scanners) {
-        captures.push_back(end_capture(*scanner));
+        end_capture(*scanner);
     }
-    return captures;
+    for (const auto& capture : state.captures) {
+        capture->ending = true;
+    }
+    simulator().changed.notify_all();
+    return state.captures;
+}
+
+namespace {
+
+template <class Silent>
+void wait_patiently(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures,
+                    Silent silent)
+{
+    const std::uint64_t caller = this_thread_id();
+    const auto runs = [caller](const auto& capture) {
+        return capture != nullptr && !capture->ended && capture->thread != caller;
+    };
+    wait_for(held, state.settings.stop_patience_ms,
+             [&] { return silent() && std::none_of(captures.begin(), captures.end(), runs); });
+    // What is not inside ends without the host's help, although perhaps not soon: it may be drawing.
+    simulator().changed.wait(held, [&] {
+        return std::none_of(captures.begin(), captures.end(),
+                            [&runs](const auto& capture) { return runs(capture) && !capture->inside; });
+    });
+}
+
+}  // namespace
+
+void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
+{
+    wait_patiently(held, state, captures, [] { return true; });
+}
+
+void wait_for_silence(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
+{
+    wait_patiently(held, state, captures, [&state] { return !state.hot_plug.others_inside(); });
 }
 
 bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Scanner* scanner,
@@ -201,11 +248,6 @@ bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Sc
     if (state->callback == nullptr || ((named || delivery->next_of_source) && !capturing)) {
         return false;
     }
-    delivery->ticket = ++state->last_ticket;
-    state->deliveries[delivery->ticket] = delivery;
-    while (state->deliveries.size() > tickets_kept) {
-        state->deliveries.erase(state->deliveries.begin());
-    }
     if (capturing) {
         scanner->capture->deliveries.push_back(delivery);
         simulator.changed.notify_all();
@@ -214,7 +256,23 @@ bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Sc
         capture->deliveries.push_back(delivery);
         start_thread(simulator, state, capture);
     }
+    delivery->ticket = ++state->last_ticket;
+    state->deliveries[delivery->ticket] = delivery;
+    while (state->deliveries.size() > tickets_kept) {
+        state->deliveries.erase(state->deliveries.begin());
+    }
     return true;
+}
+
+void wait_for_return(Held_lock& held, const State& state, const Delivery& delivery)
+{
+    const std::uint64_t caller = this_thread_id();
+    const bool acquiring = std::any_of(state.captures.begin(), state.captures.end(),
+                                       [caller](const auto& capture) { return capture->thread == caller; });
+    if (!acquiring) {
+        wait_for(held, state.settings.stop_patience_ms,
+                 [&] { return state.retired || delivery.progress >= Delivery::Progress::done; });
+    }
 }
 
 }  // namespace brenvozulta_simulator

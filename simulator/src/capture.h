@@ -34,7 +34,9 @@ struct Capture {
     std::uint64_t scanner_seed = 0;
     Capture_config config{};  // zero size: the thread only serves deliveries and ends after the last
     bool ending = false;      // no callback is entered any more
+    bool inside = false;      // the thread is in the host's callback
     bool ended = false;
+    std::uint64_t thread = 0;  // its number, once it runs
     std::uint64_t frame = 0;
     std::deque<std::shared_ptr<Delivery>> deliveries;
 };
@@ -44,16 +46,21 @@ void start_capture(Simulator& simulator, const std::shared_ptr<State>& state, Sc
                    const Capture_config& config);
 // Lets the scanner's acquisition thread end, without waiting for it. Returns what wait_for_end takes; null: no capture.
 std::shared_ptr<Capture> end_capture(Scanner& scanner);
-// Waits until the threads have ended, or for the patience of the settings: a callback may be parked in the host for as
-// long as the host pleases, and its thread then ends by itself. The lock is released meanwhile.
-void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures);
-bool have_ended(const std::vector<std::shared_ptr<Capture>>& captures);
-// Ends every capture of the state.
+// Ends every acquisition thread of the state, without waiting for them.
 std::vector<std::shared_ptr<Capture>> end_all_captures(State& state);
+// Waits until those threads have ended but for the caller's own. For one that stays inside the host's callback it waits
+// no longer than the patience of the settings: that one ends by itself. The lock is released meanwhile.
+void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures);
+// The same, and for the listener.
+void wait_for_silence(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures);
 
 // Gives the delivery a ticket and a thread: that of scanner, of the first capturing one (null), or one of its own.
-// False when there is no callback, or no capture of the scanner named.
+// False when there is no callback, or no capture of the scanner named; std::system_error when there is no thread for
+// it.
 bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Scanner* scanner,
              const std::shared_ptr<Delivery>& delivery);
+// Waits until the callback has returned from it, no longer than the patience; not on an acquisition thread, behind
+// which it may be queued.
+void wait_for_return(Held_lock& held, const State& state, const Delivery& delivery);
 
 }  // namespace brenvozulta_simulator

@@ -31,6 +31,17 @@ public:
         return in_time && condition() ? 1 : 0;
     }
 
+    // 1 when action() says that it is done; 0 when it does not, or when there is no thread or memory for it.
+    template <class Action>
+    int attempt(Action action)
+    {
+        try {
+            return action() ? 1 : 0;
+        } catch (const std::exception&) {
+            return 0;
+        }
+    }
+
 private:
     Held_lock held_;
     const std::shared_ptr<State> state_;
@@ -44,6 +55,20 @@ inline std::size_t copy_text(const std::string& from, char* text, std::size_t ca
         text[length] = '\0';
     }
     return from.size();
+}
+
+inline std::shared_ptr<Delivery> delivery_of(const brenvozulta_sim_image& image)
+{
+    auto delivery = std::make_shared<Delivery>();
+    delivery->null_pixels = image.pixels == nullptr;
+    if (image.pixels != nullptr) {
+        delivery->pixels.assign(image.pixels, image.pixels + image.length);
+    }
+    delivery->width = image.width;
+    delivery->height = image.height;
+    delivery->use_context = image.use_context != 0;
+    delivery->context = image.context;
+    return delivery;
 }
 
 // Runs change(scanner) for a scanner that has been heard of; 0 for any other.

@@ -39,14 +39,24 @@ int brenvozulta_sim_set_delay(const char* function, uint32_t ms)
     return change_faults(function, [ms](Function_faults& faults) { faults.delay_ms = ms; });
 }
 
+int brenvozulta_sim_set_return_delay(const char* function, uint32_t ms)
+{
+    return change_faults(function, [ms](Function_faults& faults) { faults.return_delay_ms = ms; });
+}
+
 int brenvozulta_sim_block(const char* function)
 {
     return change_faults(function, [](Function_faults& faults) { faults.blocked = true; });
 }
 
+int brenvozulta_sim_block_return(const char* function)
+{
+    return change_faults(function, [](Function_faults& faults) { faults.return_blocked = true; });
+}
+
 int brenvozulta_sim_unblock(const char* function)
 {
-    return change_faults(function, [](Function_faults& faults) { faults.blocked = false; });
+    return change_faults(function, [](Function_faults& faults) { faults.blocked = faults.return_blocked = false; });
 }
 
 int brenvozulta_sim_wait_blocked(const char* function, uint32_t count, uint32_t timeout_ms)
@@ -57,7 +67,17 @@ int brenvozulta_sim_wait_blocked(const char* function, uint32_t count, uint32_t 
     }
     Control control;
     const Function_faults& faults = control->faults.of(index);
-    return control.wait(timeout_ms, [&] { return faults.blocked && faults.held >= count; });
+    return control.wait(timeout_ms, [&] { return (faults.blocked || faults.return_blocked) && faults.held >= count; });
+}
+
+void brenvozulta_sim_set_reinitialize_result(uint32_t result)
+{
+    Control()->settings.reinitialize_result = result;
+}
+
+void brenvozulta_sim_set_reopen_result(uint32_t result)
+{
+    Control()->settings.reopen_result = result;
 }
 
 void brenvozulta_sim_set_idle_stop_result(uint32_t result)

@@ -15,23 +15,10 @@ bool find_named(const State& state, const char* name, std::shared_ptr<Scanner>& 
 std::uint64_t start_delivery(Control& control, const char* scanner, const std::shared_ptr<Delivery>& delivery)
 {
     std::shared_ptr<Scanner> found;
-    const bool started =
-        find_named(*control, scanner, found) && deliver(simulator(), control.state(), found.get(), delivery);
-    return started ? delivery->ticket : 0;
-}
-
-std::shared_ptr<Delivery> delivery_of(const brenvozulta_sim_image& image)
-{
-    auto delivery = std::make_shared<Delivery>();
-    delivery->null_pixels = image.pixels == nullptr;
-    if (image.pixels != nullptr) {
-        delivery->pixels.assign(image.pixels, image.pixels + image.length);
-    }
-    delivery->width = image.width;
-    delivery->height = image.height;
-    delivery->use_context = image.use_context != 0;
-    delivery->context = image.context;
-    return delivery;
+    const int started = control.attempt([&] {
+        return find_named(*control, scanner, found) && deliver(simulator(), control.state(), found.get(), delivery);
+    });
+    return started != 0 ? delivery->ticket : 0;
 }
 
 std::shared_ptr<Delivery> find_delivery(const State& state, std::uint64_t ticket)

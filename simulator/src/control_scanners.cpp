@@ -3,6 +3,27 @@
 
 using namespace brenvozulta_simulator;
 
+namespace {
+
+// Changes the bus and announces it; 0, with nothing changed, when that cannot be.
+int change_bus(const char* scanner, Bus_change (*change)(Simulator&, State&, const std::string&))
+{
+    if (!valid_name(scanner)) {
+        return 0;
+    }
+    Control control;
+    return control.attempt([&] {
+        prepare_events(simulator(), control.state());
+        const Bus_change done = change(simulator(), *control, scanner);
+        if (done.event) {
+            announce(simulator(), control.state(), *done.event);
+        }
+        return done.changed;
+    });
+}
+
+}  // namespace
+
 int brenvozulta_sim_attach(const char* scanner)
 {
     if (!valid_name(scanner)) {
@@ -38,20 +59,12 @@ void brenvozulta_sim_remove_all()
 
 int brenvozulta_sim_plug(const char* scanner)
 {
-    if (!valid_name(scanner)) {
-        return 0;
-    }
-    Control control;
-    return plug(simulator(), control.state(), scanner) ? 1 : 0;
+    return change_bus(scanner, plug);
 }
 
 int brenvozulta_sim_unplug(const char* scanner)
 {
-    if (!valid_name(scanner)) {
-        return 0;
-    }
-    Control control;
-    return unplug(simulator(), control.state(), scanner) ? 1 : 0;
+    return change_bus(scanner, unplug);
 }
 
 void* brenvozulta_sim_handle(const char* scanner)
@@ -129,6 +142,15 @@ int brenvozulta_sim_set_port_type(const char* scanner, uint32_t port_type)
     return change_scanner(scanner, [=](Scanner& found) { found.identity.info.port_type = port_type; });
 }
 
+int brenvozulta_sim_set_handle_reuse(int32_t reuse)
+{
+    if (reuse < BRENVOZULTA_SIM_REUSE_NEVER || reuse > BRENVOZULTA_SIM_REUSE_AT_ONCE) {
+        return 0;
+    }
+    Control()->settings.reuse_handles = static_cast<Handle_reuse>(reuse);
+    return 1;
+}
+
 void brenvozulta_sim_set_list_count(int32_t count, int32_t times)
 {
     Control control;
@@ -139,14 +161,17 @@ void brenvozulta_sim_set_list_count(int32_t count, int32_t times)
 void brenvozulta_sim_send_event(int32_t event, void* driver_handle)
 {
     Control control;
-    send_event(simulator(), control.state(), {event, driver_handle});
+    control.attempt([&] {
+        send_event(simulator(), control.state(), {event, driver_handle});
+        return true;
+    });
 }
 
 int brenvozulta_sim_wait_events_done(uint32_t timeout_ms)
 {
     Control control;
     const Hot_plug& hot_plug = control->hot_plug;
-    return control.wait(timeout_ms, [&] { return hot_plug.waiting.empty() && hot_plug.inside == 0; });
+    return control.wait(timeout_ms, [&] { return hot_plug.waiting.empty() && hot_plug.inside.empty(); });
 }
 
 int brenvozulta_sim_wait_listener_inside(uint32_t count, uint32_t timeout_ms)

@@ -31,6 +31,45 @@ void install(Scenario scenario)
     }
 }
 
+bool valid(const brenvozulta_sim_happening& happening)
+{
+    const bool in_call = happening.moment != BRENVOZULTA_SIM_AFTER_CALL;
+    if (happening.moment < BRENVOZULTA_SIM_AFTER_CALL || happening.moment > BRENVOZULTA_SIM_ON_RETURN ||
+        (in_call && (happening.function == nullptr || happening.at_ms != 0))) {
+        return false;
+    }
+    if (happening.function != nullptr &&
+        (function_index(happening.function) == function_count || happening.count == 0)) {
+        return false;
+    }
+    switch (happening.what) {
+        case BRENVOZULTA_SIM_UNPLUG:
+        case BRENVOZULTA_SIM_PLUG:
+            return valid_name(happening.scanner);
+        case BRENVOZULTA_SIM_IMAGE:
+            return happening.image != nullptr;
+        default:
+            return false;
+    }
+}
+
+Timeline_entry entry_of(const brenvozulta_sim_happening& happening)
+{
+    Timeline_entry entry{};
+    entry.moment = static_cast<Moment>(happening.moment);
+    entry.function = happening.function == nullptr ? "" : happening.function;
+    entry.count = happening.count;
+    entry.at_ms = happening.at_ms;
+    entry.what = static_cast<Timeline_entry::What>(happening.what);
+    if (entry.what == Timeline_entry::What::image) {
+        entry.image = delivery_of(*happening.image);
+    } else {
+        entry.scanner = happening.scanner;
+        entry.late_ms = happening.late_ms;
+    }
+    return entry;
+}
+
 }  // namespace
 
 void brenvozulta_sim_reset()
@@ -39,13 +78,12 @@ void brenvozulta_sim_reset()
     Held_lock held(the_simulator.lock);
     const std::shared_ptr<State> old = the_simulator.state;
     old->retired = true;
-    old->hot_plug.waiting.clear();
     old->agenda.items.clear();
     the_simulator.state = default_state(the_simulator);
     the_simulator.changed.notify_all();
     // Nothing of before happens afterwards, unless it stays inside the host.
-    const auto captures = end_all_captures(*old);
-    wait_for(held, old->settings.stop_patience_ms, [&] { return have_ended(captures) && old->hot_plug.inside == 0; });
+    drop_events(*old);
+    wait_for_silence(held, *old, end_all_captures(*old));
 }
 
 int brenvozulta_sim_load_scenario_file(const char* path, char* message, size_t capacity)
@@ -78,18 +116,33 @@ void brenvozulta_sim_use_synthetic_images(uint64_t seed)
     Control()->settings.images = synthetic_images(seed);
 }
 
+int brenvozulta_sim_add_happening(const brenvozulta_sim_happening* happening)
+{
+    if (happening == nullptr || !valid(*happening)) {
+        return 0;
+    }
+    const Timeline_entry entry = entry_of(*happening);
+    Control control;
+    return control.attempt([&] {
+        if (control->initialized) {
+            add_to_timeline(simulator(), control.state(), entry);
+        }
+        control->settings.timeline.push_back(entry);
+        return true;
+    });
+}
+
 int brenvozulta_sim_add_timeline(uint32_t at_ms, const char* function, uint64_t count, int32_t plug,
                                  const char* scanner)
 {
-    if (!valid_name(scanner) || (function != nullptr && (function_index(function) == function_count || count == 0))) {
-        return 0;
-    }
-    Control control;
-    control->settings.timeline.push_back({at_ms, function == nullptr ? "" : function, count, plug != 0, scanner});
-    if (control->initialized) {
-        start_timeline(simulator(), control.state());
-    }
-    return 1;
+    brenvozulta_sim_happening happening{};
+    happening.moment = BRENVOZULTA_SIM_AFTER_CALL;
+    happening.function = function;
+    happening.count = count;
+    happening.at_ms = at_ms;
+    happening.what = plug != 0 ? BRENVOZULTA_SIM_PLUG : BRENVOZULTA_SIM_UNPLUG;
+    happening.scanner = scanner;
+    return brenvozulta_sim_add_happening(&happening);
 }
 
 void brenvozulta_sim_clear_timeline()

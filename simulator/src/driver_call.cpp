@@ -10,19 +10,37 @@ Driver_call::Driver_call(const char* function, std::vector<Argument> arguments)
 {
     id_ = state_->calls.begin(function_, this_thread_id(), std::move(arguments));
     simulator_.changed.notify_all();
+}
+
+void Driver_call::hold_up(const bool& blocked, const std::uint32_t& delay_ms)
+{
     Function_faults& faults = state_->faults.of(function_);
     ++faults.held;
-    simulator_.changed.wait(held_, [&] { return state_->retired || !faults.blocked; });
+    simulator_.changed.wait(held_, [&] { return state_->retired || !blocked; });
     --faults.held;
-    wait_for(held_, faults.delay_ms, [&] { return state_->retired; });
+    wait_for(held_, delay_ms, [&] { return state_->retired; });
+}
+
+void Driver_call::enter()
+{
+    const Function_faults& faults = state_->faults.of(function_);
+    hold_up(faults.blocked, faults.delay_ms);
     fault_ = state_->faults.take(function_);
+    reach(simulator_, state_, held_, Moment::on_entry, function_);
+}
+
+void Driver_call::leave()
+{
+    const Function_faults& faults = state_->faults.of(function_);
+    reach(simulator_, state_, held_, Moment::on_return, function_);
+    hold_up(faults.return_blocked, faults.return_delay_ms);
 }
 
 std::uint32_t Driver_call::finish(std::uint32_t result)
 {
     result = fault_ ? fault_->result : result;
     state_->calls.finish(id_, function_, result);
-    call_returned(simulator_, *state_, function_);
+    reach(simulator_, state_, held_, Moment::after_call, function_);
     simulator_.changed.notify_all();
     return result;
 }

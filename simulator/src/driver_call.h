@@ -6,12 +6,13 @@
 
 #include "bus.h"
 #include "capture.h"
+#include "platform.h"
 #include "simulator.h"
 
 namespace brenvozulta_simulator {
 
 // One call of a driver function: it is recorded, held up by blocks and delays, and perhaps given another result. The
-// simulator's lock is held from the construction on.
+// simulator's lock is held from the construction on, but for those waits.
 class Driver_call {
 public:
     Driver_call(const char* function, std::vector<Argument> arguments);
@@ -22,11 +23,17 @@ public:
     const std::shared_ptr<State>& state() const { return state_; }
     Held_lock& held() { return held_; }
 
+    // What comes before the work: what holds the call up, and what happens on its entry.
+    void enter();
     bool carries_out() const { return !fault_ || fault_->carry_out; }
+    // What comes after it.
+    void leave();
     // Records the call's return; the result is the fault's where there is one.
     std::uint32_t finish(std::uint32_t result);
 
 private:
+    void hold_up(const bool& blocked, const std::uint32_t& delay_ms);
+
     Simulator& simulator_;
     const std::size_t function_;
     Held_lock held_;
@@ -35,19 +42,25 @@ private:
     std::optional<Fault_outcome> fault_;
 };
 
-// Runs work(call) under the simulator's lock as the named function. No exception leaves it.
+// Runs work(call) under the simulator's lock as the named function. No exception leaves it. At the end of the process,
+// when a thread that is no more may have left the lock locked, there is nothing left to drive.
 template <class Work>
 std::uint32_t run_driver_call(const char* function, std::vector<Argument> arguments, Work work) noexcept
 {
+    if (other_threads_are_gone()) {
+        return result_not_initialized;
+    }
     try {
         Driver_call call(function, std::move(arguments));
         std::uint32_t result = result_ok;
-        if (call.carries_out()) {
-            try {
+        try {
+            call.enter();
+            if (call.carries_out()) {
                 result = work(call);
-            } catch (const std::exception&) {
-                result = result_internal;
             }
+            call.leave();
+        } catch (const std::exception&) {
+            result = result_internal;
         }
         return call.finish(result);
     } catch (const std::exception&) {

@@ -26,7 +26,7 @@ std::uint32_t take_snapshot(Driver_call& call, const Scanner& scanner, std::uint
     const auto source = call.state()->settings.images;
     const Image_request request{found->second.width, found->second.height, stable_hash(scanner.identity.name), 0};
     Image scratch{};
-    call.held().unlock();
+    const Unlocked unlocked(call.held());
     const Image& image = source->image(request, scratch);
     const std::uint32_t left = (std::max<std::uint32_t>(image.width, width) - width) / 2;
     const std::uint32_t top = (std::max<std::uint32_t>(image.height, height) - height) / 2;
@@ -35,7 +35,6 @@ std::uint32_t take_snapshot(Driver_call& call, const Scanner& scanner, std::uint
         const std::uint8_t* from = image.pixels.data() + std::size_t{row + top} * image.width + left;
         std::memcpy(buffer + std::size_t{row} * width, from, std::min<std::uint32_t>(width, image.width));
     }
-    call.held().lock();
     return result_ok;
 }
 

@@ -1,7 +1,6 @@
 // The driver's functions around its own life and the list of scanners, opening and closing.
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 #include "driver/driver.h"
 #include "driver_call.h"
@@ -23,8 +22,8 @@ Scenario read_environment(const std::string& value)
 std::uint32_t load_scenario_of_environment(Driver_call& call)
 {
     State& state = *call.state();
-    const char* value = std::getenv(scenario_variable);
-    if (state.scenario_loaded || value == nullptr || *value == '\0') {
+    const std::string value = environment_text(scenario_variable);
+    if (state.scenario_loaded || value.empty()) {
         return result_ok;
     }
     try {
@@ -63,10 +62,14 @@ std::uint32_t list_devices(State& state, std::int32_t* count, DriverDeviceEntry*
 std::uint32_t QXDR_Initialize()
 {
     return run_driver_call("QXDR_Initialize", {}, [](Driver_call& call) {
+        State& state = *call.state();
+        if (state.initialized && state.settings.reinitialize_result != result_ok) {
+            return state.settings.reinitialize_result;
+        }
         const std::uint32_t loaded = load_scenario_of_environment(call);
         if (loaded == result_ok) {
-            call.state()->initialized = true;
             start_timeline(call.simulator(), call.state());
+            state.initialized = true;
         }
         return loaded;
     });
@@ -80,8 +83,12 @@ std::uint32_t QXDR_Release()
         state.initialized = false;
         for (const auto& scanner : state.scanners) {
             scanner->open = false;
+            if (!scanner->attached) {
+                forget_handle(state, *scanner);
+            }
         }
-        wait_for_end(call.held(), state, end_all_captures(state));
+        drop_events(state);
+        wait_for_silence(call.held(), state, end_all_captures(state));
         return result_ok;
     });
 }
@@ -120,7 +127,8 @@ std::uint32_t QXDR_GetUsbInfo(void* driver_handle, DriverDeviceEntry* record)
                                 });
 }
 
-// A scanner that is open already is handed out again: a host whose own opening failed halfway gets another chance.
+// Unless the settings refuse it, a scanner that is open already is handed out again: a host whose own opening failed
+// halfway gets another chance.
 std::uint32_t QXDR_OpenDevice(const char* name, void** driver_handle)
 {
     return run_initialized_call("QXDR_OpenDevice", {text("name", name), address("driver_handle", driver_handle)},
@@ -132,6 +140,10 @@ std::uint32_t QXDR_OpenDevice(const char* name, void** driver_handle)
                                     if (scanner == nullptr) {
                                         return result_no_scanner;
                                     }
+                                    const std::uint32_t again = call.state()->settings.reopen_result;
+                                    if (scanner->open && again != result_ok) {
+                                        return again;
+                                    }
                                     scanner->open = true;
                                     *driver_handle = scanner->handle;
                                     return result_ok;
@@ -141,15 +153,26 @@ std::uint32_t QXDR_OpenDevice(const char* name, void** driver_handle)
 std::uint32_t QXDR_CloseDevice(void** driver_handle)
 {
     void* const handle = driver_handle == nullptr ? nullptr : *driver_handle;
-    return run_scanner_call("QXDR_CloseDevice",
-                            {address("driver_handle", driver_handle), address("*driver_handle", handle)}, handle,
-                            [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
-                                scanner->open = false;
-                                scanner->config = default_config;
-                                *driver_handle = nullptr;
-                                wait_for_end(call.held(), *call.state(), {end_capture(*scanner)});
-                                return result_ok;
-                            });
+    return run_initialized_call("QXDR_CloseDevice",
+                                {address("driver_handle", driver_handle), address("*driver_handle", handle)},
+                                [=](Driver_call& call) {
+                                    std::shared_ptr<Scanner> scanner;
+                                    const std::uint32_t found = find_by_handle(*call.state(), handle, scanner);
+                                    if (found == result_scanner_gone && !scanner->attached) {
+                                        forget_handle(*call.state(), *scanner);
+                                    }
+                                    if (found != result_ok) {
+                                        return found;
+                                    }
+                                    if (!scanner->open) {
+                                        return result_wrong_state;
+                                    }
+                                    scanner->open = false;
+                                    scanner->config = default_config;
+                                    *driver_handle = nullptr;
+                                    wait_for_end(call.held(), *call.state(), {end_capture(*scanner)});
+                                    return result_ok;
+                                });
 }
 
 std::uint32_t QXDR_ResetDevice(void* driver_handle)

@@ -19,8 +19,10 @@ struct Fault_outcome {
 struct Function_faults {
     brenvozulta_sim_fault fault{};
     std::uint32_t delay_ms = 0;
+    std::uint32_t return_delay_ms = 0;
     bool blocked = false;
-    std::uint32_t held = 0;  // calls that the block holds now
+    bool return_blocked = false;
+    std::uint32_t held = 0;  // calls that a block holds now
 };
 
 class Faults {

@@ -2,9 +2,9 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "files.h"
 #include "image_file.h"
 #include "image_source.h"
-#include "scenario.h"
 
 namespace brenvozulta_simulator {
 namespace {
@@ -24,7 +24,7 @@ private:
 
 bool is_image_name(const std::filesystem::path& path)
 {
-    std::string extension = path.extension().string();
+    std::string extension = name_of(path.extension());
     std::transform(extension.begin(), extension.end(), extension.begin(), [](char character) {
         return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
     });
@@ -34,7 +34,7 @@ bool is_image_name(const std::filesystem::path& path)
 std::vector<std::filesystem::path> image_files(const std::string& folder)
 {
     std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(path_of(folder))) {
         if (is_image_name(entry.path())) {
             files.push_back(entry.path());
         }
@@ -58,11 +58,11 @@ std::shared_ptr<const Image_source> folder_images(const std::string& folder)
     }
     std::vector<Image> images;
     for (const auto& file : files) {
-        const std::vector<std::uint8_t> content = read_file(file.string());
+        const std::vector<std::uint8_t> content = read_file(file);
         try {
             images.push_back(decode_image(content));
         } catch (const std::exception& error) {
-            throw std::runtime_error(file.string() + ": " + error.what());
+            throw std::runtime_error(name_of(file) + ": " + error.what());
         }
     }
     return std::make_shared<const Folder_images>(std::move(images));

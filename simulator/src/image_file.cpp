@@ -4,7 +4,10 @@
 
 #include <cctype>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
+
+#include "settings.h"
 
 namespace brenvozulta_simulator {
 namespace {
@@ -15,6 +18,9 @@ Image sized_image(std::uint64_t width, std::uint64_t height)
 {
     if (width == 0 || height == 0 || width > side_max || height > side_max) {
         throw std::runtime_error("its sides are not from 1 to 65535 pixels");
+    }
+    if (width * height > config_pixels_max) {
+        throw std::runtime_error("it has more than " + std::to_string(config_pixels_max) + " pixels");
     }
     return {{}, static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height)};
 }
@@ -89,6 +95,57 @@ Image decode_pgm(const std::vector<std::uint8_t>& content)
     return image;
 }
 
+constexpr std::size_t png_signature_size = 8;
+constexpr std::size_t png_chunk_frame = 12;  // length, type and checksum around a chunk's data
+
+std::uint32_t big_endian(const std::uint8_t* bytes)
+{
+    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
+}
+
+// A PNG file as it is read here.
+struct Png_content {
+    std::vector<std::uint8_t> bytes;  // without its chunks about colour space: grey is taken as it is written
+    std::uint64_t unpacked_size = 0;  // of the pixels that the header tells of
+    std::uint64_t packed_size = 0;    // of those that are there
+};
+
+// The header's data: width, height, bits of a sample, kind of colour.
+std::uint64_t unpacked_size(const std::uint8_t* header)
+{
+    constexpr std::uint64_t samples_of_kind[] = {1, 0, 3, 1, 2, 0, 4};
+    const std::uint64_t samples = header[9] < std::size(samples_of_kind) ? samples_of_kind[header[9]] : 0;
+    const std::uint64_t row = (std::uint64_t{big_endian(header)} * samples * header[8] + 7) / 8;
+    return row * big_endian(header + 4);
+}
+
+Png_content png_content(const std::vector<std::uint8_t>& file)
+{
+    constexpr std::size_t header_size = 13;
+    Png_content content;
+    content.bytes.assign(file.begin(), file.begin() + png_signature_size);
+    std::size_t at = png_signature_size;
+    while (file.size() - at >= png_chunk_frame) {
+        const std::size_t length = big_endian(&file[at]);
+        if (length > file.size() - at - png_chunk_frame) {
+            break;  // libpng says what is wrong
+        }
+        const std::string type(file.begin() + static_cast<std::ptrdiff_t>(at + 4),
+                               file.begin() + static_cast<std::ptrdiff_t>(at + 8));
+        if (type == "IHDR" && length == header_size) {
+            content.unpacked_size = unpacked_size(&file[at + 8]);
+        }
+        content.packed_size += type == "IDAT" ? length : 0;
+        const auto first = file.begin() + static_cast<std::ptrdiff_t>(at);
+        at += length + png_chunk_frame;
+        if (type != "gAMA" && type != "cHRM" && type != "sRGB" && type != "iCCP") {
+            content.bytes.insert(content.bytes.end(), first, file.begin() + static_cast<std::ptrdiff_t>(at));
+        }
+    }
+    content.bytes.insert(content.bytes.end(), file.begin() + static_cast<std::ptrdiff_t>(at), file.end());
+    return content;
+}
+
 // libpng's own record of a file being read, freed on every way out.
 struct Png_reader : png_image {
     Png_reader() : png_image() { version = PNG_IMAGE_VERSION; }
@@ -97,13 +154,19 @@ struct Png_reader : png_image {
     ~Png_reader() { png_image_free(this); }
 };
 
-Image decode_png(const std::vector<std::uint8_t>& content)
+Image decode_png(const std::vector<std::uint8_t>& file)
 {
+    constexpr std::uint64_t best_packing = 1032;  // bytes that one packed byte can stand for
+    const Png_content content = png_content(file);
     Png_reader png;
-    if (png_image_begin_read_from_memory(&png, content.data(), content.size()) == 0) {
+    if (png_image_begin_read_from_memory(&png, content.bytes.data(), content.bytes.size()) == 0) {
         throw std::runtime_error(std::string("it is no PNG that can be read: ") + png.message);
     }
     Image image = sized_image(png.width, png.height);
+    if (content.unpacked_size / best_packing > content.packed_size) {
+        throw std::runtime_error("its header tells of more pixels than the file can hold");
+    }
+    png.flags |= PNG_IMAGE_FLAG_16BIT_sRGB;
     png.format = PNG_FORMAT_GRAY;
     image.pixels.resize(PNG_IMAGE_SIZE(png));
     const png_color white{255, 255, 255};
@@ -121,8 +184,7 @@ Image decode_image(const std::vector<std::uint8_t>& content)
         return decode_pgm(content);
     }
     constexpr std::uint8_t png_signature[] = {0x89, 'P', 'N', 'G'};
-    if (content.size() >= sizeof png_signature &&
-        std::memcmp(content.data(), png_signature, sizeof png_signature) == 0) {
+    if (content.size() >= png_signature_size && std::memcmp(content.data(), png_signature, sizeof png_signature) == 0) {
         return decode_png(content);
     }
     throw std::runtime_error("it is neither a binary PGM (P5) nor a PNG");

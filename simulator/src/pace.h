@@ -15,7 +15,8 @@ public:
     Pace(double images_a_second, Clock::time_point now) : rate_(images_a_second)
     {
         if (rate_ > 0) {
-            period_ = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1 / rate_));
+            const std::chrono::duration<double> period(1 / rate_);  // of the smallest rates none that a clock can tell
+            period_ = period < longest_period ? std::chrono::duration_cast<Clock::duration>(period) : longest_period;
             due_ = now + period_;
         }
     }
@@ -31,6 +32,8 @@ public:
     }
 
 private:
+    static constexpr std::chrono::hours longest_period{365 * 24};
+
     double rate_ = 0;
     Clock::duration period_{};
     Clock::time_point due_;

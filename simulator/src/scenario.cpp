@@ -1,22 +1,19 @@
 #include "scenario.h"
 
-#include <cerrno>
-#include <cstring>
+#include <charconv>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "bus.h"
 #include "capture.h"
+#include "files.h"
 #include "image_source.h"
 #include "scenario_fields.h"
+#include "scenario_timeline.h"
 
 namespace brenvozulta_simulator {
 namespace {
 
 constexpr std::int64_t max_32 = 0xFFFFFFFF;
-constexpr std::int64_t max_milliseconds = 86400000;
-constexpr std::int64_t max_count = 1000000000;
 constexpr std::int64_t max_container = 64 << 20;
 constexpr std::int64_t max_64 = INT64_MAX;
 
@@ -32,20 +29,24 @@ public:
         fields.real("frame_rate", scenario_.settings.frame_rate, 0, frame_rate_max);
         fields.object("images", [this](Fields& images) { read_images(images); });
         fields.list("faults", [this](Fields& fault) { read_fault(fault); });
+        read_handle_reuse(fields);
+        fields.integer("reinitialize_result", scenario_.settings.reinitialize_result, 0, result_max);
+        fields.integer("reopen_result", scenario_.settings.reopen_result, 0, result_max);
         fields.integer("idle_stop_result", scenario_.settings.idle_stop_result, 0, result_max);
-        fields.integer("stop_patience_ms", scenario_.settings.stop_patience_ms, 0, max_milliseconds);
+        read_stop_patience(fields);
         fields.object("list_count", [this](Fields& count) { read_list_count(count); });
         fields.object("restart", [this](Fields& restart) { read_restart(restart); });
         fields.object("firmware", [this](Fields& firmware) { read_firmware(firmware); });
-        fields.list("timeline", [this](Fields& entry) { read_timeline_entry(entry); });
+        fields.list("timeline",
+                    [this](Fields& entry) { scenario_.settings.timeline.push_back(read_timeline_entry(entry)); });
         fields.end();
         return std::move(scenario_);
     }
 
 private:
-    std::string resolve(const std::string& path) const
+    std::filesystem::path resolve(const std::string& path) const
     {
-        return (std::filesystem::path(source_).parent_path() / path).string();
+        return path_of(source_).parent_path() / path_of(path);
     }
 
     void read_scanners(Fields& fields)
@@ -92,17 +93,26 @@ private:
         if (!fields.text("version", text, 1, 16)) {
             return;
         }
-        int major = 0;
-        int minor = 0;
-        int end = 0;
-        const int read = std::sscanf(text.c_str(), "%d.%d.%n", &major, &minor, &end);
-        const std::size_t rest = read == 2 && end > 0 ? text.size() - static_cast<std::size_t>(end) : 2;
-        if (rest > 1 || major < INT8_MIN || major > INT8_MAX || minor < INT8_MIN || minor > INT8_MAX) {
+        const char* at = text.data();
+        const char* const end = at + text.size();
+        if (!read_version_number(at, end, info.version_major) || !read_version_number(at, end, info.version_minor) ||
+            end - at > 1) {
             fields.wrong("version", "is not like \"2.5.b\" with numbers from -128 to 127 and at most one character");
         }
-        info.version_major = static_cast<std::int8_t>(major);
-        info.version_minor = static_cast<std::int8_t>(minor);
-        info.version_revision = rest == 1 ? text.back() : '\0';
+        info.version_revision = at < end ? *at : '\0';
+    }
+
+    // A number that its field holds, and the point behind it.
+    static bool read_version_number(const char*& at, const char* end, std::int8_t& number)
+    {
+        int value = 0;
+        const auto read = std::from_chars(at, end, value);
+        if (read.ec != std::errc() || value < INT8_MIN || value > INT8_MAX || read.ptr == end || *read.ptr != '.') {
+            return false;
+        }
+        number = static_cast<std::int8_t>(value);
+        at = read.ptr + 1;
+        return true;
     }
 
     std::shared_ptr<const std::vector<std::uint8_t>> file_content(Fields& fields, const char* name,
@@ -170,7 +180,7 @@ private:
                 fields.wrong("folder", "is missing");
             }
             try {
-                scenario_.settings.images = folder_images(resolve(folder));
+                scenario_.settings.images = folder_images(name_of(resolve(folder)));
             } catch (const std::exception& error) {
                 fields.wrong("folder", error.what());
             }
@@ -179,23 +189,12 @@ private:
         }
     }
 
-    std::size_t read_function(Fields& fields, std::string& name)
-    {
-        if (!fields.text("function", name, 1, 64)) {
-            fields.wrong("function", "is missing");
-        }
-        const std::size_t function = function_index(name.c_str());
-        if (function == function_count) {
-            fields.wrong("function", "names no function of the driver");
-        }
-        return function;
-    }
-
     void read_fault(Fields& fields)
     {
         std::string name;
-        Function_faults& faults = scenario_.faults.of(read_function(fields, name));
+        Function_faults& faults = scenario_.faults.of(fields.function("function", name));
         fields.integer("delay_ms", faults.delay_ms, 0, max_milliseconds);
+        fields.integer("return_delay_ms", faults.return_delay_ms, 0, max_milliseconds);
         bool carry_out = false;
         const bool result = fields.integer("result", faults.fault.result, 0, result_max);
         const bool skip = fields.integer("skip", faults.fault.skip, 0, max_count);
@@ -210,17 +209,26 @@ private:
         }
     }
 
-    bool read_times(Fields& fields, std::int32_t& times)
+    static bool read_times(Fields& fields, std::int32_t& times)
     {
-        const Json_value* value = fields.any("times");
-        if (value != nullptr && value->kind == Json_value::Kind::text) {
-            if (value->text != "always") {
-                fields.wrong("times", "is not a whole number or \"always\"");
-            }
-            times = BRENVOZULTA_SIM_ALWAYS;
-            return true;
-        }
-        return fields.integer("times", times, 1, max_count);
+        std::int64_t number = 0;
+        const bool there = fields.integer_or("times", number, 1, max_count, "always", BRENVOZULTA_SIM_ALWAYS);
+        times = there ? static_cast<std::int32_t>(number) : times;
+        return there;
+    }
+
+    void read_stop_patience(Fields& fields)
+    {
+        std::int64_t patience = scenario_.settings.stop_patience_ms;
+        fields.integer_or("stop_patience_ms", patience, 0, max_milliseconds, "unlimited", BRENVOZULTA_SIM_UNLIMITED);
+        scenario_.settings.stop_patience_ms = static_cast<std::uint32_t>(patience);
+    }
+
+    void read_handle_reuse(Fields& fields)
+    {
+        std::size_t reuse = 0;
+        fields.choice("reuse_handles", reuse, {"never", "after_close", "at_once"});
+        scenario_.settings.reuse_handles = static_cast<Handle_reuse>(reuse);
     }
 
     void read_list_count(Fields& fields)
@@ -259,30 +267,6 @@ private:
         firmware.restarts = restarts ? 1 : 0;
     }
 
-    void read_timeline_entry(Fields& fields)
-    {
-        Timeline_entry entry{};
-        const bool timed = fields.integer("at_ms", entry.at_ms, 0, max_milliseconds);
-        bool after_call = false;
-        fields.object("after_call", [&](Fields& after) {
-            after_call = true;
-            read_function(after, entry.function);
-            entry.count = 1;
-            after.integer("count", entry.count, 1, max_count);
-        });
-        if (!timed && !after_call) {
-            fields.wrong("has to have at_ms or after_call");
-        }
-        std::string unplugged;
-        const bool unplug = fields.text("unplug", unplugged, 1, name_max);
-        entry.plug = fields.text("plug", entry.scanner, 1, name_max);
-        if (entry.plug == unplug) {
-            fields.wrong("has to have one of plug and unplug");
-        }
-        entry.scanner = unplug ? unplugged : entry.scanner;
-        scenario_.settings.timeline.push_back(std::move(entry));
-    }
-
     const std::string source_;
     Scenario scenario_;
 };
@@ -298,7 +282,7 @@ Scenario read_scenario_file(const std::string& path)
 {
     std::vector<std::uint8_t> bytes;
     try {
-        bytes = read_file(path);
+        bytes = read_file(path_of(path));
     } catch (const std::exception& error) {
         throw Scenario_error(path, 1, "", error.what());
     }
@@ -318,6 +302,7 @@ void install_scenario(Simulator& simulator, State& state, Scenario scenario)
         Function_faults& faults = state.faults.of(function);
         faults.fault = scenario.faults.of(function).fault;
         faults.delay_ms = scenario.faults.of(function).delay_ms;
+        faults.return_delay_ms = scenario.faults.of(function).return_delay_ms;
     }
     for (auto& entry : scenario.scanners) {
         const auto scanner = find_or_add_scanner(state, entry.identity.name);
@@ -329,22 +314,6 @@ void install_scenario(Simulator& simulator, State& state, Scenario scenario)
     state.scenario_loaded = true;
     state.last_error.clear();
     simulator.changed.notify_all();
-}
-
-std::vector<std::uint8_t> read_file(const std::string& path)
-{
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::vector<std::uint8_t> bytes;
-    if (file && !std::filesystem::is_directory(path)) {
-        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    } else {
-        file.setstate(std::ios::badbit);
-    }
-    if (file.bad()) {
-        throw std::runtime_error("cannot read " + path + (errno != 0 ? std::string(": ") + std::strerror(errno) : ""));
-    }
-    return bytes;
 }
 
 }  // namespace brenvozulta_simulator

@@ -29,7 +29,4 @@ Scenario read_scenario(const std::string& text, const std::string& source);
 // Under the simulator's lock: replaces scanners, settings and faults. Captures end without being waited for.
 void install_scenario(Simulator& simulator, State& state, Scenario scenario);
 
-// The whole content of a file; throws std::runtime_error that says what failed.
-std::vector<std::uint8_t> read_file(const std::string& path);
-
 }  // namespace brenvozulta_simulator

@@ -1,7 +1,10 @@
 #include "scenario_fields.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <limits>
+
+#include "call_record.h"
 
 namespace brenvozulta_simulator {
 namespace {
@@ -103,6 +106,49 @@ bool Fields::integer(const char* name, std::int64_t& value, std::int64_t lowest,
     }
     value = number;
     return true;
+}
+
+bool Fields::choice(const char* name, std::size_t& value, const std::vector<std::string>& choices)
+{
+    std::string chosen;
+    if (!text(name, chosen, 0, SIZE_MAX)) {
+        return false;
+    }
+    std::string known;
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        if (choices[i] == chosen) {
+            value = i;
+            return true;
+        }
+        known += (i == 0 ? "" : i + 1 < choices.size() ? ", " : " or ") + ("\"" + choices[i] + "\"");
+    }
+    wrong(name, "is not " + known);
+}
+
+bool Fields::integer_or(const char* name, std::int64_t& value, std::int64_t lowest, std::int64_t highest,
+                        const char* word, std::int64_t meaning)
+{
+    const Json_value* found = any(name);
+    if (found == nullptr || found->kind != Json_value::Kind::text) {
+        return integer(name, value, lowest, highest);
+    }
+    if (found->text != word) {
+        wrong(name, std::string("is not a whole number or \"") + word + "\"");
+    }
+    value = meaning;
+    return true;
+}
+
+std::size_t Fields::function(const char* name, std::string& value)
+{
+    if (!text(name, value, 1, 64)) {
+        wrong(name, "is missing");
+    }
+    const std::size_t function = function_index(value.c_str());
+    if (function == function_count) {
+        wrong(name, "names no function of the driver");
+    }
+    return function;
 }
 
 void Fields::end() const

@@ -4,10 +4,14 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "json_tree.h"
 
 namespace brenvozulta_simulator {
+
+constexpr std::int64_t max_milliseconds = 86400000;
+constexpr std::int64_t max_count = 1000000000;
 
 // One object of a scenario and the way to it, "scanners[1]". Each getter stores nothing when the field is not there.
 class Fields {
@@ -26,6 +30,13 @@ public:
         value = there ? static_cast<Integer>(wide) : value;
         return there;
     }
+    // One of the texts, as its place among them.
+    bool choice(const char* name, std::size_t& value, const std::vector<std::string>& choices);
+    // An integer, or a word that has a meaning.
+    bool integer_or(const char* name, std::int64_t& value, std::int64_t lowest, std::int64_t highest, const char* word,
+                    std::int64_t meaning);
+    // The name of a driver function, which has to be there; returns its place.
+    std::size_t function(const char* name, std::string& value);
     // A field of any kind, to be looked at by the caller; null when it is not there.
     const Json_value* any(const char* name);
     // Calls read(fields) for the object in a field, or for every object of the list in it.

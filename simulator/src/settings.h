@@ -14,6 +14,7 @@
 namespace brenvozulta_simulator {
 
 class Image_source;
+struct Delivery;
 
 // The driver's results that the simulator gives by itself, named after what they tell the caller.
 constexpr std::uint32_t result_ok = 0;
@@ -54,13 +55,24 @@ struct Identity {
     std::shared_ptr<const std::vector<std::uint8_t>> snapshot;  // null: images of the source
 };
 
+// The moments of a driver call. Inside the call, what happens then happens on the caller's thread.
+enum class Moment { after_call, on_entry, on_return };
+constexpr std::size_t moment_count = 3;
+
 struct Timeline_entry {
-    std::uint32_t at_ms;
+    enum class What { unplug, plug, image };
+    Moment moment;
     std::string function;  // empty: at_ms counts from QXDR_Initialize
     std::uint64_t count;
-    bool plug;
-    std::string scanner;
+    std::uint32_t at_ms;
+    What what;
+    std::string scanner;                    // that comes or goes
+    std::uint32_t late_ms;                  // how much later it is announced
+    std::shared_ptr<const Delivery> image;  // that is delivered
 };
+
+// When the handle of a scanner that is gone is given to the next one that comes.
+enum class Handle_reuse { never, after_close, at_once };
 
 struct Settings {
     Settings();
@@ -68,6 +80,9 @@ struct Settings {
     double frame_rate = default_frame_rate;
     std::shared_ptr<const Image_source> images;
     std::map<std::uint8_t, Capture_config> configs;
+    Handle_reuse reuse_handles = Handle_reuse::never;
+    std::uint32_t reinitialize_result = result_ok;
+    std::uint32_t reopen_result = result_ok;
     std::uint32_t idle_stop_result = result_ok;
     std::uint32_t stop_patience_ms = 100;
     brenvozulta_sim_restart restart{50, 1, 1};

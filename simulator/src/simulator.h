@@ -28,6 +28,7 @@ struct Scanner {
 
     void* handle = nullptr;  // of the latest attachment
     bool attached = false;
+    bool keeps_handle = false;  // it is not to be given out again yet
     bool restarting = false;    // attached, but off the bus until it has started again
     std::uint64_t restart = 0;  // counts restarts, so that a cancelled one is told from the latest
     bool open = false;
@@ -61,11 +62,13 @@ struct State {
 
     std::vector<std::shared_ptr<Scanner>> scanners;           // by the time they were first heard of
     std::vector<std::shared_ptr<Scanner>> bus;                // attached ones, by the time of attachment
-    std::map<const void*, std::shared_ptr<Scanner>> handles;  // every handle given out
+    std::map<const void*, std::shared_ptr<Scanner>> handles;  // every handle given out, with its latest scanner
+    std::vector<void*> free_handles;                          // to be given out again, the last one first
 
     DriverAcquisitionCallback callback = nullptr;
     void* context = nullptr;
     Callback_counts callbacks;
+    std::vector<std::shared_ptr<Capture>> captures;                 // of every acquisition thread that has not ended
     std::map<std::uint64_t, std::shared_ptr<Delivery>> deliveries;  // by ticket
     std::uint64_t last_ticket = 0;
 
@@ -88,6 +91,18 @@ struct Simulator {
 
 using Held_lock = std::unique_lock<std::mutex>;
 
+// Gives a held lock away for the length of a block, however that is left.
+class Unlocked {
+public:
+    explicit Unlocked(Held_lock& held) : held_(held) { held_.unlock(); }
+    ~Unlocked() { held_.lock(); }
+    Unlocked(const Unlocked&) = delete;
+    Unlocked& operator=(const Unlocked&) = delete;
+
+private:
+    Held_lock& held_;
+};
+
 // Never destroyed: driver threads may outlive the process's static objects.
 Simulator& simulator();
 
@@ -98,6 +113,10 @@ std::shared_ptr<State> default_state(Simulator& simulator);
 template <class Condition>
 bool wait_for(Held_lock& held, std::uint32_t timeout_ms, Condition condition)
 {
+    if (timeout_ms == BRENVOZULTA_SIM_UNLIMITED) {
+        simulator().changed.wait(held, condition);
+        return true;
+    }
     // A wait of no time would still give the lock away.
     return timeout_ms == 0 ? condition()
                            : simulator().changed.wait_for(held, std::chrono::milliseconds(timeout_ms), condition);

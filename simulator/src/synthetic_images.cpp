@@ -95,21 +95,35 @@ public:
 private:
     using Key = std::tuple<std::uint16_t, std::uint16_t, std::uint64_t>;
 
+    // Of one picture, which is drawn once, while others are drawn as well.
+    struct Place {
+        std::mutex lock;  // guards picture, and is held while it is drawn; no lock is taken inside
+        std::shared_ptr<const Picture> picture;
+    };
+
     std::shared_ptr<const Picture> picture(const Image_request& request) const
     {
-        const std::lock_guard<std::mutex> held(lock_);
-        auto& picture = pictures_[Key(request.width, request.height, request.scanner)];
-        if (picture == nullptr) {
-            picture = draw(request.width, request.height, seed_ * 0x9E3779B97F4A7C15U + request.scanner);
+        const std::shared_ptr<Place> place = place_of(Key(request.width, request.height, request.scanner));
+        const std::lock_guard<std::mutex> held(place->lock);
+        if (place->picture == nullptr) {
+            place->picture = draw(request.width, request.height, seed_ * 0x9E3779B97F4A7C15U + request.scanner);
         }
-        return picture;
+        return place->picture;
+    }
+
+    std::shared_ptr<Place> place_of(const Key& key) const
+    {
+        const std::lock_guard<std::mutex> held(lock_);
+        auto& place = places_[key];
+        if (place == nullptr) {
+            place = std::make_shared<Place>();
+        }
+        return place;
     }
 
     const std::uint64_t seed_;
-    // Guards pictures_. Held while a picture is drawn, so that two scanners do not draw the same; no lock is taken
-    // inside.
-    mutable std::mutex lock_;
-    mutable std::map<Key, std::shared_ptr<const Picture>> pictures_;
+    mutable std::mutex lock_;  // guards places_; no lock is taken inside
+    mutable std::map<Key, std::shared_ptr<Place>> places_;
 };
 
 }  // namespace

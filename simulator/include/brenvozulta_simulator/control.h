@@ -27,7 +27,7 @@ extern "C" {
 /* Back to the state without configuration: not initialized, the default scanner attached and nothing else, no faults,
  * no callback, no listener, empty records, automatic images at the default rate. Blocked driver calls are released,
  * waiting events dropped. Captures end; a thread that stays inside the host's callback or listener is left alone: it
- * ends when that returns and touches nothing of the new state. Returns after at most the stop patience. */
+ * ends when that returns and touches nothing of the new state, and is waited for no longer than the stop patience. */
 void brenvozulta_sim_reset(void);
 
 /* Reads a scenario; the previous scanners and settings are replaced as a whole, or, on failure, stay. A message of one
@@ -47,13 +47,14 @@ size_t brenvozulta_sim_last_error(char* message, size_t capacity);
 #define BRENVOZULTA_SIM_NAME_MAX 559
 
 /* Attaches and removes silently: the driver announces nothing. A name that was attached before comes back with the
- * properties it had; a new one has default properties. Each attachment gets a new driver handle. Names have 1 to 559
- * characters. Attaching an attached scanner, or removing one that is not attached, fails. */
+ * properties it had; a new one has default properties. Each attachment gets a driver handle of its own. Names have 1 to
+ * 559 characters. Attaching an attached scanner, or removing one that is not attached, fails. */
 int brenvozulta_sim_attach(const char* scanner);
 int brenvozulta_sim_remove(const char* scanner);
 void brenvozulta_sim_remove_all(void);
 
-/* The same with the hot-plug event, which is queued before this returns and delivered on a driver thread of its own. */
+/* The same with the hot-plug event, which is queued before this returns and delivered on a driver thread of its own;
+ * while the driver is not initialized, it tells nothing. */
 int brenvozulta_sim_plug(const char* scanner);
 int brenvozulta_sim_unplug(const char* scanner);
 
@@ -72,13 +73,21 @@ int brenvozulta_sim_set_serial_number(const char* scanner, const char* serial_nu
 int brenvozulta_sim_set_version(const char* scanner, int8_t major, int8_t minor, char revision);
 int brenvozulta_sim_set_port_type(const char* scanner, uint32_t port_type);
 
+/* When the driver handle of a scanner that is gone is given to the next one that comes: never; when the host has closed
+ * it, or released the driver, if it was open; or at once. NEVER by default. */
+#define BRENVOZULTA_SIM_REUSE_NEVER 0
+#define BRENVOZULTA_SIM_REUSE_AFTER_CLOSE 1
+#define BRENVOZULTA_SIM_REUSE_AT_ONCE 2
+int brenvozulta_sim_set_handle_reuse(int32_t reuse);
+
 /* The next QXDR_GetDevicesList calls store count whatever is attached (times as in the faults below). The entries are
  * filled for the attached scanners as always, at most 8; times 0 ends it. */
 void brenvozulta_sim_set_list_count(int32_t count, int32_t times);
 
 /* ---- Hot-plug events ---- */
 
-/* Queues any event code with any handle for the registered listener. Without a listener, events are dropped. */
+/* Queues any event code with any handle for the registered listener, initialized or not. Without a listener, events are
+ * dropped. QXDR_Release drops what is queued. */
 void brenvozulta_sim_send_event(int32_t event, void* driver_handle);
 
 /* Events are delivered in order, each on a thread of its own: the next one when the listener has returned from the one
@@ -104,19 +113,28 @@ typedef struct brenvozulta_sim_fault {
 int brenvozulta_sim_fail(const char* function, uint32_t result, int32_t times);
 int brenvozulta_sim_set_fault(const char* function, const brenvozulta_sim_fault* fault);
 
-/* Makes every call of a function take ms milliseconds longer; 0 ends it. */
+/* Makes every call of a function take ms milliseconds longer, before its work or after it; 0 ends it. */
 int brenvozulta_sim_set_delay(const char* function, uint32_t ms);
+int brenvozulta_sim_set_return_delay(const char* function, uint32_t ms);
 
-/* Holds every call of a function, before its work and after it was recorded, until it is unblocked. */
+/* Holds every call of a function until it is unblocked: after it was recorded and before its work, or after its work
+ * and before it returns. */
 int brenvozulta_sim_block(const char* function);
+int brenvozulta_sim_block_return(const char* function);
 int brenvozulta_sim_unblock(const char* function);
 int brenvozulta_sim_wait_blocked(const char* function, uint32_t count, uint32_t timeout_ms); /* count calls held now */
 
-/* What QXDR_StopCapture returns for an open scanner that captures nothing; 0 by default. */
+/* What a call returns that finds done what it is to do: QXDR_Initialize of an initialized driver, QXDR_OpenDevice of an
+ * open scanner, QXDR_StopCapture of an open scanner that captures nothing. 0 by default: the call is made all the same.
+ */
+void brenvozulta_sim_set_reinitialize_result(uint32_t result);
+void brenvozulta_sim_set_reopen_result(uint32_t result);
 void brenvozulta_sim_set_idle_stop_result(uint32_t result);
 
-/* How long QXDR_StopCapture, QXDR_CloseDevice, QXDR_Release and the reset wait for an acquisition thread that is inside
- * the callback, before they leave it to itself; 100 ms by default. */
+/* How long QXDR_StopCapture, QXDR_CloseDevice, QXDR_Release and the reset wait for a thread that stays inside the
+ * callback, the last two also for one inside the listener, before they leave it to itself; 100 ms by default. With
+ * BRENVOZULTA_SIM_UNLIMITED they wait until it has returned. The caller's own thread is never waited for. */
+#define BRENVOZULTA_SIM_UNLIMITED UINT32_MAX
 void brenvozulta_sim_set_stop_patience(uint32_t ms);
 
 /* ---- Record of calls ---- */
@@ -170,7 +188,7 @@ void brenvozulta_sim_use_synthetic_images(uint64_t seed);
 int brenvozulta_sim_use_image_folder(const char* folder, char* message, size_t capacity);
 
 typedef struct brenvozulta_sim_image {
-    const uint8_t* pixels; /* copied before the function returns; null is passed on as null */
+    const uint8_t* pixels; /* copied before the function returns, kept until delivered; null is passed on as null */
     size_t length;         /* bytes behind pixels, whatever width and height say */
     uint16_t width;
     uint16_t height;
@@ -267,9 +285,35 @@ uint64_t brenvozulta_sim_firmware_bytes(const char* scanner);
 
 /* ---- Timeline ---- */
 
-/* Adds an entry: plug (1) or unplug (0) a scanner at_ms after QXDR_Initialize, or, with function, when it has been
- * called count times since then; at_ms is then added to that moment. QXDR_Initialize starts the whole timeline over,
- * QXDR_Release stops it. An entry that finds the scanner already there (or away) does nothing. */
+/* When something happens: at_ms after the function has returned count times since QXDR_Initialize (without a function:
+ * at_ms after QXDR_Initialize), on a driver thread; or inside its call number count, on its entry, before its work, or
+ * on its return, after it. */
+#define BRENVOZULTA_SIM_AFTER_CALL 0
+#define BRENVOZULTA_SIM_ON_ENTRY 1
+#define BRENVOZULTA_SIM_ON_RETURN 2
+
+/* What happens. A scanner that is there (or away) already changes nothing. An event inside a call is delivered on the
+ * caller's thread; an image comes on an acquisition thread, and the call waits for the callback for the stop patience.
+ */
+#define BRENVOZULTA_SIM_UNPLUG 0
+#define BRENVOZULTA_SIM_PLUG 1
+#define BRENVOZULTA_SIM_IMAGE 2
+
+typedef struct brenvozulta_sim_happening {
+    int32_t moment;
+    const char* function; /* null: QXDR_Initialize, for AFTER_CALL */
+    uint64_t count;       /* 1 or more; not read without a function */
+    uint32_t at_ms;       /* for AFTER_CALL; 0 otherwise */
+    int32_t what;
+    const char* scanner; /* for PLUG and UNPLUG */
+    uint32_t late_ms; /* for PLUG and UNPLUG: how much later than the change the event comes, then on a driver thread */
+    const brenvozulta_sim_image* image; /* for IMAGE, copied; its scanner is not read: any that captures */
+} brenvozulta_sim_happening;
+
+/* Adds to the timeline. QXDR_Initialize starts the whole timeline over, QXDR_Release stops it. What is added while it
+ * runs leaves the rest as it is; an AFTER_CALL whose time has passed already happens now. */
+int brenvozulta_sim_add_happening(const brenvozulta_sim_happening* happening);
+/* The same in short: plug (1) or unplug (0) a scanner AFTER_CALL. */
 int brenvozulta_sim_add_timeline(uint32_t at_ms, const char* function, uint64_t count, int32_t plug,
                                  const char* scanner);
 void brenvozulta_sim_clear_timeline(void);

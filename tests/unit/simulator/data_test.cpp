@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "driver_stage.h"
+#include "simulator.h"
 
 namespace simulator_test {
 namespace {
@@ -150,6 +151,20 @@ TEST_F(Data_test, given_snapshot_bytes_are_stored_whatever_is_asked_for)
     EXPECT_STREQ(buffer, "snap#");
     ASSERT_TRUE(brenvozulta_sim_set_snapshot(scanner, nullptr, 0));
     EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 0xFFFFFFFF, 0, 1), 8u);
+}
+
+// As for an image that cannot be drawn.
+TEST(Unlocked_test, the_lock_is_held_again_however_the_block_is_left)
+{
+    std::mutex lock;
+    brenvozulta_simulator::Held_lock held(lock);
+    try {
+        const brenvozulta_simulator::Unlocked unlocked(held);
+        EXPECT_FALSE(held.owns_lock());
+        throw std::bad_alloc();
+    } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(held.owns_lock());
+    }
 }
 
 }  // namespace

@@ -177,12 +177,12 @@ std::string make_folder()
                         ("simulator_" + std::string(test->test_suite_name()) + "_" + test->name());
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
-    return folder.string();
+    return folder.u8string();
 }
 
 void write_file(const std::string& path, const std::string& content)
 {
-    std::ofstream(path, std::ios::binary) << content;
+    std::ofstream(std::filesystem::u8path(path), std::ios::binary) << content;
 }
 
 std::string pgm(std::uint16_t width, std::uint16_t height, const std::vector<std::uint8_t>& pixels)

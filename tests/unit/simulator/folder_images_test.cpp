@@ -1,7 +1,11 @@
 // Images replayed from a folder.
 #include <png.h>
+#include <zlib.h>
 
+#include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 #include "driver_stage.h"
 
@@ -25,6 +29,41 @@ protected:
         const int used = brenvozulta_sim_use_image_folder(folder.c_str(), message, sizeof message);
         EXPECT_EQ(used == 1, message[0] == '\0');
         return message;
+    }
+
+    static constexpr std::size_t after_header = 8 + 25;
+
+    static std::string file_content(const std::string& path)
+    {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+
+    static std::string big_endian(std::uint32_t number)
+    {
+        std::string bytes;
+        for (int shift = 24; shift >= 0; shift -= 8) {
+            bytes += static_cast<char>(number >> shift & 0xFF);
+        }
+        return bytes;
+    }
+
+    static std::string chunk(const std::string& type, const std::string& data)
+    {
+        const std::string checked = type + data;
+        const auto sum = crc32(0, reinterpret_cast<const Bytef*>(checked.data()), static_cast<uInt>(checked.size()));
+        return big_endian(static_cast<std::uint32_t>(data.size())) + checked +
+               big_endian(static_cast<std::uint32_t>(sum));
+    }
+
+    static std::string without_chunk(std::string content, const std::string& type)
+    {
+        const std::size_t found = content.find(type);
+        if (found != std::string::npos) {
+            const auto length = static_cast<unsigned char>(content[found - 1]);  // of the short chunks looked for
+            content.erase(found - 4, std::size_t{length} + 12);
+        }
+        return content;
     }
 
     static void write_png(const std::string& path, std::uint32_t format, std::uint32_t width,
@@ -82,6 +121,62 @@ TEST_F(Folder_images_test, colours_become_grey)
     EXPECT_EQ(image.pixels[1], 0);
     EXPECT_GT(image.pixels[2], 150) << "green is bright";
     EXPECT_LT(image.pixels[2], 250);
+}
+
+TEST_F(Folder_images_test, sixteen_bits_of_grey_become_eight_whatever_gamma_the_file_tells_of)
+{
+    const std::string folder = make_folder();
+    std::vector<std::uint16_t> deep(256);
+    std::vector<std::uint8_t> expected(256);
+    for (std::size_t i = 0; i < deep.size(); ++i) {
+        deep[i] = static_cast<std::uint16_t>(i * 257);
+        expected[i] = static_cast<std::uint8_t>(i);
+    }
+    // The library writes these with a gamma of 1.
+    std::vector<std::uint8_t> bytes(deep.size() * sizeof deep[0]);
+    std::memcpy(bytes.data(), deep.data(), bytes.size());
+    write_png(folder + "/1.png", PNG_FORMAT_LINEAR_Y, 16, bytes);
+    const std::string linear = file_content(folder + "/1.png");
+    ASSERT_NE(linear.find("gAMA"), std::string::npos);
+    write_file(folder + "/2.png", without_chunk(linear, "gAMA"));
+    ASSERT_EQ(use(folder), "");
+    initialize();
+    start_capture();
+    deliver_next(2);
+    EXPECT_EQ(Host::images().at(0).pixels, expected);
+    EXPECT_EQ(Host::images().at(1).pixels, expected) << "without a gamma";
+}
+
+TEST_F(Folder_images_test, eight_bits_of_grey_come_pixel_for_pixel_whatever_gamma_the_file_tells_of)
+{
+    const std::string folder = make_folder();
+    const std::vector<std::uint8_t> pixels{0, 1, 60, 128, 200, 255};
+    write_png(folder + "/1.png", PNG_FORMAT_GRAY, 3, pixels);
+    std::string content = file_content(folder + "/1.png");
+    content = without_chunk(without_chunk(content, "gAMA"), "sRGB");
+    content.insert(after_header, chunk("gAMA", std::string("\0\0\x27\x10", 4)));
+    write_file(folder + "/1.png", content);
+    ASSERT_EQ(use(folder), "");
+    initialize();
+    start_capture();
+    deliver_next(1);
+    EXPECT_EQ(Host::images().at(0).pixels, pixels);
+}
+
+TEST_F(Folder_images_test, a_png_header_that_tells_of_more_than_the_file_can_hold_is_refused_before_memory_is_taken)
+{
+    const std::string folder = make_folder();
+    write_png(folder + "/1.png", PNG_FORMAT_GRAY, 2, {1, 2, 3, 4});
+    const std::string content = file_content(folder + "/1.png");
+    const auto with_sides = [&](const char* sides) {
+        std::string data = content.substr(16, 13);
+        data.replace(0, 8, sides, 8);
+        write_file(folder + "/1.png", content.substr(0, 8) + chunk("IHDR", data) + content.substr(after_header));
+        return use(folder);
+    };
+    EXPECT_THAT(with_sides("\0\0\x20\0\0\0\x20\0"), testing::HasSubstr("more pixels than the file can hold"));
+    EXPECT_THAT(with_sides("\0\0\xff\xff\0\0\xff\xff"), testing::HasSubstr("more than 67108864 pixels"));
+    EXPECT_THAT(with_sides("\0\1\0\0\0\0\0\1"), testing::HasSubstr("1 to 65535"));
 }
 
 TEST_F(Folder_images_test, what_cannot_be_used_is_named)

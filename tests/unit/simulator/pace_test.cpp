@@ -50,5 +50,12 @@ TEST_F(Pace_test, drawing_that_takes_longer_than_a_period_goes_on_without_a_paus
     }
 }
 
+TEST_F(Pace_test, the_smallest_rates_are_slow)
+{
+    for (const double rate : {1e-9, 1e-300, 5e-324}) {
+        EXPECT_GT(Pace(rate, start_).due(), start_ + std::chrono::hours(24)) << rate;
+    }
+}
+
 }  // namespace
 }  // namespace simulator_test

@@ -50,7 +50,8 @@ TEST_F(Scenario_error_test, scanners)
     EXPECT_EQ(scanner_error(R"("name": "a\u0000b")"), at + ".name: holds a zero character");
     EXPECT_EQ(scanner_error(R"("name": "A", "serial_number": "1234567890123")"),
               at + ".serial_number: has 13 characters, not 0 to 12");
-    for (const char* version : {"2", "2.5", "a.b.c", "2.5.bb", "128.0.a", "0.-129.a", "2.5.b "}) {
+    for (const char* version : {"2", "2.5", "a.b.c", "2.5.bb", "128.0.a", "0.-129.a", "2.5.b ", "4294967298.5.b",
+                                "2.99999999999.b", " 2.5.b", "2 .5.b", "+2.5.b", ".5.b"}) {
         EXPECT_THAT(scanner_error(std::string(R"("name": "A", "version": ")") + version + "\""),
                     testing::StartsWith(at + ".version: is not like"))
             << version;
@@ -113,9 +114,25 @@ TEST_F(Scenario_error_test, timeline_restart_and_firmware)
 {
     const auto entry_error = [](const std::string& fields) { return load_error("{\"timeline\": [{" + fields + "}]}"); };
     const std::string at = "dir/s.json:1: timeline[0]";
-    EXPECT_EQ(entry_error(R"("plug": "A")"), at + ": has to have at_ms or after_call");
-    EXPECT_EQ(entry_error(R"("at_ms": 1)"), at + ": has to have one of plug and unplug");
-    EXPECT_EQ(entry_error(R"("at_ms": 1, "plug": "A", "unplug": "A")"), at + ": has to have one of plug and unplug");
+    const std::string when = at + ": has to have at_ms or one of after_call, on_entry and on_return";
+    const std::string what = at + ": has to have one of plug, unplug and image";
+    EXPECT_EQ(entry_error(R"("plug": "A")"), when);
+    EXPECT_EQ(entry_error(R"("on_entry": {"function": "QXDR_Release"}, "on_return": {"function": "QXDR_Release"})"),
+              when);
+    EXPECT_EQ(entry_error(R"("at_ms": 1)"), what);
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "plug": "A", "unplug": "A")"), what);
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "plug": "A", "image": {"width": 1, "height": 1})"), what);
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "on_entry": {"function": "QXDR_Release"}, "plug": "A")"),
+              at + ".at_ms: is for after_call: what happens inside a call does not wait");
+    EXPECT_EQ(entry_error(R"("on_return": {"function": "QXDR_Nothing"}, "plug": "A")"),
+              at + ".on_return.function: names no function of the driver");
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "late_ms": 1, "image": {"width": 1, "height": 1})"),
+              at + ".late_ms: is for plug and unplug");
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "image": {"width": 1})"), at + ".image: needs width and height");
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "image": {"width": 65536, "height": 1})"),
+              at + ".image.width: is not from 0 to 65535");
+    EXPECT_EQ(entry_error(R"("at_ms": 1, "image": {"width": 65535, "height": 65535})"),
+              at + ".image: has more than 67108864 pixels, and is not null");
     EXPECT_EQ(entry_error(R"("after_call": {"count": 1}, "plug": "A")"), at + ".after_call.function: is missing");
     EXPECT_EQ(entry_error(R"("after_call": {"function": "QXDR_OpenDevice", "count": 0}, "plug": "A")"),
               at + ".after_call.count: is not from 1 to 1000000000");
@@ -123,6 +140,19 @@ TEST_F(Scenario_error_test, timeline_restart_and_firmware)
     EXPECT_EQ(load_error(R"({"firmware": {"fail_result": 0}})"),
               "dir/s.json:1: firmware.fail_result: is not from 1 to 19");
     EXPECT_EQ(load_error(R"({"list_count": {}})"), "dir/s.json:1: list_count.count: is missing");
+}
+
+TEST_F(Scenario_error_test, liberties)
+{
+    EXPECT_EQ(load_error(R"({"reuse_handles": "often"})"),
+              "dir/s.json:1: reuse_handles: is not \"never\", \"after_close\" or \"at_once\"");
+    EXPECT_EQ(load_error(R"({"reuse_handles": true})"), "dir/s.json:1: reuse_handles: is not a text");
+    EXPECT_EQ(load_error(R"({"reinitialize_result": 20})"), "dir/s.json:1: reinitialize_result: is not from 0 to 19");
+    EXPECT_EQ(load_error(R"({"reopen_result": -1})"), "dir/s.json:1: reopen_result: is not from 0 to 19");
+    EXPECT_EQ(load_error(R"({"stop_patience_ms": "always"})"),
+              "dir/s.json:1: stop_patience_ms: is not a whole number or \"unlimited\"");
+    EXPECT_EQ(load_error(R"({"faults": [{"function": "QXDR_OpenDevice", "return_delay_ms": -1}]})"),
+              "dir/s.json:1: faults[0].return_delay_ms: is not from 0 to 86400000");
 }
 
 TEST_F(Scenario_error_test, a_failed_load_changes_nothing)

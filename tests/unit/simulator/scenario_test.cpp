@@ -1,25 +1,19 @@
 // What a scenario can say. The names of files and the messages of bad ones have a test of their own.
-#include <cstdlib>
 #include <filesystem>
 
 #include "driver_stage.h"
+#include "system.h"
 
 namespace simulator_test {
 namespace {
 
-// The one way to set a variable that both builds' runtimes have.
-void set_environment(const std::string& scenario)
-{
-    static std::string setting;
-    setting = "BRENVOZULTA_SCENARIO=" + scenario;
-    ASSERT_EQ(putenv(setting.data()), 0);
-}
+constexpr const char* variable = "BRENVOZULTA_SCENARIO";
 
 class Scenario_test : public Driver_test {
 protected:
     void TearDown() override
     {
-        set_environment("");
+        set_environment(variable, "");
         Driver_test::TearDown();
     }
 
@@ -151,7 +145,7 @@ TEST_F(Scenario_test, files_are_found_from_the_scenarios_folder)
     write_file(folder + "/snapshot.bin", "snap");
     write_file(folder + "/s.json",
                R"({"scanners": [{"name": "A", "container": {"file": "container.bin"}, "snapshot": "snapshot.bin"}]})");
-    set_environment(folder + "/s.json");
+    set_environment(variable, folder + "/s.json");
     initialize();
     void* handle = open("A");
     char buffer[8]{};
@@ -165,7 +159,7 @@ TEST_F(Scenario_test, the_environments_scenario_is_read_once_and_not_over_a_load
 {
     const std::string folder = make_folder();
     write_file(folder + "/s.json", R"({"scanners": [{"name": "A"}]})");
-    set_environment(folder + "/s.json");
+    set_environment(variable, folder + "/s.json");
     initialize();
     ASSERT_TRUE(brenvozulta_sim_attach("B"));
     ASSERT_EQ(QXDR_Release(), 0u);
@@ -180,13 +174,13 @@ TEST_F(Scenario_test, the_environments_scenario_is_read_once_and_not_over_a_load
 TEST_F(Scenario_test, the_environment_may_hold_the_scenario_itself)
 {
     const std::string message = "BRENVOZULTA_SCENARIO:1: scanners[0].name: has 0 characters, not 1 to 559";
-    set_environment(R"({"scanners": [{"name": ""}]})");
+    set_environment(variable, R"({"scanners": [{"name": ""}]})");
     testing::internal::CaptureStderr();
     EXPECT_EQ(QXDR_Initialize(), 14u);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "BrenvoZulta_USB: " + message + "\n");
     const std::string container = std::filesystem::path(make_folder() + "/container.bin").generic_string();
     write_file(container, "content");
-    set_environment(R"({"scanners": [{"name": "A", "container": {"file": ")" + container + R"("}}]})");
+    set_environment(variable, R"({"scanners": [{"name": "A", "container": {"file": ")" + container + R"("}}]})");
     initialize();
     std::uint32_t size = 0;
     EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0u);
@@ -196,7 +190,7 @@ TEST_F(Scenario_test, the_environment_may_hold_the_scenario_itself)
 TEST_F(Scenario_test, a_bad_scenario_makes_initialize_fail_until_it_is_right)
 {
     const std::string path = make_folder() + "/s.json";
-    set_environment(path);
+    set_environment(variable, path);
     testing::internal::CaptureStderr();
     EXPECT_EQ(QXDR_Initialize(), 14u);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr(path + ":1: cannot read"));

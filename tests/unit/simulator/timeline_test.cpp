@@ -51,6 +51,29 @@ TEST_F(Timeline_test, initialize_starts_it_over)
     EXPECT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
 }
 
+TEST_F(Timeline_test, what_is_added_while_it_runs_does_not_start_it_over)
+{
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(0, nullptr, 0, 1, "second"));
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_OpenDevice", 2, 1, "fourth"));
+    initialize();
+    open();
+    ASSERT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
+    ASSERT_TRUE(brenvozulta_sim_remove("second"));
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(20, nullptr, 0, 1, "third"));
+    ASSERT_TRUE(brenvozulta_sim_wait_attached("third", patience_ms));
+    EXPECT_FALSE(brenvozulta_sim_is_attached("second")) << "it came a second time";
+    open();
+    EXPECT_TRUE(brenvozulta_sim_wait_attached("fourth", patience_ms)) << "calls are counted anew";
+}
+
+TEST_F(Timeline_test, what_is_added_for_a_moment_that_has_passed_happens_at_once)
+{
+    initialize();
+    open();
+    ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_OpenDevice", 1, 1, "second"));
+    EXPECT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
+}
+
 TEST_F(Timeline_test, release_stops_it)
 {
     ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_Release", 1, 1, "second"));

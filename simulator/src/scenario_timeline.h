@@ -1,0 +1,11 @@
+// One entry of a scenario's timeline.
+#pragma once
+
+#include "scenario_fields.h"
+#include "settings.h"
+
+namespace brenvozulta_simulator {
+
+Timeline_entry read_timeline_entry(Fields& fields);
+
+}  // namespace brenvozulta_simulator

@@ -1,0 +1,184 @@
+// What a driver may do and a kind one does not: handles that come again, second calls that are refused, events inside
+// calls and late, calls that return late.
+#include "manager_test.h"
+
+using namespace manager_tests;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+namespace {
+
+class Driver_liberties : public Manager_test {
+protected:
+    static void inside_call(std::int32_t moment, const char* function, std::int32_t what, const char* scanner,
+                            std::uint32_t late_ms = 0)
+    {
+        brenvozulta_sim_happening happening = {};
+        happening.moment = moment;
+        happening.function = function;
+        happening.count = brenvozulta_sim_times_called(function) + 1;
+        happening.what = what;
+        happening.scanner = scanner;
+        happening.late_ms = late_ms;
+        ASSERT_EQ(brenvozulta_sim_add_happening(&happening), 1);
+    }
+
+    static void wait_for_events() { ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1); }
+};
+
+}  // namespace
+
+TEST_F(Driver_liberties, A_Handle_That_Comes_Again_Is_The_New_Scanners)
+{
+    ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AFTER_CLOSE), 1);
+    initialize(host_callback);
+    ASSERT_EQ(open(scanner_1), 0U);
+    void* const first = brenvozulta_sim_handle(scanner_1);
+    unplug(scanner_1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    plug(scanner_2);
+    ASSERT_EQ(brenvozulta_sim_handle(scanner_2), first);
+    ASSERT_EQ(open(scanner_2), 0U);
+    EXPECT_FALSE(access::device(0).disconnected());
+    unplug(scanner_2);
+    EXPECT_TRUE(access::device(0).disconnected());
+    EXPECT_THAT(take_host_events(),
+                ElementsAre(Host_event{5, scanner_1, 0}, Host_event{5, scanner_2, 1}, Host_event{5, scanner_2, 0}));
+    EXPECT_THAT(access::detected_names(), IsEmpty());
+    take_log();
+}
+
+// The arrival inside the call is told on the host's thread, so the removal, which is told on another, comes after it.
+TEST_F(Driver_liberties, A_Late_Removal_Is_The_Scanners_That_Had_The_Handle_First)
+{
+    ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AT_ONCE), 1);
+    initialize(host_callback);
+    inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1, 1);
+    inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_PLUG, scanner_2);
+    ASSERT_EQ(open(scanner_1), 0U);
+    ASSERT_EQ(brenvozulta_sim_wait_events_delivered(2, test_support::patience_ms), 1);
+    EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}, Host_event{5, scanner_1, 0}));
+    EXPECT_TRUE(access::device(0).disconnected());
+    EXPECT_EQ(access::detected_names(), Lines{scanner_2});
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Scanner_That_Stayed_Open_In_The_Driver_Is_Refused_And_Had_Again_After_A_Terminate)
+{
+    brenvozulta_sim_set_reopen_result(19);
+    open_scanners(2);
+    ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    ASSERT_EQ(open(scanner_1), 1U) << "it displaces the second scanner, which stays open in the driver";
+    std::uint32_t handle = 0;
+    EXPECT_EQ(VyraOpenDevice(scanner_2, &handle), VYRA_DRIVER_STATE);
+    EXPECT_EQ(handle, VYRA_NO_HANDLE);
+    EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_OpenDevice ret = 19 \n", "open_device:    Error=9111\r\n"));
+    EXPECT_EQ(access::device(1).name(), scanner_1);
+
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    initialize();
+    EXPECT_EQ(open(scanner_2), 0U);
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Second_Initialize_Releases_The_Driver_First)
+{
+    brenvozulta_sim_set_reinitialize_result(2);
+    initialize();
+    initialize();
+    take_log();
+    EXPECT_EQ(take_driver_calls(),
+              Calls({"QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug", "QXDR_Release",
+                     "QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"}));
+}
+
+TEST_F(Driver_liberties, An_Arrival_During_The_Registration_Of_The_Listener_Is_Listed_And_Told)
+{
+    inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_SetListenerCallbackHotPlug", BRENVOZULTA_SIM_PLUG, scanner_2);
+    initialize(host_callback);
+    EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}));
+    EXPECT_EQ(access::detected_names(), Lines({scanner_1, scanner_2}));
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Removal_Inside_The_Open_Leaves_A_Device_That_Can_Be_Closed)
+{
+    initialize(host_callback);
+    inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
+    ASSERT_EQ(open(scanner_1), 0U);
+    EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_1, 0}));
+    EXPECT_THAT(access::detected_names(), IsEmpty());
+    EXPECT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_DEVICE_UNAVAIL);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Host_That_Lists_Scanners_On_A_Removal_Inside_Its_Own_Listing_Gets_Both)
+{
+    brenvozulta_sim_attach(scanner_2);
+    initialize(host_callback);
+    std::uint32_t inner = 8;
+    std::vector<char> names(8 * VYRA_NAME_SLOT + 1000);
+    react_to_host_events([&](const Host_event&) { EXPECT_EQ(VyraGetDeviceList(&inner, names.data()), VYRA_OK); });
+    inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_GetDevicesList", BRENVOZULTA_SIM_UNPLUG, scanner_2);
+    std::uint32_t outer = 8;
+    std::vector<char> outer_names(names.size());
+    EXPECT_EQ(VyraGetDeviceList(&outer, outer_names.data()), VYRA_OK);
+    EXPECT_EQ(inner, 1U);
+    EXPECT_EQ(outer, 1U);
+    EXPECT_STREQ(outer_names.data(), scanner_1);
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Return_That_Is_Told_Inside_The_Reset_Ends_It_At_Once)
+{
+    open_scanners(1);
+    const brenvozulta_sim_restart never_back = {0, 0, 0};
+    ASSERT_EQ(brenvozulta_sim_set_restart(&never_back), 1);
+    inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_ResetDevice", BRENVOZULTA_SIM_PLUG, scanner_1);
+    EXPECT_EQ(VyraBusReset_N(0), VYRA_OK);
+    EXPECT_TRUE(access::device_detected());
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Removal_Inside_The_Release_Finds_Nothing_And_Tells_Nobody)
+{
+    initialize(host_callback);
+    inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_Release", BRENVOZULTA_SIM_UNPLUG, scanner_1);
+    EXPECT_EQ(VyraTerminate(), VYRA_OK);
+    EXPECT_THAT(take_host_events(), IsEmpty());
+    EXPECT_THAT(take_log(), ElementsAre("Device UnPlugged\n", "ManageUnplugEvent event\r\n"));
+}
+
+TEST_F(Driver_liberties, A_Removal_Before_The_Open_Has_Returned_Marks_The_Device_Afterwards)
+{
+    initialize();
+    ASSERT_EQ(brenvozulta_sim_block_return("QXDR_OpenDevice"), 1);
+    auto opening = std::async(std::launch::async, [] { return open(scanner_1); });
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_unplug(scanner_1), 1);
+    ASSERT_EQ(brenvozulta_sim_wait_listener_inside(1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_unblock("QXDR_OpenDevice"), 1);
+    ASSERT_EQ(opening.get(), 0U);
+    wait_for_events();
+    EXPECT_TRUE(access::device(0).disconnected());
+    take_log();
+}
+
+// The event waits for the manager lock that the terminate holds: the driver leaves it to itself, and it comes to
+// nothing.
+TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Listener_Ends_All_The_Same)
+{
+    initialize(host_callback);
+    ASSERT_EQ(brenvozulta_sim_block("QXDR_Release"), 1);
+    auto terminating = std::async(std::launch::async, VyraTerminate);
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_unplug(scanner_1), 1);
+    ASSERT_EQ(brenvozulta_sim_wait_listener_inside(1, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_unblock("QXDR_Release"), 1);
+    EXPECT_EQ(terminating.get(), VYRA_OK);
+    wait_for_events();
+    EXPECT_THAT(take_host_events(), IsEmpty());
+    take_log();
+}
