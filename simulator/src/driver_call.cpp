@@ -1,6 +1,16 @@
 #include "driver_call.h"
 
+#include <algorithm>
+#include <string_view>
+
 namespace brenvozulta_simulator {
+
+std::uint32_t result_at_process_end(const char* function)
+{
+    constexpr std::string_view ends[] = {"QXDR_StopCapture", "QXDR_CloseDevice", "QXDR_Release"};
+    const bool is_end = std::find(std::begin(ends), std::end(ends), function) != std::end(ends);
+    return is_end ? result_ok : result_not_initialized;
+}
 
 Driver_call::Driver_call(const char* function, std::vector<Argument> arguments)
     : simulator_(brenvozulta_simulator::simulator()),

@@ -42,13 +42,16 @@ private:
     std::optional<Fault_outcome> fault_;
 };
 
-// Runs work(call) under the simulator's lock as the named function. No exception leaves it. At the end of the process,
-// when a thread that is no more may have left the lock locked, there is nothing left to drive.
+// What a function answers when the process is ending: a thread that is no more may have left the lock locked, and there
+// is nothing left to drive. What a host ends has then ended.
+std::uint32_t result_at_process_end(const char* function);
+
+// Runs work(call) under the simulator's lock as the named function. No exception leaves it.
 template <class Work>
 std::uint32_t run_driver_call(const char* function, std::vector<Argument> arguments, Work work) noexcept
 {
     if (other_threads_are_gone()) {
-        return result_not_initialized;
+        return result_at_process_end(function);
     }
     try {
         Driver_call call(function, std::move(arguments));

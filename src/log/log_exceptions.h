@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 
 #include "log/log.h"
 
@@ -9,21 +10,27 @@ namespace kvs::brenvozulta {
 
 constexpr const char* not_standard = "not a standard exception";
 
+// How an action ended that nothing leaves.
+enum class Ending { whole, out_of_memory, failed };
+
 // Runs `action`. What it throws is logged and goes no further: above it stand frames that no exception may cross, the
-// operating system's, the driver library's or the top of a thread of the host's process. Returns whether the action
-// came to its end.
+// host's, the operating system's, the driver library's or the top of a thread.
 template <typename Action>
-bool log_exceptions(Action&& action) noexcept
+Ending log_exceptions(Action&& action) noexcept
 {
     try {
         action();
-        return true;
+        return Ending::whole;
+    } catch (const std::bad_alloc& error) {
+        log_printf(log_errors, "Exception : %s\r\n", error.what());
+        return Ending::out_of_memory;
     } catch (const std::exception& error) {
         log_printf(log_errors, "Exception : %s\r\n", error.what());
+        return Ending::failed;
     } catch (...) {
         log_printf(log_errors, "Exception : %s\r\n", not_standard);
+        return Ending::failed;
     }
-    return false;
 }
 
 }  // namespace kvs::brenvozulta

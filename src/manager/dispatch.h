@@ -3,7 +3,6 @@
 
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/lock_types.hpp>
-#include <new>
 
 #include "device/device.h"
 #include "log/log.h"
@@ -37,15 +36,8 @@ template <class Body>
 std::int32_t brenvozulta_manager::guarded(Body body) noexcept
 {
     std::int32_t status = VYRA_INTERNAL;
-    log_exceptions([&] {
-        try {
-            status = body();
-        } catch (const std::bad_alloc&) {
-            status = VYRA_OUT_OF_RESOURCE;
-            throw;
-        }
-    });
-    return status;
+    const Ending ending = log_exceptions([&] { status = body(); });
+    return ending == Ending::out_of_memory ? VYRA_OUT_OF_RESOURCE : status;
 }
 
 template <class Body>

@@ -7,6 +7,7 @@
 
 #include "manager/device_name.h"
 #include "manager/dispatch.h"
+#include "manager/scoped_value.h"
 
 namespace kvs::brenvozulta {
 
@@ -70,7 +71,12 @@ std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept
 
 std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
 {
-    const boost::lock_guard<boost::mutex> closing(close_mutex_);
+    // A close inside a close: the host calls it when the driver, while it closes, tells of an event.
+    if (closing_) {
+        return refuse("close_device", VYRA_INTERNAL);
+    }
+    const boost::lock_guard<boost::mutex> lock(close_mutex_);
+    const scoped_value closing(closing_, true);
     if (!initialized_) {
         return refuse("close_device", VYRA_NOT_INITIALIZED);
     }
@@ -83,6 +89,7 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
         return VYRA_OK;
     }
     status_.raise();
+    device->drop();  // before the driver is asked, which may wait for a callback that waits for requests
     const std::int32_t status = device->close();
     if (status != VYRA_OK) {
         log_printf(log_errors, "close_device:    Error=%d\r\n", status);

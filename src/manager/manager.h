@@ -118,6 +118,7 @@ private:
     boost::recursive_timed_mutex manager_lock_;
     device_table open_devices_;
     boost::mutex close_mutex_;  // taken by close_device alone, inside the manager lock
+    bool closing_ = false;      // under the manager lock
     std::atomic<bool> initialized_;
     Session_change session_change_ = Session_change::none;  // under the manager lock
     status_wait status_;

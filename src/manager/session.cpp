@@ -3,6 +3,7 @@
 
 #include "manager/dispatch.h"
 #include "manager/power_handler.h"
+#include "manager/scoped_value.h"
 #include "notify/module_pin.h"
 #include "vyra/notify.h"
 
@@ -17,19 +18,6 @@ constexpr std::uint32_t driver_nothing_listed = 5;
 constexpr std::uint32_t driver_scanner_busy = 18;
 
 using Session_change = brenvozulta_manager::Session_change;
-
-// What is under way from here on; a change that ends an earlier session first stands inside another.
-class Change_scope {
-public:
-    Change_scope(Session_change& change, Session_change begun) : change_(change), before_(change) { change_ = begun; }
-    ~Change_scope() { change_ = before_; }
-    Change_scope(const Change_scope&) = delete;
-    Change_scope& operator=(const Change_scope&) = delete;
-
-private:
-    Session_change& change_;
-    const Session_change before_;
-};
 
 // The notifier keeps the pointer, so the text lives as long as the library.
 char notifier_class[] = "VYRABRENVOZULTA";
@@ -67,7 +55,7 @@ std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, s
 
 std::int32_t brenvozulta_manager::bring_up()
 {
-    const Change_scope beginning(session_change_, Session_change::beginning);
+    const scoped_value beginning(session_change_, Session_change::beginning);
     if (initialized_) {
         log_printf(log_tracing, "initialize:    clear current initialized api before the initialize\r\n");
         guarded([this] { return shut_down(); });  // whatever comes of it
@@ -113,7 +101,7 @@ std::int32_t brenvozulta_manager::shut_down()
         log_close();
         return VYRA_NOT_INITIALIZED;
     }
-    const Change_scope ending(session_change_, Session_change::ending);
+    const scoped_value ending(session_change_, Session_change::ending);  // may stand inside a beginning
     // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
     // table.
     for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {

@@ -71,7 +71,7 @@ DWORD WINAPI usb_notifier::thread_main(LPVOID argument)
 
 void usb_notifier::run_thread(const char* class_name, Run& run)
 {
-    const bool ended_by_quit = log_exceptions([&] {
+    const Ending ending = log_exceptions([&] {
         notifier_thread_main(class_name, [&](HWND window) {
             run.window = window;
             run.settled.set();
@@ -80,7 +80,7 @@ void usb_notifier::run_thread(const char* class_name, Run& run)
     {
         const boost::lock_guard<boost::mutex> lock(mutex_);
         // A failed thread leaves the notifier as a stop leaves it.
-        if (!ended_by_quit && &run == run_.get()) {
+        if (ending != Ending::whole && &run == run_.get()) {
             running_ = false;
             run_.reset();
         }

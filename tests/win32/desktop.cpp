@@ -54,6 +54,8 @@ Live_objects live_objects()
     alive.device_notifications = desktop().notifications.size();
     alive.message_queues = desktop().queues.size();
     for (const auto& [handle, object] : desktop().waitables) {
+        if (object == nullptr)
+            continue;  // a thread that is about to run
         switch (object->kind) {
             case Waitable::Kind::event:
                 ++alive.events;

@@ -109,9 +109,10 @@ std::shared_ptr<Message_queue> own_queue()
 {
     thread_local Queue_owner own;
     if (own.queue == nullptr) {
-        own.queue = std::make_shared<Message_queue>();
-        own.queue->thread = GetCurrentThreadId();
-        desktop().queues[own.queue->thread] = own.queue;
+        const auto queue = std::make_shared<Message_queue>();
+        queue->thread = GetCurrentThreadId();
+        desktop().queues[queue->thread] = queue;
+        own.queue = queue;
     }
     return own.queue;
 }

@@ -99,8 +99,10 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START
     }
     Start start{run, argument, nullptr, {}};
     Desktop_lock lock(desktop().lock);
+    const HANDLE handle = new_thread_handle(nullptr);  // once the thread runs, nothing may fail
     pthread_t thread;
     if (pthread_create(&thread, nullptr, thread_main, &start) != 0) {
+        desktop().waitables.erase(handle);
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;
     }
@@ -108,7 +110,8 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START
     start.running.wait(lock, [&] { return start.thread != nullptr; });
     if (number != nullptr)
         *number = start.thread->number;
-    return new_thread_handle(start.thread);
+    desktop().waitables[handle] = start.thread;
+    return handle;
 }
 
 // Opens the calling thread, the only one that is ever asked for.

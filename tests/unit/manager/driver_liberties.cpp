@@ -182,3 +182,31 @@ TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Listener_Ends_All_The_Same
     EXPECT_THAT(take_host_events(), IsEmpty());
     take_log();
 }
+
+// A driver that gives its thread back before it closes.
+TEST_F(Driver_liberties, A_Callback_That_Waits_For_Requests_Does_Not_Hold_Up_A_Close_Or_A_Terminate)
+{
+    brenvozulta_sim_set_frame_rate(1000);
+    for (const bool terminate : {false, true}) {
+        ASSERT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
+        brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
+        ASSERT_EQ(open(scanner_1), 0U);
+        ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+        ASSERT_EQ(brenvozulta_sim_wait_callbacks_inside(1, test_support::patience_ms), 1);
+        EXPECT_EQ(terminate ? VyraTerminate() : VyraCloseDevice_N(0), VYRA_OK);
+    }
+    take_log();
+}
+
+TEST_F(Driver_liberties, A_Close_Inside_A_Close_Is_Refused)
+{
+    initialize([](std::int32_t, const char*, std::int32_t) -> std::int32_t { return VyraCloseDevice_N(0); });
+    ASSERT_EQ(open(scanner_1), 0U);
+    take_log();
+    inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_CloseDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    const auto lines = take_log();
+    EXPECT_THAT(lines, ::testing::Contains(refusal("close_device", VYRA_INTERNAL)));
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_BAD_SCANNER_IDX);
+    take_log();
+}

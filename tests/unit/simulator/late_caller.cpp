@@ -13,10 +13,8 @@ struct Late_caller {
         if (handle == nullptr) {
             return;
         }
-        QXDR_StopCapture(handle);
-        QXDR_CloseDevice(&handle);
-        QXDR_Release();
-        std::fputs("called\n", stdout);
+        const std::uint32_t results = QXDR_StopCapture(handle) | QXDR_CloseDevice(&handle) | QXDR_Release();
+        std::fputs(results == 0 ? "called\n" : "refused\n", stdout);
         std::fflush(stdout);
     }
 };
