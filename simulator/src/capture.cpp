@@ -266,13 +266,19 @@ bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Sc
 
 void wait_for_return(Held_lock& held, const State& state, const Delivery& delivery)
 {
+    const auto& captures = state.captures;
     const std::uint64_t caller = this_thread_id();
-    const bool acquiring = std::any_of(state.captures.begin(), state.captures.end(),
-                                       [caller](const auto& capture) { return capture->thread == caller; });
-    if (!acquiring) {
-        wait_for(held, state.settings.stop_patience_ms,
-                 [&] { return state.retired || delivery.progress >= Delivery::Progress::done; });
+    if (std::any_of(captures.begin(), captures.end(),
+                    [caller](const auto& capture) { return capture->thread == caller; })) {
+        return;
     }
+    wait_for(held, state.settings.stop_patience_ms,
+             [&] { return state.retired || delivery.progress >= Delivery::Progress::done; });
+    // Until somebody is inside, it is not the host that the image waits for.
+    simulator().changed.wait(held, [&] {
+        return state.retired || delivery.progress != Delivery::Progress::waiting ||
+               std::any_of(captures.begin(), captures.end(), [](const auto& capture) { return capture->inside; });
+    });
 }
 
 }  // namespace brenvozulta_simulator

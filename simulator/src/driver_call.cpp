@@ -26,6 +26,7 @@ void Driver_call::hold_up(const bool& blocked, const std::uint32_t& delay_ms)
 {
     Function_faults& faults = state_->faults.of(function_);
     ++faults.held;
+    simulator_.changed.notify_all();
     simulator_.changed.wait(held_, [&] { return state_->retired || !blocked; });
     --faults.held;
     wait_for(held_, delay_ms, [&] { return state_->retired; });

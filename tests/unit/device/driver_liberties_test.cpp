@@ -97,7 +97,7 @@ TEST_F(Driver_liberties, A_Stop_And_A_Close_That_Wait_For_The_Callback_Find_It_W
     const std::uint64_t delivery = deliver_waiting(image_of(9));
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_EQ(result_of(delivery), 0);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0u);
     EXPECT_EQ(device().close(), 0);
 }
 
@@ -109,7 +109,7 @@ TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Callback_Finds_It_Woken_By
     deliver_waiting(image_of(9));
     EXPECT_EQ(VyraStopVideo(handle), 0);
     EXPECT_EQ(VyraTerminate(), 0);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0u);
 }
 
 }  // namespace

@@ -252,6 +252,22 @@ TEST_F(Liberty_test, a_call_can_return_late_after_its_work)
     EXPECT_EQ(host.get(), 0u);
 }
 
+// Whose work gives way to others, as a stop's does, so that they look too early.
+TEST_F(Liberty_test, who_waits_for_a_call_to_be_held_before_its_return_is_told)
+{
+    initialize();
+    void* const handle = start_capture();
+    ASSERT_TRUE(brenvozulta_sim_block_return("QXDR_StopCapture"));
+    auto held =
+        std::async(std::launch::async, [] { return brenvozulta_sim_wait_blocked("QXDR_StopCapture", 1, patience_ms); });
+    EXPECT_EQ(held.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    auto host = std::async(std::launch::async, QXDR_StopCapture, handle);
+    EXPECT_EQ(held.wait_for(std::chrono::milliseconds(patience_ms / 2)), std::future_status::ready);
+    EXPECT_TRUE(held.get());
+    ASSERT_TRUE(brenvozulta_sim_unblock("QXDR_StopCapture"));
+    EXPECT_EQ(host.get(), 0u);
+}
+
 TEST_F(Liberty_test, a_call_whose_return_is_delayed_takes_no_less)
 {
     load(R"({"faults": [{"function": "QXDR_Initialize", "return_delay_ms": 30}]})");
