@@ -1,8 +1,6 @@
 #include "agenda.h"
 
 #include <algorithm>
-#include <functional>
-#include <thread>
 
 #include "bus.h"
 #include "simulator.h"
@@ -65,7 +63,7 @@ void add(Simulator& simulator, const std::shared_ptr<State>& state, Agenda_item 
     agenda.items.push_back(std::move(item));
     if (!agenda.running) {
         agenda.running = true;
-        std::thread(run_agenda, std::ref(simulator), state).detach();
+        test_bench::start_detached([&simulator, state] { run_agenda(simulator, state); });
     }
     simulator.changed.notify_all();
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <thread>
 
 #include "pace.h"
 
@@ -102,9 +101,11 @@ private:
         }
         ++state_->callbacks.entered;
         simulator_.changed.notify_all();
+        test_bench::take_over(&state_->callback);
         held.unlock();
         const std::int32_t result = callback(pixels, width, height, context);
         held.lock();
+        test_bench::hand_over(&state_->callbacks);
         ++state_->callbacks.returned;
         if (delivery != nullptr) {
             delivery->progress = Delivery::Progress::done;
@@ -121,6 +122,8 @@ private:
         capture_->deliveries.clear();
         capture_->ending = true;
         capture_->ended = true;
+        test_bench::hand_over(capture_.get());
+        test_bench::hand_over(&state_->callbacks);
         --simulator_.acquisition_threads;
         simulator_.changed.notify_all();
     }
@@ -135,7 +138,7 @@ private:
 
 void start_thread(Simulator& simulator, const std::shared_ptr<State>& state, const std::shared_ptr<Capture>& capture)
 {
-    std::thread([&simulator, state, capture] { Acquisition(simulator, state, capture).run(); }).detach();
+    test_bench::start_detached([&simulator, state, capture] { Acquisition(simulator, state, capture).run(); });
     ++simulator.acquisition_threads;
     simulator.changed.notify_all();
 }
@@ -173,6 +176,11 @@ std::shared_ptr<Capture> end_capture(Scanner& scanner)
 void wait_for_end(Held_lock& held, const State& state, const std::vector<std::shared_ptr<Capture>>& captures)
 {
     wait_for(held, state.settings.stop_patience_ms, [&captures] { return have_ended(captures); });
+    for (const auto& capture : captures) {
+        if (capture != nullptr && capture->ended) {
+            test_bench::take_over(capture.get());
+        }
+    }
 }
 
 bool have_ended(const std::vector<std::shared_ptr<Capture>>& captures)
@@ -201,6 +209,7 @@ bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Sc
     if (state->callback == nullptr || ((named || delivery->next_of_source) && !capturing)) {
         return false;
     }
+    test_bench::hand_over(&state->callback);
     delivery->ticket = ++state->last_ticket;
     state->deliveries[delivery->ticket] = delivery;
     while (state->deliveries.size() > tickets_kept) {

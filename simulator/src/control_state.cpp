@@ -46,6 +46,7 @@ void brenvozulta_sim_reset()
     // Nothing of before happens afterwards, unless it stays inside the host.
     const auto captures = end_all_captures(*old);
     wait_for(held, old->settings.stop_patience_ms, [&] { return have_ended(captures) && old->hot_plug.inside == 0; });
+    test_bench::take_over(&old->callbacks);
 }
 
 int brenvozulta_sim_load_scenario_file(const char* path, char* message, size_t capacity)

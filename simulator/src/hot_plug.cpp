@@ -1,7 +1,5 @@
 #include "hot_plug.h"
 
-#include <thread>
-
 #include "simulator.h"
 
 namespace brenvozulta_simulator {
@@ -17,9 +15,11 @@ void deliver_event(Simulator& simulator, const std::shared_ptr<State>& state, Ho
     ++hot_plug.entered;
     simulator.changed.notify_all();
     if (listener != nullptr) {
+        test_bench::take_over(&hot_plug);
         held.unlock();
         listener(event.code, event.driver_handle);
         held.lock();
+        test_bench::hand_over(&state->callbacks);
     }
     --hot_plug.inside;
     ++hot_plug.delivered;
@@ -35,7 +35,7 @@ void dispatch_events(Simulator& simulator, const std::shared_ptr<State>& state)
         hot_plug.waiting.pop_front();
         const std::uint64_t turn = hot_plug.entered + 1;
         ++hot_plug.inside;
-        std::thread(deliver_event, std::ref(simulator), state, event).detach();
+        test_bench::start_detached([&simulator, state, event] { deliver_event(simulator, state, event); });
         simulator.changed.wait(held, [&] { return hot_plug.entered >= turn; });
         wait_for(held, listener_patience_ms, [&] { return hot_plug.inside == 0; });
     }
@@ -52,10 +52,11 @@ void send_event(Simulator& simulator, const std::shared_ptr<State>& state, Hot_p
     if (hot_plug.listener == nullptr) {
         return;
     }
+    test_bench::hand_over(&hot_plug);
     hot_plug.waiting.push_back(event);
     if (!hot_plug.dispatching) {
         hot_plug.dispatching = true;
-        std::thread(dispatch_events, std::ref(simulator), state).detach();
+        test_bench::start_detached([&simulator, state] { dispatch_events(simulator, state); });
     }
     simulator.changed.notify_all();
 }

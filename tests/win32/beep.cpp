@@ -3,6 +3,7 @@
 
 #include "beeps.h"
 #include "entry_point.h"
+#include "test_bench/unseen.h"
 #include "win32_double/control.h"
 
 namespace win32_double {
@@ -25,13 +26,13 @@ Beep_record& record()
 
 std::vector<Tone> beeps()
 {
-    const std::lock_guard<std::mutex> guard(record().lock);
+    const test_bench::Unseen_lock guard(record().lock);
     return record().tones;
 }
 
 void forget_beeps()
 {
-    const std::lock_guard<std::mutex> guard(record().lock);
+    const test_bench::Unseen_lock guard(record().lock);
     record().tones.clear();
 }
 
@@ -41,7 +42,7 @@ BOOL Beep(DWORD frequency, DWORD duration)
 {
     if (win32_double::beep.refused())
         return FALSE;
-    const std::lock_guard<std::mutex> guard(win32_double::record().lock);
+    const test_bench::Unseen_lock guard(win32_double::record().lock);
     win32_double::record().tones.push_back({frequency, duration});
     return TRUE;
 }

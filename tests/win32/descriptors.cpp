@@ -15,6 +15,7 @@
 
 #include "entry_point.h"
 #include "io.h"
+#include "test_bench/unseen.h"
 
 namespace win32_double {
 namespace {
@@ -34,17 +35,17 @@ class Mode_table {
 public:
     void open(int descriptor, bool text)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         text_[descriptor] = text;
     }
     void close(int descriptor)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         text_.erase(descriptor);
     }
     bool is_text(int descriptor)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         const auto found = text_.find(descriptor);
         return found != text_.end() && found->second;
     }
@@ -52,7 +53,7 @@ public:
     // goes through the system's stdio is never translated.
     bool set_text(int descriptor, bool text)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         const auto found = text_.find(descriptor);
         if (found == text_.end())
             return true;
@@ -62,7 +63,7 @@ public:
     }
     size_t size()
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         return text_.size();
     }
 
@@ -128,6 +129,19 @@ size_t without_carriage_returns(char* bytes, size_t size)
     return kept;
 }
 
+// What one thread writes into a file orders nothing for the one that reads it.
+ssize_t read_bytes(int descriptor, void* buffer, size_t size)
+{
+    const test_bench::Unordered unordered;
+    return ::read(descriptor, buffer, size);
+}
+
+ssize_t write_bytes(int descriptor, const void* bytes, size_t size)
+{
+    const test_bench::Unordered unordered;
+    return ::write(descriptor, bytes, size);
+}
+
 int64_t file_length(int descriptor)
 {
     struct stat status {};
@@ -177,7 +191,7 @@ int _read(int descriptor, void* buffer, unsigned int size)
 {
     if (read_call.refused_by_errno())
         return -1;
-    const ssize_t got = ::read(descriptor, buffer, size);
+    const ssize_t got = read_bytes(descriptor, buffer, size);
     if (got <= 0 || !modes().is_text(descriptor))
         return static_cast<int>(got);
     return static_cast<int>(without_carriage_returns(static_cast<char*>(buffer), static_cast<size_t>(got)));
@@ -189,10 +203,10 @@ int _write(int descriptor, const void* buffer, unsigned int size)
         return -1;
     const auto* bytes = static_cast<const char*>(buffer);
     if (!modes().is_text(descriptor))
-        return static_cast<int>(::write(descriptor, bytes, size));
+        return static_cast<int>(write_bytes(descriptor, bytes, size));
     // One write of the system's, so that it stays whole beside those of other threads.
     const std::string translated = with_carriage_returns(bytes, size);
-    const ssize_t written = ::write(descriptor, translated.data(), translated.size());
+    const ssize_t written = write_bytes(descriptor, translated.data(), translated.size());
     if (written < 0)
         return -1;
     return static_cast<int>(caller_bytes(bytes, size, static_cast<size_t>(written)));

@@ -11,11 +11,13 @@
 #include <string>
 #include <vector>
 
+#include "test_bench/unseen.h"
 #include "windows.h"
 
 namespace win32_double {
 
-using Desktop_lock = std::unique_lock<std::mutex>;
+// What is done under it orders no two threads of the library: what does is handed over.
+using Desktop_lock = test_bench::Unseen_lock;
 
 struct Message_queue;
 

@@ -62,6 +62,7 @@ BOOL SetEvent(HANDLE event)
     if (found == nullptr)
         return FALSE;
     found->set = true;
+    test_bench::hand_over(found.get());
     found->changed.notify_all();
     for (const auto& [thread, queue] : desktop().queues)
         queue->wake.notify_all();
@@ -87,7 +88,10 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds)
     const auto event = find_event(handle);
     if (event == nullptr)
         return WAIT_FAILED;
-    return wait(lock, event->changed, milliseconds, [&] { return event->set; }) ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
+    if (!wait(lock, event->changed, milliseconds, [&] { return event->set; }))
+        return WAIT_TIMEOUT;
+    test_bench::take_over(event.get());
+    return WAIT_OBJECT_0;
 }
 
 DWORD MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD milliseconds, DWORD wake_mask, DWORD flags)
@@ -105,5 +109,8 @@ DWORD MsgWaitForMultipleObjectsEx(DWORD count, const HANDLE* handles, DWORD mill
     const auto queue = own_queue();
     if (!wait(lock, queue->wake, milliseconds, [&] { return event->set || !queue->sent.empty(); }))
         return WAIT_TIMEOUT;
-    return event->set ? WAIT_OBJECT_0 : WAIT_OBJECT_0 + 1;
+    if (!event->set)
+        return WAIT_OBJECT_0 + 1;
+    test_bench::take_over(event.get());
+    return WAIT_OBJECT_0;
 }
