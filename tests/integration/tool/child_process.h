@@ -24,7 +24,8 @@ public:
 
     void interrupt() { tool_tests::interrupt(child_.process); }
 
-    // The exit code, once the child has ended; ends it by force after a test's patience.
+    // The exit code, once the child has ended; ends it by force after a test's patience. What a sanitizer says on its
+    // standard error fails the test, whatever the exit code.
     int wait();
 
     // What it has written so far, with "\n" as line end.
@@ -50,6 +51,9 @@ private:
     Spawned child_;
     bool waited_ = false;
 };
+
+// Whether a program's standard error holds what a sanitizer reports.
+bool has_sanitizer_report(const std::string& text);
 
 struct Result {
     int code;
