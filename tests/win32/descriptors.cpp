@@ -4,6 +4,7 @@
 #include "descriptors.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,7 @@
 
 #include "entry_point.h"
 #include "io.h"
+#include "stale_handles.h"
 #include "test_bench/unseen.h"
 
 namespace win32_double {
@@ -22,14 +24,9 @@ namespace {
 
 Entry_point sopen_call{"_sopen"};
 Entry_point close_call{"_close"};
-Entry_point read_call{"_read"};
 Entry_point write_call{"_write"};
 Entry_point commit_call{"_commit"};
-Entry_point unlink_call{"_unlink"};
 Entry_point filelength_call{"_filelength"};
-Entry_point filelengthi64_call{"_filelengthi64"};
-
-constexpr char end_of_text = 0x1A;
 
 class Mode_table {
 public:
@@ -38,28 +35,22 @@ public:
         const test_bench::Unseen_lock guard(lock_);
         text_[descriptor] = text;
     }
-    void close(int descriptor)
+    // False when it is not open.
+    bool close(int descriptor)
     {
         const test_bench::Unseen_lock guard(lock_);
-        text_.erase(descriptor);
+        if (text_.erase(descriptor) == 1)
+            return true;
+        note_stale_handle();
+        return false;
     }
     bool is_text(int descriptor)
     {
         const test_bench::Unseen_lock guard(lock_);
         const auto found = text_.find(descriptor);
-        return found != text_.end() && found->second;
-    }
-    // Of a descriptor that the double did not open (standard output) the mode is remembered by the caller alone: what
-    // goes through the system's stdio is never translated.
-    bool set_text(int descriptor, bool text)
-    {
-        const test_bench::Unseen_lock guard(lock_);
-        const auto found = text_.find(descriptor);
         if (found == text_.end())
-            return true;
-        const bool before = found->second;
-        found->second = text;
-        return before;
+            note_stale_handle();
+        return found != text_.end() && found->second;
     }
     size_t size()
     {
@@ -92,6 +83,21 @@ int system_flags(int flags)
     return result;
 }
 
+// Opens a file and shares it with all who open it, but with none who would move or delete it. A file that goes while it
+// is being opened was never there.
+int open_shared(const char* path, int flags, mode_t permission)
+{
+    for (;;) {
+        const int descriptor = ::open(path, flags, permission);
+        if (descriptor == -1)
+            return -1;
+        struct stat status {};
+        if (::flock(descriptor, LOCK_SH) != 0 || ::fstat(descriptor, &status) != 0 || status.st_nlink > 0)
+            return descriptor;
+        ::close(descriptor);
+    }
+}
+
 std::string with_carriage_returns(const char* bytes, size_t size)
 {
     std::string translated;
@@ -116,26 +122,7 @@ size_t caller_bytes(const char* bytes, size_t size, size_t written)
     return count;
 }
 
-// Takes the carriage returns before line feeds out of the text, up to the end-of-text mark; gives the new size. A line
-// end that the caller's buffer cuts in two stays as it is.
-size_t without_carriage_returns(char* bytes, size_t size)
-{
-    size_t kept = 0;
-    for (size_t i = 0; i < size && bytes[i] != end_of_text; ++i) {
-        if (bytes[i] == '\r' && i + 1 < size && bytes[i + 1] == '\n')
-            continue;
-        bytes[kept++] = bytes[i];
-    }
-    return kept;
-}
-
-// What one thread writes into a file orders nothing for the one that reads it.
-ssize_t read_bytes(int descriptor, void* buffer, size_t size)
-{
-    const test_bench::Unordered unordered;
-    return ::read(descriptor, buffer, size);
-}
-
+// What one thread writes into a file orders nothing for one that reads it.
 ssize_t write_bytes(int descriptor, const void* bytes, size_t size)
 {
     const test_bench::Unordered unordered;
@@ -159,7 +146,7 @@ size_t open_descriptors()
 
 using namespace win32_double;
 
-// Linux files are always shared with everyone: the share mode is accepted and has no effect.
+// Of the share modes there is one, that for all who read and write.
 int _sopen(const char* path, int flags, int share, ...)
 {
     if (sopen_call.refused_by_errno())
@@ -172,7 +159,11 @@ int _sopen(const char* path, int flags, int share, ...)
             permission |= S_IWUSR | S_IWGRP | S_IWOTH;
         va_end(arguments);
     }
-    const int descriptor = ::open(path, system_flags(flags), permission);
+    if (share != _SH_DENYNO) {
+        errno = EINVAL;
+        return -1;
+    }
+    const int descriptor = open_shared(path, system_flags(flags), permission);
     if (descriptor != -1)
         modes().open(descriptor, (flags & _O_BINARY) == 0);
     return descriptor;
@@ -183,18 +174,10 @@ int _close(int descriptor)
     if (close_call.refused_by_errno())
         return -1;
     // Before the close: behind it the number may already be another thread's.
-    modes().close(descriptor);
-    return ::close(descriptor);
-}
-
-int _read(int descriptor, void* buffer, unsigned int size)
-{
-    if (read_call.refused_by_errno())
-        return -1;
-    const ssize_t got = read_bytes(descriptor, buffer, size);
-    if (got <= 0 || !modes().is_text(descriptor))
-        return static_cast<int>(got);
-    return static_cast<int>(without_carriage_returns(static_cast<char*>(buffer), static_cast<size_t>(got)));
+    if (modes().close(descriptor))
+        return ::close(descriptor);
+    errno = EBADF;
+    return -1;
 }
 
 int _write(int descriptor, const void* buffer, unsigned int size)
@@ -226,25 +209,6 @@ int32_t _filelength(int descriptor)
         return static_cast<int32_t>(length);
     errno = EOVERFLOW;
     return -1;
-}
-
-int64_t _filelengthi64(int descriptor)
-{
-    return filelengthi64_call.refused_by_errno() ? -1 : file_length(descriptor);
-}
-
-int _setmode(int descriptor, int mode)
-{
-    if (mode != _O_TEXT && mode != _O_BINARY) {
-        errno = EINVAL;
-        return -1;
-    }
-    return modes().set_text(descriptor, mode == _O_TEXT) ? _O_TEXT : _O_BINARY;
-}
-
-int _unlink(const char* path)
-{
-    return unlink_call.refused_by_errno() ? -1 : ::unlink(path);
 }
 
 int _isatty(int descriptor)

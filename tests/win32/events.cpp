@@ -3,6 +3,7 @@
 
 #include "desktop.h"
 #include "entry_point.h"
+#include "stale_handles.h"
 
 namespace win32_double {
 namespace {
@@ -19,6 +20,7 @@ std::shared_ptr<Event> find_event(HANDLE handle)
     const auto found = desktop().events.find(handle);
     if (found != desktop().events.end())
         return found->second;
+    note_stale_handle();
     SetLastError(ERROR_INVALID_HANDLE);
     return nullptr;
 }

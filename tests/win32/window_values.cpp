@@ -8,7 +8,6 @@ namespace win32_double {
 namespace {
 
 Entry_point get_value_call{"GetWindowLongPtrA"};
-Entry_point set_value_call{"SetWindowLongPtrA"};
 
 LONG_PTR own_value(const Window& window, int index)
 {
@@ -26,36 +25,10 @@ LONG_PTR own_value(const Window& window, int index)
         case GWL_EXSTYLE:
             return window.extended_style;
         case GWLP_USERDATA:
-            return window.user_data;
+            return 0;
         default:
             SetLastError(ERROR_INVALID_INDEX);
             return 0;
-    }
-}
-
-void set_own_value(Window& window, int index, LONG_PTR value)
-{
-    switch (index) {
-        case GWLP_WNDPROC:
-            window.procedure = reinterpret_cast<WNDPROC>(value);
-            break;
-        case GWLP_HINSTANCE:
-            window.instance = reinterpret_cast<HINSTANCE>(value);
-            break;
-        case GWLP_ID:
-            window.identifier = value;
-            break;
-        case GWL_STYLE:
-            window.style = static_cast<DWORD>(value);
-            break;
-        case GWL_EXSTYLE:
-            window.extended_style = static_cast<DWORD>(value);
-            break;
-        case GWLP_USERDATA:
-            window.user_data = value;
-            break;
-        default:
-            SetLastError(ERROR_INVALID_INDEX);
     }
 }
 
@@ -91,21 +64,4 @@ LONG_PTR GetWindowLongPtrA(HWND handle, int index)
     const Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
     return window == nullptr ? 0 : value_of(*window, index);
-}
-
-LONG_PTR SetWindowLongPtrA(HWND handle, int index, LONG_PTR value)
-{
-    if (set_value_call.refused())
-        return 0;
-    const Desktop_lock lock(desktop().lock);
-    const auto window = find_window(handle);
-    if (window == nullptr)
-        return 0;
-    const LONG_PTR before = value_of(*window, index);
-    if (index < 0) {
-        set_own_value(*window, index, value);
-    } else if (unsigned char* const bytes = extra_value(*window, index)) {
-        std::memcpy(bytes, &value, sizeof value);
-    }
-    return before;
 }

@@ -122,7 +122,6 @@ BOOL WINAPI IsWindow(HWND window);
 HWND WINAPI FindWindowA(LPCSTR class_name, LPCSTR title);
 DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
-LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 LRESULT WINAPI DefWindowProcA(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
@@ -142,7 +141,6 @@ BOOL WINAPI UnregisterDeviceNotification(HDEVNOTIFY registration);
 
 /* At most 1023 characters and the terminator. */
 int WINAPI wvsprintfA(LPSTR text, LPCSTR format, va_list arguments);
-int WINAPI wsprintfA(LPSTR text, LPCSTR format, ...);
 
 #ifdef __cplusplus
 }
