@@ -52,13 +52,15 @@ class Unordered {
 public:
     Unordered()
     {
-        if (is_hidden())
+        if (is_hidden()) {
             AnnotateIgnoreSyncBegin(__FILE__, __LINE__);
+        }
     }
     ~Unordered()
     {
-        if (is_hidden())
+        if (is_hidden()) {
             AnnotateIgnoreSyncEnd(__FILE__, __LINE__);
+        }
     }
     Unordered(const Unordered&) = delete;
     Unordered& operator=(const Unordered&) = delete;
@@ -71,8 +73,9 @@ inline thread_local int depth = 0;
 
 inline void hide()
 {
-    if (!is_hidden())
+    if (!is_hidden()) {
         return;
+    }
     AnnotateIgnoreSyncBegin(__FILE__, __LINE__);
     AnnotateIgnoreReadsBegin(__FILE__, __LINE__);
     AnnotateIgnoreWritesBegin(__FILE__, __LINE__);
@@ -80,8 +83,9 @@ inline void hide()
 
 inline void show()
 {
-    if (!is_hidden())
+    if (!is_hidden()) {
         return;
+    }
     AnnotateIgnoreWritesEnd(__FILE__, __LINE__);
     AnnotateIgnoreReadsEnd(__FILE__, __LINE__);
     AnnotateIgnoreSyncEnd(__FILE__, __LINE__);
@@ -89,14 +93,16 @@ inline void show()
 
 inline void enter()
 {
-    if (depth++ == 0)
+    if (depth++ == 0) {
         hide();
+    }
 }
 
 inline void leave()
 {
-    if (--depth == 0)
+    if (--depth == 0) {
         show();
+    }
 }
 
 }  // namespace detail
@@ -106,14 +112,16 @@ class Seen {
 public:
     Seen() : depth_(std::exchange(detail::depth, 0))
     {
-        if (depth_ > 0)
+        if (depth_ > 0) {
             detail::show();
+        }
     }
     ~Seen()
     {
         detail::depth = depth_;
-        if (depth_ > 0)
+        if (depth_ > 0) {
             detail::hide();
+        }
     }
     Seen(const Seen&) = delete;
     Seen& operator=(const Seen&) = delete;
@@ -176,8 +184,9 @@ public:
     explicit Unseen_lock(std::mutex& mutex) : unique_lock(mutex, std::defer_lock) { lock(); }
     ~Unseen_lock()
     {
-        if (owns_lock())
+        if (owns_lock()) {
             unlock();
+        }
     }
     Unseen_lock(const Unseen_lock&) = delete;
     Unseen_lock& operator=(const Unseen_lock&) = delete;
