@@ -1,18 +1,21 @@
 // What a scenario can say. The names of files and the messages of bad ones have a test of their own.
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
+#include <string>
 
 #include "driver_stage.h"
 
 namespace simulator_test {
 namespace {
 
-// The one way to set a variable that both builds' runtimes have.
+// The one way to set a variable that both builds' runtimes have. The environment keeps the address: no setting ever
+// goes.
 void set_environment(const std::string& scenario)
 {
-    static std::string setting;
-    setting = "BRENVOZULTA_SCENARIO=" + scenario;
-    ASSERT_EQ(putenv(setting.data()), 0);
+    static std::deque<std::string> settings;
+    settings.push_back("BRENVOZULTA_SCENARIO=" + scenario);
+    ASSERT_EQ(putenv(settings.back().data()), 0);
 }
 
 class Scenario_test : public Driver_test {
