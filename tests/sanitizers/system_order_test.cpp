@@ -42,11 +42,6 @@ const Call calls[] = {
     {"GetModuleHandleA", [] { GetModuleHandleA("none"); }},
     {"OpenAndClose", [] { _close(_sopen((win32_double::program_data() + "/order").c_str(), _O_RDONLY, _SH_DENYNO)); }},
     {"PostMessageA", [] { PostMessageA(nullptr, WM_USER, 0, 0); }},
-    {"ReadFile",
-     [] {
-         char byte = 0;
-         _read(some_file(), &byte, 1);
-     }},
     {"SetEvent", [] { SetEvent(some_event); }},
     {"KnownFolder",
      [] {
