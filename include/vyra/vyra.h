@@ -119,9 +119,10 @@ typedef struct DevUI {
 /* Brings up the driver library, reads the list of attached scanners and starts the notification service (notify.h). When
    the library is initialized already, it is terminated first. callback may be null. log_level is 0 (off), 1 (tracing
    only) or 3 (errors and events, and tracing); values above 3 mean 0. log_limit is the size in bytes at which the log
-   file is exchanged for a new one; values below 1 mean 52,428,800. Returns 9000 when the driver does not come up, 9110
-   when it reports that the scanner is unavailable. After a failure to list scanners the library is initialized all the
-   same, but without hot-plug and power events; call VyraTerminate before the next try. */
+   file is exchanged for a new one; values below 1 mean 52,428,800. While another process has the file open, the system
+   does not let it be exchanged, and it grows. Returns 9000 when the driver does not come up, 9110 when it reports that
+   the scanner is unavailable. After a failure to list scanners the library is initialized all the same, but without
+   hot-plug and power events; call VyraTerminate before the next try. */
 int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, int32_t log_limit);
 
 /* Gives up every open scanner, releases the driver, stops the notification service and closes the log. Of the scanners,

@@ -1,6 +1,7 @@
 #include "capture.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 
 #include "pace.h"
@@ -111,11 +112,13 @@ private:
         ++state_->callbacks.entered;
         capture_->inside = true;
         simulator_.changed.notify_all();
+        test_bench::take_over(&state_->callback);
         std::int32_t result = 0;
         {
             const Unlocked unlocked(held);
             result = callback(pixels, width, height, context);
         }
+        test_bench::hand_over(&state_->callbacks);
         capture_->inside = false;
         ++state_->callbacks.returned;
         if (delivery != nullptr) {
@@ -144,6 +147,8 @@ private:
         capture_->ended = true;
         auto& captures = state_->captures;
         captures.erase(std::remove(captures.begin(), captures.end(), capture_), captures.end());
+        test_bench::hand_over(capture_.get());
+        test_bench::hand_over(&state_->callbacks);
         --simulator_.acquisition_threads;
         simulator_.changed.notify_all();
     }
@@ -223,6 +228,11 @@ void wait_patiently(Held_lock& held, const State& state, const std::vector<std::
         return std::none_of(captures.begin(), captures.end(),
                             [&runs](const auto& capture) { return runs(capture) && !capture->inside; });
     });
+    for (const auto& capture : captures) {
+        if (capture != nullptr && capture->ended) {
+            test_bench::take_over(capture.get());
+        }
+    }
 }
 
 }  // namespace
@@ -248,6 +258,7 @@ bool deliver(Simulator& simulator, const std::shared_ptr<State>& state, const Sc
     if (state->callback == nullptr || ((named || delivery->next_of_source) && !capturing)) {
         return false;
     }
+    test_bench::hand_over(&state->callback);
     if (capturing) {
         scanner->capture->deliveries.push_back(delivery);
         simulator.changed.notify_all();

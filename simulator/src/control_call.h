@@ -28,6 +28,7 @@ public:
     int wait(std::uint32_t timeout_ms, Condition condition)
     {
         const bool in_time = wait_for(held_, timeout_ms, [&] { return state_->retired || condition(); });
+        test_bench::take_over(&state_->callbacks);
         return in_time && condition() ? 1 : 0;
     }
 

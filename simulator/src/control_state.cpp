@@ -84,6 +84,7 @@ void brenvozulta_sim_reset()
     // Nothing of before happens afterwards, unless it stays inside the host.
     drop_events(*old);
     wait_for_silence(held, *old, end_all_captures(*old));
+    test_bench::take_over(&old->callbacks);
 }
 
 int brenvozulta_sim_load_scenario_file(const char* path, char* message, size_t capacity)

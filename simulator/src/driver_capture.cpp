@@ -15,6 +15,7 @@ std::uint32_t QXDR_SetCallbackAcquisition(DriverAcquisitionCallback callback, vo
         [=](Driver_call& call) {
             call.state()->callback = callback;
             call.state()->context = context;
+            test_bench::hand_over(&call.state()->callback);
             return result_ok;
         });
 }

@@ -107,6 +107,7 @@ std::uint32_t QXDR_SetListenerCallbackHotPlug(DriverHotPlugListener listener)
     return run_initialized_call("QXDR_SetListenerCallbackHotPlug",
                                 {address("listener", reinterpret_cast<const void*>(listener))}, [=](Driver_call& call) {
                                     call.state()->hot_plug.listener = listener;
+                                    test_bench::hand_over(&call.state()->hot_plug);
                                     return result_ok;
                                 });
 }

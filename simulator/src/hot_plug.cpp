@@ -36,8 +36,12 @@ void deliver_event(Simulator& simulator, const std::shared_ptr<State>& state, He
     simulator.changed.notify_all();
     if (hot_plug.listener != nullptr && hot_plug.dropped == dropped && !state->retired) {
         const DriverHotPlugListener listener = hot_plug.listener;
-        const Unlocked unlocked(held);
-        listener(event.code, event.driver_handle);
+        test_bench::take_over(&hot_plug);
+        {
+            const Unlocked unlocked(held);
+            listener(event.code, event.driver_handle);
+        }
+        test_bench::hand_over(&state->callbacks);
     }
     forget(hot_plug.inside, thread);
     ++hot_plug.delivered;
@@ -95,6 +99,7 @@ void send_event(Simulator& simulator, const std::shared_ptr<State>& state, Hot_p
         return;
     }
     prepare_events(simulator, state);
+    test_bench::hand_over(&state->hot_plug);
     state->hot_plug.waiting.push_back(event);
     simulator.changed.notify_all();
 }

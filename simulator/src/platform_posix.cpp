@@ -1,14 +1,14 @@
 #include <cstdlib>
-#include <thread>
 
 #include "platform.h"
+#include "test_bench/unseen.h"
 
 namespace brenvozulta_simulator {
 
 // No thread can leave a library and take its last reference along, so the library is linked to stay (-z nodelete).
 void start_driver_thread(std::function<void()> body)
 {
-    std::thread(std::move(body)).detach();
+    test_bench::start_detached(std::move(body));
 }
 
 // Threads run on until the process is gone.

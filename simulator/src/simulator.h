@@ -17,6 +17,7 @@
 #include "faults.h"
 #include "hot_plug.h"
 #include "settings.h"
+#include "test_bench/unseen.h"
 
 namespace brenvozulta_simulator {
 
@@ -89,7 +90,8 @@ struct Simulator {
     std::uintptr_t last_handle;
 };
 
-using Held_lock = std::unique_lock<std::mutex>;
+// What is done under it orders no two threads of the host: what does is handed over.
+using Held_lock = test_bench::Unseen_lock;
 
 // Gives a held lock away for the length of a block, however that is left.
 class Unlocked {

@@ -1,5 +1,7 @@
 #include "support/child_process.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -65,6 +67,7 @@ int Child_process::wait()
     out_.reader.join();
     err_.reader.join();
     waited_ = true;
+    EXPECT_FALSE(has_sanitizer_report(err_.text)) << err_.text;
     return wait_for_exit(child_.process);
 }
 
@@ -82,6 +85,11 @@ std::string Child_process::out() const
 std::string Child_process::err() const
 {
     return text_of(err_);
+}
+
+bool has_sanitizer_report(const std::string& text)
+{
+    return text.find("Sanitizer") != std::string::npos || text.find(": runtime error: ") != std::string::npos;
 }
 
 Result run_program(const std::vector<std::string>& command, const Environment& environment, const std::string& input,

@@ -28,7 +28,8 @@ public:
 
     void interrupt() { test_support::interrupt(child_.process); }
 
-    // The exit code, once the child has ended; ends it by force after a test's patience.
+    // The exit code, once the child has ended; ends it by force after a test's patience. What a sanitizer says on its
+    // standard error fails the test, whatever the exit code.
     int wait();
     bool ended_by_force() const { return ended_by_force_; }
 
@@ -57,6 +58,9 @@ private:
     bool waited_ = false;
     bool ended_by_force_ = false;
 };
+
+// Whether a program's standard error holds what a sanitizer reports.
+bool has_sanitizer_report(const std::string& text);
 
 struct Result {
     int code;

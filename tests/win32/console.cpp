@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "entry_point.h"
+#include "test_bench/unseen.h"
 #include "windows.h"
 
 namespace {
@@ -44,7 +45,8 @@ void handle_interrupt()
 {
     std::vector<PHANDLER_ROUTINE> handlers;
     {
-        const std::lock_guard<std::mutex> guard(console().lock);
+        const test_bench::Unseen_lock guard(console().lock);
+        test_bench::take_over(&console());
         if (console().ignored)
             return;
         handlers = console().handlers;
@@ -78,7 +80,8 @@ BOOL SetConsoleCtrlHandler(PHANDLER_ROUTINE handler, BOOL add)
     if (handler_call.refused())
         return FALSE;
     std::call_once(console().watched, watch_interrupts);
-    const std::lock_guard<std::mutex> guard(console().lock);
+    const test_bench::Unseen_lock guard(console().lock);
+    test_bench::hand_over(&console());
     if (handler == nullptr) {
         console().ignored = add != FALSE;
         return TRUE;

@@ -4,6 +4,7 @@
 #include "descriptors.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,54 +16,45 @@
 
 #include "entry_point.h"
 #include "io.h"
+#include "stale_handles.h"
+#include "test_bench/unseen.h"
 
 namespace win32_double {
 namespace {
 
 Entry_point sopen_call{"_sopen"};
 Entry_point close_call{"_close"};
-Entry_point read_call{"_read"};
 Entry_point write_call{"_write"};
 Entry_point commit_call{"_commit"};
-Entry_point unlink_call{"_unlink"};
 Entry_point filelength_call{"_filelength"};
-Entry_point filelengthi64_call{"_filelengthi64"};
-
-constexpr char end_of_text = 0x1A;
 
 class Mode_table {
 public:
     void open(int descriptor, bool text)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         text_[descriptor] = text;
     }
-    void close(int descriptor)
+    // False when it is not open.
+    bool close(int descriptor)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
-        text_.erase(descriptor);
+        const test_bench::Unseen_lock guard(lock_);
+        if (text_.erase(descriptor) == 1)
+            return true;
+        note_stale_handle();
+        return false;
     }
     bool is_text(int descriptor)
     {
-        const std::lock_guard<std::mutex> guard(lock_);
-        const auto found = text_.find(descriptor);
-        return found != text_.end() && found->second;
-    }
-    // Of a descriptor that the double did not open (standard output) the mode is remembered by the caller alone: what
-    // goes through the system's stdio is never translated.
-    bool set_text(int descriptor, bool text)
-    {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         const auto found = text_.find(descriptor);
         if (found == text_.end())
-            return true;
-        const bool before = found->second;
-        found->second = text;
-        return before;
+            note_stale_handle();
+        return found != text_.end() && found->second;
     }
     size_t size()
     {
-        const std::lock_guard<std::mutex> guard(lock_);
+        const test_bench::Unseen_lock guard(lock_);
         return text_.size();
     }
 
@@ -91,6 +83,21 @@ int system_flags(int flags)
     return result;
 }
 
+// Opens a file and shares it with all who open it, but with none who would move or delete it. A file that goes while it
+// is being opened was never there.
+int open_shared(const char* path, int flags, mode_t permission)
+{
+    for (;;) {
+        const int descriptor = ::open(path, flags, permission);
+        if (descriptor == -1)
+            return -1;
+        struct stat status {};
+        if (::flock(descriptor, LOCK_SH) != 0 || ::fstat(descriptor, &status) != 0 || status.st_nlink > 0)
+            return descriptor;
+        ::close(descriptor);
+    }
+}
+
 std::string with_carriage_returns(const char* bytes, size_t size)
 {
     std::string translated;
@@ -115,17 +122,11 @@ size_t caller_bytes(const char* bytes, size_t size, size_t written)
     return count;
 }
 
-// Takes the carriage returns before line feeds out of the text, up to the end-of-text mark; gives the new size. A line
-// end that the caller's buffer cuts in two stays as it is.
-size_t without_carriage_returns(char* bytes, size_t size)
+// What one thread writes into a file orders nothing for one that reads it.
+ssize_t write_bytes(int descriptor, const void* bytes, size_t size)
 {
-    size_t kept = 0;
-    for (size_t i = 0; i < size && bytes[i] != end_of_text; ++i) {
-        if (bytes[i] == '\r' && i + 1 < size && bytes[i + 1] == '\n')
-            continue;
-        bytes[kept++] = bytes[i];
-    }
-    return kept;
+    const test_bench::Unordered unordered;
+    return ::write(descriptor, bytes, size);
 }
 
 int64_t file_length(int descriptor)
@@ -145,7 +146,7 @@ size_t open_descriptors()
 
 using namespace win32_double;
 
-// Linux files are always shared with everyone: the share mode is accepted and has no effect.
+// Of the share modes there is one, that for all who read and write.
 int _sopen(const char* path, int flags, int share, ...)
 {
     if (sopen_call.refused_by_errno())
@@ -158,7 +159,11 @@ int _sopen(const char* path, int flags, int share, ...)
             permission |= S_IWUSR | S_IWGRP | S_IWOTH;
         va_end(arguments);
     }
-    const int descriptor = ::open(path, system_flags(flags), permission);
+    if (share != _SH_DENYNO) {
+        errno = EINVAL;
+        return -1;
+    }
+    const int descriptor = open_shared(path, system_flags(flags), permission);
     if (descriptor != -1)
         modes().open(descriptor, (flags & _O_BINARY) == 0);
     return descriptor;
@@ -169,18 +174,10 @@ int _close(int descriptor)
     if (close_call.refused_by_errno())
         return -1;
     // Before the close: behind it the number may already be another thread's.
-    modes().close(descriptor);
-    return ::close(descriptor);
-}
-
-int _read(int descriptor, void* buffer, unsigned int size)
-{
-    if (read_call.refused_by_errno())
-        return -1;
-    const ssize_t got = ::read(descriptor, buffer, size);
-    if (got <= 0 || !modes().is_text(descriptor))
-        return static_cast<int>(got);
-    return static_cast<int>(without_carriage_returns(static_cast<char*>(buffer), static_cast<size_t>(got)));
+    if (modes().close(descriptor))
+        return ::close(descriptor);
+    errno = EBADF;
+    return -1;
 }
 
 int _write(int descriptor, const void* buffer, unsigned int size)
@@ -189,10 +186,10 @@ int _write(int descriptor, const void* buffer, unsigned int size)
         return -1;
     const auto* bytes = static_cast<const char*>(buffer);
     if (!modes().is_text(descriptor))
-        return static_cast<int>(::write(descriptor, bytes, size));
+        return static_cast<int>(write_bytes(descriptor, bytes, size));
     // One write of the system's, so that it stays whole beside those of other threads.
     const std::string translated = with_carriage_returns(bytes, size);
-    const ssize_t written = ::write(descriptor, translated.data(), translated.size());
+    const ssize_t written = write_bytes(descriptor, translated.data(), translated.size());
     if (written < 0)
         return -1;
     return static_cast<int>(caller_bytes(bytes, size, static_cast<size_t>(written)));
@@ -212,25 +209,6 @@ int32_t _filelength(int descriptor)
         return static_cast<int32_t>(length);
     errno = EOVERFLOW;
     return -1;
-}
-
-int64_t _filelengthi64(int descriptor)
-{
-    return filelengthi64_call.refused_by_errno() ? -1 : file_length(descriptor);
-}
-
-int _setmode(int descriptor, int mode)
-{
-    if (mode != _O_TEXT && mode != _O_BINARY) {
-        errno = EINVAL;
-        return -1;
-    }
-    return modes().set_text(descriptor, mode == _O_TEXT) ? _O_TEXT : _O_BINARY;
-}
-
-int _unlink(const char* path)
-{
-    return unlink_call.refused_by_errno() ? -1 : ::unlink(path);
 }
 
 int _isatty(int descriptor)

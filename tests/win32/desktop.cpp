@@ -45,6 +45,12 @@ void remove_window(HWND handle)
     desktop().windows.erase(found);
 }
 
+void reuse_handles(bool reuse)
+{
+    const Desktop_lock lock(desktop().lock);
+    desktop().reuses_handles = reuse;
+}
+
 Live_objects live_objects()
 {
     const Desktop_lock lock(desktop().lock);

@@ -1,9 +1,11 @@
 // The windows of the process and the objects that its threads wait for. One lock guards all of it; no window procedure
 // and no other foreign code is ever called while it is held.
 #pragma once
+#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <map>
 #include <memory>
@@ -11,11 +13,13 @@
 #include <string>
 #include <vector>
 
+#include "test_bench/unseen.h"
 #include "windows.h"
 
 namespace win32_double {
 
-using Desktop_lock = std::unique_lock<std::mutex>;
+// What is done under it orders no two threads of the library: what does is handed over.
+using Desktop_lock = test_bench::Unseen_lock;
 
 struct Message_queue;
 
@@ -35,7 +39,6 @@ struct Window {
     DWORD style = 0;
     DWORD extended_style = 0;
     LONG_PTR identifier = 0;
-    LONG_PTR user_data = 0;
     std::vector<unsigned char> extra;
     std::string title;
 };
@@ -82,6 +85,9 @@ struct Waitable {
     std::condition_variable changed;  // a wait may end
 };
 
+constexpr uintptr_t first_handle = 0x10010;
+constexpr uintptr_t handle_step = 2;
+
 struct Desktop {
     std::mutex lock;  // guards everything below and every record that it reaches; a leaf
     std::vector<std::shared_ptr<Window_class>> classes;
@@ -89,14 +95,28 @@ struct Desktop {
     std::map<DWORD, std::shared_ptr<Message_queue>> queues;
     std::map<HDEVNOTIFY, Device_notification> notifications;
     std::map<HANDLE, std::shared_ptr<Waitable>> waitables;
-    uintptr_t next_handle = 0x10010;
+    bool reuses_handles = std::getenv("WIN32_DOUBLE_REUSE_HANDLES") != nullptr;
+    uintptr_t last_handle = first_handle;
     ATOM next_atom = 0xC000;
 
-    // A handle is a number that is never given twice.
+    // A number that was never given before, or, when they are used again, the lowest that no object has.
     template <typename Handle>
     Handle new_handle()
     {
-        return reinterpret_cast<Handle>(next_handle += 2);
+        if (!reuses_handles)
+            return reinterpret_cast<Handle>(last_handle += handle_step);
+        uintptr_t number = first_handle + handle_step;
+        while (is_taken(number))
+            number += handle_step;
+        last_handle = std::max(last_handle, number);
+        return reinterpret_cast<Handle>(number);
+    }
+
+    bool is_taken(uintptr_t number) const
+    {
+        return windows.count(reinterpret_cast<HWND>(number)) != 0 ||
+               notifications.count(reinterpret_cast<HDEVNOTIFY>(number)) != 0 ||
+               waitables.count(reinterpret_cast<HANDLE>(number)) != 0;
     }
 };
 
@@ -114,7 +134,8 @@ std::shared_ptr<Window> find_window(HWND handle);
 // Null when there is no such object; the last error is then set.
 std::shared_ptr<Waitable> find_waitable(HANDLE handle);
 
-// Lets the waits for an object try again, those for messages too, which wait at their thread's queue.
+// Lets the waits for an object try again, those for messages too, which wait at their thread's queue. What the calling
+// thread did before stands before what they do after.
 void wake_waits(Waitable& object);
 
 // Gives up the mutexes that the calling thread owns and leaves behind.

@@ -4,6 +4,7 @@
 #include "dbt.h"
 #include "desktop.h"
 #include "entry_point.h"
+#include "stale_handles.h"
 #include "win32_double/control.h"
 
 namespace win32_double {
@@ -80,6 +81,7 @@ BOOL UnregisterDeviceNotification(HDEVNOTIFY registration)
     const Desktop_lock lock(desktop().lock);
     if (desktop().notifications.erase(registration) == 1)
         return TRUE;
+    note_stale_handle();
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;
 }

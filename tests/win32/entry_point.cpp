@@ -7,6 +7,7 @@
 #include <string>
 
 #include "beeps.h"
+#include "test_bench/unseen.h"
 #include "win32_double/control.h"
 
 namespace win32_double {
@@ -40,10 +41,11 @@ Entry_point::Entry_point(const char* function) : name(function), next(first_entr
 
 std::optional<uint32_t> Entry_point::enter()
 {
+    const test_bench::Unseen unseen;
     calls_.fetch_add(1, std::memory_order_relaxed);
     if (!armed_.load(std::memory_order_acquire))
         return std::nullopt;
-    const std::lock_guard<std::mutex> guard(orders_lock());
+    const test_bench::Unseen_lock guard(orders_lock());
     if (after_ > 0) {
         --after_;
         return std::nullopt;
@@ -73,7 +75,7 @@ bool Entry_point::refused_by_errno()
 
 void Entry_point::order_failure(int times, uint32_t error, int after)
 {
-    const std::lock_guard<std::mutex> guard(orders_lock());
+    const test_bench::Unseen_lock guard(orders_lock());
     times_ = times;
     after_ = after;
     error_ = error;

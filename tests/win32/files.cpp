@@ -1,5 +1,6 @@
-// Files by name.
+// Files by name. An open one is neither moved nor deleted.
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -29,10 +30,31 @@ DWORD win32_error(int error)
             return ERROR_ACCESS_DENIED;
         case ENOSPC:
             return ERROR_DISK_FULL;
+        case EWOULDBLOCK:
+            return ERROR_SHARING_VIOLATION;
         default:
             return ERROR_GEN_FAILURE;
     }
 }
+
+// A file for the length of its move or deletion. What _sopen has opened, in whatever process, is locked as shared.
+class Held_file {
+public:
+    explicit Held_file(LPCSTR path) : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    ~Held_file()
+    {
+        if (descriptor_ != -1)
+            ::close(descriptor_);
+    }
+    Held_file(const Held_file&) = delete;
+    Held_file& operator=(const Held_file&) = delete;
+
+    // Of a file that cannot be opened the operation itself says what is wrong.
+    bool is_free() const { return descriptor_ == -1 || ::flock(descriptor_, LOCK_EX | LOCK_NB) == 0; }
+
+private:
+    const int descriptor_;
+};
 
 BOOL succeeded(bool done)
 {
@@ -45,12 +67,16 @@ BOOL succeeded(bool done)
 
 BOOL DeleteFileA(LPCSTR path)
 {
-    return delete_call.refused() ? FALSE : succeeded(::unlink(path) == 0);
+    if (delete_call.refused())
+        return FALSE;
+    const Held_file file(path);
+    return succeeded(file.is_free() && ::unlink(path) == 0);
 }
 
 BOOL MoveFileA(LPCSTR from, LPCSTR to)
 {
     if (move_call.refused())
         return FALSE;
-    return succeeded(::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0);
+    const Held_file file(from);
+    return succeeded(file.is_free() && ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0);
 }

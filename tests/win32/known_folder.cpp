@@ -8,6 +8,7 @@
 
 #include "entry_point.h"
 #include "shlobj.h"
+#include "test_bench/unseen.h"
 #include "win32_double/control.h"
 
 const KNOWNFOLDERID FOLDERID_ProgramData = {
@@ -63,13 +64,13 @@ std::string temporary_folder()
 
 void set_program_data(const std::string& path)
 {
-    const std::lock_guard<std::mutex> guard(state().lock);
+    const test_bench::Unseen_lock guard(state().lock);
     state().path = path;
 }
 
 std::string program_data()
 {
-    const std::lock_guard<std::mutex> guard(state().lock);
+    const test_bench::Unseen_lock guard(state().lock);
     if (state().path.empty()) {
         const char* const configured = std::getenv("WIN32_DOUBLE_PROGRAMDATA");
         state().path = configured != nullptr && *configured != '\0' ? configured : temporary_folder();

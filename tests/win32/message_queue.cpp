@@ -52,6 +52,7 @@ public:
     ~Answer()
     {
         lock_.lock();
+        test_bench::hand_over(&sent_);
         sent_.done = true;
         sent_.sender->wake.notify_all();
     }
@@ -67,6 +68,7 @@ void handle_sent_message(Desktop_lock& lock, Message_queue& queue)
 {
     const std::shared_ptr<Sent_message> sent = queue.sent.front();
     queue.sent.pop_front();
+    test_bench::take_over(sent.get());
     const WNDPROC procedure = desktop().windows.at(sent->window)->procedure;
     const Answer answer(lock, *sent);
     sent->result = procedure(sent->window, sent->message, sent->wparam, sent->lparam);
@@ -86,8 +88,10 @@ std::optional<MSG> take_message(Message_queue& queue, HWND window, UINT first, U
                                     [&](const MSG& message) { return matches(message, window, first, last); });
     if (found != queue.posted.end()) {
         const MSG message = *found;
-        if (remove)
+        if (remove) {
             queue.posted.erase(found);
+            test_bench::take_over(&queue.posted);
+        }
         return message;
     }
     if (!queue.quit)
@@ -100,6 +104,7 @@ std::optional<MSG> take_message(Message_queue& queue, HWND window, UINT first, U
 void post(Message_queue& queue, HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
     queue.posted.push_back({window, message, wparam, lparam, tick_count(), {0, 0}});
+    test_bench::hand_over(&queue.posted);
     queue.wake.notify_all();
 }
 
@@ -132,6 +137,7 @@ LRESULT send(Desktop_lock& lock, HWND handle, UINT message, WPARAM wparam, LPARA
     }
     const auto sent = std::make_shared<Sent_message>();
     *sent = {handle, message, wparam, lparam, own, false, 0};
+    test_bench::hand_over(sent.get());
     window->owner->sent.push_back(sent);
     window->owner->wake.notify_all();
     // What others send here meanwhile is handled, so that two threads that send to each other do not stand still.
@@ -142,6 +148,7 @@ LRESULT send(Desktop_lock& lock, HWND handle, UINT message, WPARAM wparam, LPARA
             handle_sent_message(lock, *own);
         }
     }
+    test_bench::take_over(sent.get());
     return sent->result;
 }
 

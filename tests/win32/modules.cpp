@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "entry_point.h"
+#include "test_bench/unseen.h"
 #include "win32_double/control.h"
 
 namespace win32_double {
@@ -87,7 +88,7 @@ void* linker_handle(HMODULE module)
 {
     std::string path;
     {
-        const std::lock_guard<std::mutex> guard(module_list().lock);
+        const test_bench::Unseen_lock guard(module_list().lock);
         const Module* const record = module_of(module);
         if (record == nullptr)
             return nullptr;
@@ -146,13 +147,13 @@ Module* module_of(HMODULE handle)
 
 void add_module(const std::string& name)
 {
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     module_record(name.c_str()).added = true;
 }
 
 void remove_module(const std::string& name)
 {
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     Module& record = module_record(name.c_str());
     record.added = false;
     record.resources.clear();
@@ -166,7 +167,7 @@ HMODULE GetModuleHandleA(LPCSTR name)
 {
     if (handle_call.refused())
         return nullptr;
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     Module& record = module_record(name);
     if (name == nullptr || record.added || !loaded_path(record.name).empty())
         return handle_of(record);
@@ -204,7 +205,7 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size)
         return 0;
     std::string name;
     {
-        const std::lock_guard<std::mutex> guard(module_list().lock);
+        const test_bench::Unseen_lock guard(module_list().lock);
         const Module* const record = module_of(module);
         if (record == nullptr) {
             SetLastError(ERROR_MOD_NOT_FOUND);
@@ -230,7 +231,7 @@ HMODULE LoadLibraryA(LPCSTR name)
     if (load_call.refused())
         return nullptr;
     void* const object = open_shared_object(name);
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     Module& record = module_record(name);
     if (object != nullptr || record.added)
         return handle_of(record);
@@ -247,7 +248,7 @@ BOOL FreeLibrary(HMODULE module)
         dlclose(object);  // the hold of LoadLibraryA
         return TRUE;
     }
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     const Module* const record = module_of(module);
     if (record != nullptr && record->added)
         return TRUE;

@@ -5,6 +5,7 @@
 
 #include "entry_point.h"
 #include "modules.h"
+#include "test_bench/unseen.h"
 #include "win32_double/control.h"
 
 namespace {
@@ -34,7 +35,7 @@ bool is_of_type(const Resource& resource, LPCSTR type)
 
 void win32_double_register_resource(const char* module, const char* type, int id, const void* bytes, size_t size)
 {
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     auto& record = win32_double::module_record(module);
     record.added = true;
     for (Resource& present : record.resources) {
@@ -52,7 +53,7 @@ HRSRC FindResourceA(HMODULE module, LPCSTR name, LPCSTR type)
 {
     if (find_call.refused())
         return nullptr;
-    const std::lock_guard<std::mutex> guard(module_list().lock);
+    const test_bench::Unseen_lock guard(module_list().lock);
     DWORD error = ERROR_RESOURCE_TYPE_NOT_FOUND;
     if (auto* const record = win32_double::module_of(module)) {
         if (record->resources.empty())

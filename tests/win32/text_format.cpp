@@ -11,7 +11,6 @@
 namespace {
 
 win32_double::Entry_point wvsprintf_call{"wvsprintfA"};
-win32_double::Entry_point wsprintf_call{"wsprintfA"};
 
 constexpr size_t longest_text = 1023;
 
@@ -254,15 +253,4 @@ int format_into(LPSTR buffer, LPCSTR format, va_list list)
 int wvsprintfA(LPSTR text, LPCSTR format, va_list arguments)
 {
     return wvsprintf_call.refused() ? 0 : format_into(text, format, arguments);
-}
-
-int wsprintfA(LPSTR text, LPCSTR format, ...)
-{
-    if (wsprintf_call.refused())
-        return 0;
-    va_list arguments;
-    va_start(arguments, format);
-    const int length = format_into(text, format, arguments);
-    va_end(arguments);
-    return length;
 }

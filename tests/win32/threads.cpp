@@ -70,6 +70,14 @@ void* thread_main(void* argument)
     return nullptr;
 }
 
+// Under the desktop's lock: the start of a thread is an order that is seen all the same.
+bool start_detached(Start& start)
+{
+    const test_bench::Seen seen;
+    pthread_t thread;
+    return pthread_create(&thread, nullptr, thread_main, &start) == 0 && pthread_detach(thread) == 0;
+}
+
 HANDLE new_thread_handle(const std::shared_ptr<Thread>& thread)
 {
     const auto handle = desktop().new_handle<HANDLE>();
@@ -100,13 +108,11 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START
     Start start{run, argument, nullptr, {}};
     Desktop_lock lock(desktop().lock);
     const HANDLE handle = new_thread_handle(nullptr);  // once the thread runs, nothing may fail
-    pthread_t thread;
-    if (pthread_create(&thread, nullptr, thread_main, &start) != 0) {
+    if (!start_detached(start)) {
         desktop().waitables.erase(handle);
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
         return nullptr;
     }
-    pthread_detach(thread);
     start.running.wait(lock, [&] { return start.thread != nullptr; });
     if (number != nullptr)
         *number = start.thread->number;

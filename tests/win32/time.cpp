@@ -9,10 +9,7 @@
 namespace {
 
 win32_double::Entry_point ctime_call{"_ctime64"};
-win32_double::Entry_point ctime_s_call{"_ctime64_s"};
 win32_double::Entry_point ftime_call{"_ftime64"};
-win32_double::Entry_point localtime_call{"_localtime64"};
-win32_double::Entry_point localtime_s_call{"_localtime64_s"};
 
 constexpr size_t time_text_size = 26;
 
@@ -60,43 +57,10 @@ void _ftime64(__timeb64* now)
     now->dstflag = static_cast<short>(local.tm_isdst > 0);
 }
 
-__time64_t _time64(__time64_t* now)
-{
-    const __time64_t seconds = time(nullptr);
-    if (now != nullptr)
-        *now = seconds;
-    return seconds;
-}
-
 char* _ctime64(const __time64_t* time)
 {
     thread_local char text[time_text_size];
     if (ctime_call.refused_by_errno() || !format_time(time, text))
         return nullptr;
     return text;
-}
-
-errno_t _ctime64_s(char* buffer, size_t size, const __time64_t* time)
-{
-    if (const auto error = ctime_s_call.enter())
-        return static_cast<errno_t>(*error);
-    if (buffer == nullptr || size < time_text_size)
-        return errno = EINVAL;
-    buffer[0] = '\0';
-    return format_time(time, buffer) ? 0 : EINVAL;
-}
-
-tm* _localtime64(const __time64_t* time)
-{
-    thread_local tm result;
-    if (localtime_call.refused_by_errno() || !to_local_time(time, &result))
-        return nullptr;
-    return &result;
-}
-
-errno_t _localtime64_s(tm* result, const __time64_t* time)
-{
-    if (const auto error = localtime_s_call.enter())
-        return static_cast<errno_t>(*error);
-    return result != nullptr && to_local_time(time, result) ? 0 : EINVAL;
 }

@@ -4,6 +4,7 @@
 
 #include "desktop.h"
 #include "entry_point.h"
+#include "stale_handles.h"
 #include "threads.h"
 
 namespace win32_double {
@@ -22,6 +23,13 @@ bool wait(Desktop_lock& lock, std::condition_variable& changed, DWORD millisecon
         return changed.wait_for(lock, std::chrono::milliseconds(milliseconds), condition);
     changed.wait(lock, condition);
     return true;
+}
+
+// What a wait answers that has ended by an object.
+DWORD take(Waitable& object)
+{
+    test_bench::take_over(&object);
+    return object.take();
 }
 
 // Waits at the thread's queue for the first of the objects, or for what else ends the wait (then: their number).
@@ -44,7 +52,7 @@ DWORD wait_for_one(DWORD count, const HANDLE* handles, DWORD milliseconds, Condi
     const auto first = signalled();
     if (first == objects.end())
         return WAIT_OBJECT_0 + count;
-    return (*first)->take() + static_cast<DWORD>(first - objects.begin());
+    return take(**first) + static_cast<DWORD>(first - objects.begin());
 }
 
 }  // namespace
@@ -54,12 +62,14 @@ std::shared_ptr<Waitable> find_waitable(HANDLE handle)
     const auto found = desktop().waitables.find(handle);
     if (found != desktop().waitables.end())
         return found->second;
+    note_stale_handle();
     SetLastError(ERROR_INVALID_HANDLE);
     return nullptr;
 }
 
 void wake_waits(Waitable& object)
 {
+    test_bench::hand_over(&object);
     object.changed.notify_all();
     for (const auto& [thread, queue] : desktop().queues)
         queue->wake.notify_all();

@@ -2,6 +2,7 @@
 #include "desktop.h"
 #include "entry_point.h"
 #include "modules.h"
+#include "stale_handles.h"
 
 namespace win32_double {
 namespace {
@@ -74,8 +75,10 @@ BOOL DestroyWindow(HWND handle)
         return FALSE;
     Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
-    if (window == nullptr)
+    if (window == nullptr) {
+        note_stale_handle();
         return FALSE;
+    }
     if (window->owner != own_queue()) {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;

@@ -1,5 +1,8 @@
 // The size limit: rotation into the older generation, and lines too long for it.
+#include <fcntl.h>
 #include <io.h>
+#include <share.h>
+#include <sys/stat.h>
 
 #include <climits>
 
@@ -126,6 +129,23 @@ TEST_F(Log_test, FileThatALineIsWrittenToIsNotRotated)
     }
     write_lines(1, line);
     EXPECT_EQ(file_bytes(previous_log_path()).size(), 2 * size_on_disk(line));
+    EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
+}
+
+// Another host's library has the file open in the same way: the system lets nobody move it.
+TEST_F(Log_test, FileThatAnotherHostHasOpenGrowsUntilThatHostClosesIt)
+{
+    configure(everything, line_size);
+    write_lines(1, line);
+    const int other_hosts =
+        _sopen(log_path().c_str(), _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+    ASSERT_NE(other_hosts, log_closed);
+    write_lines(3, line);
+    EXPECT_EQ(file_bytes(log_path()).size(), 4 * size_on_disk(line)) << "no line is lost";
+    EXPECT_FALSE(exists(previous_log_path()));
+    EXPECT_EQ(_close(other_hosts), 0);
+    write_lines(1, line);
+    EXPECT_EQ(file_bytes(previous_log_path()).size(), 4 * size_on_disk(line));
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
 }
 

@@ -1,5 +1,6 @@
 // What a scenario can say. The names of files and the messages of bad ones have a test of their own.
 #include <filesystem>
+#include <string>
 
 #include "driver_stage.h"
 #include "system.h"

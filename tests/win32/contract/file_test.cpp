@@ -103,18 +103,6 @@ TEST_F(File_contract, CommitSucceedsOnAnOpenFile)
     EXPECT_EQ(_close(file), 0);
 }
 
-TEST_F(File_contract, ReadingTextTakesTheCarriageReturnsOut)
-{
-    put("a.txt", "a\r\nb\rc\nd\r");
-    const int file = open("a.txt");
-    ASSERT_NE(file, -1);
-    char text[64] = {};
-    EXPECT_EQ(_read(file, text, sizeof text), 8);
-    EXPECT_EQ(std::string(text, 8), "a\nb\rc\nd\r");
-    EXPECT_EQ(_read(file, text, sizeof text), 0);
-    EXPECT_EQ(_close(file), 0);
-}
-
 TEST_F(File_contract, OpeningInAMissingDirectoryFails)
 {
     errno = 0;
@@ -129,6 +117,8 @@ TEST_F(File_contract, OpeningAMissingFileWithoutCreatingItFails)
     EXPECT_EQ(errno, ENOENT);
 }
 
+// Seen under Wine only: Windows documents these results for programs that go on after the runtime's handler for invalid
+// parameters, which by default ends them.
 TEST_F(File_contract, AClosedDescriptorIsRefused)
 {
     const int file = open("a.log");
@@ -142,17 +132,6 @@ TEST_F(File_contract, AClosedDescriptorIsRefused)
     EXPECT_EQ(_close(file), -1);
 }
 
-TEST_F(File_contract, TheModeOfAnOpenFileCanBeChanged)
-{
-    const int file = open("a.log");
-    ASSERT_NE(file, -1);
-    EXPECT_EQ(_setmode(file, _O_BINARY), _O_TEXT);
-    EXPECT_EQ(write_text(file, "x\n"), 2);
-    EXPECT_EQ(_setmode(file, _O_TEXT), _O_BINARY);
-    EXPECT_EQ(_close(file), 0);
-    EXPECT_EQ(on_disk("a.log"), "x\n");
-}
-
 TEST_F(File_contract, AFileIsNoTerminal)
 {
     const int file = open("a.log");
@@ -160,6 +139,27 @@ TEST_F(File_contract, AFileIsNoTerminal)
     EXPECT_EQ(_isatty(file), 0);
     EXPECT_EQ(_close(file), 0);
     EXPECT_EQ(_fileno(stdout), 1);
+}
+
+// Whoever has it open, here or in another process: _sopen never shares a file for deletion.
+TEST_F(File_contract, AnOpenFileIsNeitherMovedNorDeleted)
+{
+    const int file = open("a.log");
+    const int other = open("a.log");
+    ASSERT_NE(file, -1);
+    ASSERT_NE(other, -1);
+    EXPECT_EQ(_close(other), 0);
+    SetLastError(0);
+    EXPECT_FALSE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+    SetLastError(0);
+    EXPECT_FALSE(DeleteFileA(path("a.log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_EQ(write_text(file, "x"), 1);
+    EXPECT_EQ(on_disk("a.log"), "x");
+    EXPECT_EQ(_close(file), 0);
+    EXPECT_TRUE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
+    EXPECT_TRUE(DeleteFileA(path("b.log").c_str()));
 }
 
 TEST_F(File_contract, DeletingRemovesTheFile)
@@ -184,6 +184,7 @@ TEST_F(File_contract, MovingKeepsTheContents)
     EXPECT_EQ(on_disk("b.log"), "x");
 }
 
+// Seen under Wine only: the failure is documented, the error is not.
 TEST_F(File_contract, MovingOntoAnExistingFileFailsAndChangesNothing)
 {
     put("a.log", "a");

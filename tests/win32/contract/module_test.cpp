@@ -65,6 +65,7 @@ TEST(Resource_contract, AResourceIsFoundUnderEitherSpellingOfItsType)
     EXPECT_NE(FindResourceA(nullptr, "#101", "contract_raw"), nullptr);
 }
 
+// Seen under Wine only: the errors are listed, but not for this function.
 TEST(Resource_contract, AMissingResourceSaysWhatIsMissing)
 {
     SetLastError(0);
@@ -75,6 +76,7 @@ TEST(Resource_contract, AMissingResourceSaysWhatIsMissing)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_TYPE_NOT_FOUND});
 }
 
+// Seen under Wine only: the error for a handler that is not set.
 TEST(Console_contract, HandlersAreSetAndTakenBack)
 {
     const PHANDLER_ROUTINE handler = [](DWORD) -> BOOL { return TRUE; };

@@ -51,6 +51,7 @@ TEST(Wide_text_contract, TextThatDoesNotFitIsRefusedOrCut)
     expect(convert(L"abc", 3, _TRUNCATE), STRUNCATE, 3, "ab");
 }
 
+// Seen under Wine only: how far the "C" locale reaches is not documented.
 TEST(Wide_text_contract, OnlyCharactersUpTo255HaveAByte)
 {
     expect(convert(L"\u00e9z", 10, 9), 0, 3, "\xe9z");
@@ -76,10 +77,6 @@ TEST(Time_contract, TheDayOfATimeTextHasTwoDigits)
     fifth.tm_sec = 7;
     const __time64_t time = std::mktime(&fifth);
     EXPECT_STREQ(_ctime64(&time), "Mon Jan 05 09:03:07 2026\n");
-    char text[26];
-    EXPECT_EQ(_ctime64_s(text, sizeof text, &time), 0);
-    EXPECT_STREQ(text, "Mon Jan 05 09:03:07 2026\n");
-    EXPECT_EQ(_localtime64(&time)->tm_mday, 5);
 }
 
 TEST(Time_contract, ATimeBefore1970HasNoText)

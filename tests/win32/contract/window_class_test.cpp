@@ -34,6 +34,7 @@ TEST_F(Window_class_contract, TheRecordHas80Bytes)
     EXPECT_EQ(sizeof(WNDCLASSEXA), 80u);
 }
 
+// Seen under Wine only: that the case of the letters does not matter follows from the documentation of atoms alone.
 TEST_F(Window_class_contract, ASecondRegistrationFailsAndTheFirstStays)
 {
     const WNDCLASSEXA first = description("CONTRACT");
@@ -49,6 +50,7 @@ TEST_F(Window_class_contract, ASecondRegistrationFailsAndTheFirstStays)
     EXPECT_EQ(found.style, UINT{3});
 }
 
+// Seen under Wine only: the size must be right, what happens otherwise is not documented.
 TEST_F(Window_class_contract, ARecordOfTheWrongSizeIsRefused)
 {
     WNDCLASSEXA wrong = description("CONTRACT");

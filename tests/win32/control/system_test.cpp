@@ -4,6 +4,7 @@
 
 #include <dbt.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -105,6 +106,15 @@ TEST_F(System_events, ADeviceEventReachesTheWindowsRegisteredForItsClass)
     EXPECT_EQ(
         events,
         (std::vector<Event>{{WM_DEVICECHANGE, DBT_DEVICEARRIVAL, name, static_cast<DWORD>(28 + name.size() + 1)}}));
+}
+
+TEST(Beeps, LastAsLongAsTheirToneWhenTheyTakeTime)
+{
+    win32_double::let_beeps_take_time(true);
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_TRUE(Beep(1000, 20));
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(20));
+    win32_double::let_beeps_take_time(false);
 }
 
 TEST(Beeps, AreRecordedInOrderAndForgottenByClear)

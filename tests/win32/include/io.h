@@ -26,13 +26,9 @@ extern "C" {
 
 int _sopen(const char* path, int flags, int share, ...);
 int _close(int descriptor);
-int _read(int descriptor, void* buffer, unsigned int size);
 int _write(int descriptor, const void* buffer, unsigned int size);
 int _commit(int descriptor);
 int32_t _filelength(int descriptor); /* a Windows long */
-int64_t _filelengthi64(int descriptor);
-int _setmode(int descriptor, int mode);
-int _unlink(const char* path);
 int _isatty(int descriptor);
 int _fileno(FILE* stream);
 

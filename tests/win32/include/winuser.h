@@ -142,7 +142,6 @@ BOOL WINAPI UnregisterDeviceNotification(HDEVNOTIFY registration);
 
 /* At most 1023 characters and the terminator. */
 int WINAPI wvsprintfA(LPSTR text, LPCSTR format, va_list arguments);
-int WINAPI wsprintfA(LPSTR text, LPCSTR format, ...);
 
 #ifdef __cplusplus
 }

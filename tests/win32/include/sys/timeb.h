@@ -20,12 +20,8 @@ extern "C" {
 #endif
 
 void _ftime64(struct __timeb64* now);
-__time64_t _time64(__time64_t* now);
 /* The text's day has two digits, padded with a zero. The buffer belongs to the calling thread. */
 char* _ctime64(const __time64_t* time);
-errno_t _ctime64_s(char* buffer, size_t size, const __time64_t* time);
-struct tm* _localtime64(const __time64_t* time);
-errno_t _localtime64_s(struct tm* result, const __time64_t* time);
 
 #ifdef __cplusplus
 }

@@ -42,6 +42,17 @@ struct Live_objects {
 };
 Live_objects live_objects();
 
+// --- Handles ---
+
+// Whether a closed handle's number is given to the next object that is made, as Windows does, or never again, as it is
+// without a call and without WIN32_DOUBLE_REUSE_HANDLES in the environment. Descriptors are always given out again.
+void reuse_handles(bool reuse);
+
+// How often a function was given an event, a registration or a descriptor that is not open, or was to destroy a window
+// that is not there. Who does that has closed something twice or too early, and on Windows, where the number may be
+// another object's by then, hits that one.
+uint64_t stale_handles();
+
 // --- The system's part ---
 
 struct Tone {
@@ -50,6 +61,9 @@ struct Tone {
 };
 // The tones of Beep in order.
 std::vector<Tone> beeps();
+
+// Whether Beep returns at the end of the tone, as it does on Windows, or at once, as it does without a call.
+void let_beeps_take_time(bool take);
 
 // Sends a message to every top-level window, as the system does, and returns when all have handled it.
 void broadcast(UINT message, WPARAM wparam, LPARAM lparam);
