@@ -3,15 +3,15 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
+
+#include "unit/device/patience.h"
 
 namespace {
 
 using kvs::brenvozulta::Stop_handshake;
-
-const boost::chrono::seconds patience(20);
-const boost::chrono::milliseconds moment(20);
+using test_support::moment;
+using test_support::patience;
 
 TEST(Stop_handshake, A_Wait_Ends_When_It_Is_Fulfilled)
 {
