@@ -22,6 +22,9 @@ if(WIN32)
   # The Windows headers of Windows 7 and later; no minimum and maximum macros; narrow versions of the functions.
   add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   add_link_options(-static)
+  # No paths of this machine and no time stamps in what is shipped.
+  add_compile_options($<$<NOT:$<COMPILE_LANGUAGE:RC>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+  add_link_options(LINKER:--no-insert-timestamp)
 else()
   find_package(Threads REQUIRED)
 endif()

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 #include "abi/library_symbols.h"
 
@@ -33,7 +33,9 @@ bool is_exported(const Elf64_Sym& symbol)
 std::vector<Exported> library_exports()
 {
     std::ifstream stream(LIBRARY_FILE, std::ios::binary);
-    const std::string file{std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    const std::string file = bytes.str();
     const auto header = read<Elf64_Ehdr>(file, 0);
     const auto section = [&](std::size_t index) {
         return read<Elf64_Shdr>(file, header.e_shoff + index * header.e_shentsize);

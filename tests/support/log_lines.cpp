@@ -7,8 +7,8 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <regex>
+#include <sstream>
 
 namespace test_support {
 
@@ -45,10 +45,12 @@ std::string previous_log_path()
 std::string file_bytes(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
 }
 
-std::vector<std::string> log_messages()
+std::vector<std::string> log_messages(std::size_t from)
 {
     static const std::regex form(
         "((Mon|Tue|Wed|Thu|Fri|Sat|Sun) (Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 0-3][0-9] "
@@ -58,18 +60,21 @@ std::vector<std::string> log_messages()
     std::vector<std::string> messages;
     const std::string bytes = file_bytes(log_path());
     std::size_t start = 0;
-    while (start < bytes.size()) {
+    for (std::size_t number = 0; start < bytes.size(); ++number) {
         // On disk every "\n" of a message has a "\r" of its own in front.
         std::size_t end = bytes.find("\r\n", start);
         const bool ended = end != std::string::npos;
         end = ended ? end : bytes.size();
         const std::string line = bytes.substr(start, end - start);
+        start = ended ? end + 2 : bytes.size();
+        if (number < from) {
+            continue;
+        }
         if (std::regex_match(line.substr(0, prefix), form)) {
             messages.push_back(line.substr(prefix) + (ended ? "\n" : ""));
         } else {
             ADD_FAILURE() << "not a line of the log: " << line;
         }
-        start = ended ? end + 2 : bytes.size();
     }
     return messages;
 }

@@ -1,6 +1,7 @@
 // The diagnostic log as the tests read it.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,9 +15,9 @@ std::string previous_log_path();
 // Bytes of a file as they stand on disk; empty when there is none.
 std::string file_bytes(const std::string& path);
 
-// The messages of the log file in order, with their own line ends ("...\r\n" or "...\n"), without timestamp and thread.
-// Fails the test when a line does not have the log's form.
-std::vector<std::string> log_messages();
+// The messages of the log file in order, without the first ones that a test knows already, with their own line ends
+// ("...\r\n" or "...\n"), without timestamp and thread. Fails the test when a line does not have the log's form.
+std::vector<std::string> log_messages(std::size_t from = 0);
 
 // Ends the library's use of the log file as far as it can be ended from outside, and removes both generations. The
 // library must have closed the file.

@@ -36,10 +36,9 @@ std::uint32_t Scanner_test::open(const std::string& name)
 
 std::vector<std::string> Scanner_test::take_log()
 {
-    const auto all = log_messages();
-    const std::size_t from = std::min(taken_, all.size());
-    taken_ = all.size();
-    return {all.begin() + static_cast<std::ptrdiff_t>(from), all.end()};
+    const auto messages = log_messages(taken_);
+    taken_ += messages.size();
+    return messages;
 }
 
 std::vector<std::string> Scanner_test::take_driver_calls()

@@ -16,7 +16,7 @@ constexpr double pixels_per_inch = 500;
 constexpr std::size_t wanted_requests = 4;
 constexpr std::size_t buffer_count = 16;  // the others wait for the writer
 // The library tells at once that no image is ready; between two questions one processor need not be busy.
-constexpr std::chrono::milliseconds poll_interval{1};
+constexpr std::chrono::milliseconds frame_poll_interval{1};
 
 std::string dimensions(Image_size size)
 {
@@ -51,7 +51,7 @@ void Capture::run()
     while (!complete() && !interrupted()) {
         submit_spare();
         fetch_all();
-        collect(complete() ? std::chrono::milliseconds(0) : poll_interval);
+        collect(complete() ? std::chrono::milliseconds(0) : frame_poll_interval);
         check_patience();
     }
     video.stop();

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 // A scanner that does not leave the bus within this time after its restart was ordered stays on it.
 constexpr auto departure_patience = 2s;
 constexpr auto return_patience = 30s;
-constexpr auto poll_interval = 20ms;
+constexpr auto state_poll_interval = 20ms;
 
 const char* const unfinished_advice =
     "plug the scanner out and in, look at its version with vyra info, and load the firmware again if it is still the "
@@ -77,7 +77,7 @@ DeviceInfo wait_for_restart(Scanner& scanner, const DeviceInfo& before, const Pr
                 return *info;
             }
         }
-        std::this_thread::sleep_for(poll_interval);
+        std::this_thread::sleep_for(state_poll_interval);
     }
     throw Failure("the firmware was loaded, but the scanner \"" + scanner.name() + "\" did not come back",
                   VYRA_DEVICE_UNAVAIL, unfinished_advice);

@@ -6,8 +6,8 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 
 namespace tool_tests {
 
@@ -32,7 +32,10 @@ Bytes read_bytes(const std::string& file)
 {
     std::ifstream stream(file, std::ios::binary);
     EXPECT_TRUE(stream) << file;
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    const std::string text = bytes.str();
+    return {text.begin(), text.end()};
 }
 
 void write_pgm(const std::string& file, const Image& image)

@@ -2,17 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
 #include "device/frame_queue.h"
+#include "unit/device/patience.h"
 
 namespace {
 
 using kvs::brenvozulta::Frame_queue;
-
-const boost::chrono::seconds patience(20);
-const boost::chrono::milliseconds moment(20);  // long enough for a wait that does not wait to have returned
+using test_support::moment;
+using test_support::patience;
 
 class Frame_queue_signal : public testing::Test {
 protected:

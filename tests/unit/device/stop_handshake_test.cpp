@@ -3,17 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
 #include "device/records.h"
+#include "unit/device/patience.h"
 
 namespace {
 
 using namespace kvs::brenvozulta;
-
-const boost::chrono::seconds patience(20);
-const boost::chrono::milliseconds moment(20);
+using test_support::moment;
+using test_support::patience;
 
 class Stop_handshake_test : public testing::Test {
 protected:

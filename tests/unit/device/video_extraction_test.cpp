@@ -7,6 +7,7 @@
 #include "device/records.h"
 #include "device/stop_handshake.h"
 #include "unit/device/device_test.h"
+#include "unit/device/patience.h"
 
 namespace {
 
@@ -15,9 +16,6 @@ using kvs::brenvozulta::Stop_handshake;
 using kvs::brenvozulta::Video_data;
 using kvs::brenvozulta::Video_extraction;
 using testing::ElementsAre;
-
-const boost::chrono::seconds patience(20);
-const boost::chrono::milliseconds moment(20);
 
 // The line of a thread that another one was quicker than, with the future library's own text.
 std::string already_answered_line()

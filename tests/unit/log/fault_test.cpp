@@ -17,9 +17,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using win32_double::calls;
 
-constexpr char line[] = "x\r\n";
-const auto line_size = static_cast<std::int32_t>(size_on_disk(line));
-
 class Log_fault_test : public Log_test {
 protected:
     void TearDown() override

@@ -31,6 +31,10 @@ constexpr std::size_t prefix_size = 45;
 // The bytes that a line with a message of one line feed takes on disk.
 std::size_t size_on_disk(const std::string& message);
 
+// A message as short as they come, and its size on disk.
+constexpr char line[] = "x\r\n";
+inline const auto line_size = static_cast<std::int32_t>(size_on_disk(line));
+
 // Every test starts with neither file and an uninitialized library, and ends so.
 class Log_test : public ::testing::Test {
 protected:

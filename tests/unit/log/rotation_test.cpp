@@ -18,9 +18,6 @@ using kvs::brenvozulta::log_rotate;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr char line[] = "x\r\n";
-const auto line_size = static_cast<std::int32_t>(size_on_disk(line));
-
 constexpr std::uint64_t default_limit = 52'428'800;
 
 TEST_F(Log_test, FileRotatesWhenALineFindsItExactlyAtTheLimit)
