@@ -6,11 +6,11 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "call_record.h"
+#include "held_lock.h"
 #include "hot_plug.h"
 #include "settings.h"
 
@@ -57,7 +57,7 @@ void add_to_timeline(Simulator& simulator, const std::shared_ptr<State>& state, 
 void stop_timeline(Simulator& simulator, State& state);
 // A call of the function has come to this moment: what waits for it gets its time or, inside the call, happens now; the
 // lock is released meanwhile.
-void reach(Simulator& simulator, const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& held, Moment moment,
+void reach(Simulator& simulator, const std::shared_ptr<State>& state, Held_lock& held, Moment moment,
            std::size_t function);
 
 }  // namespace brenvozulta_simulator

@@ -8,10 +8,10 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "driver/driver.h"
+#include "held_lock.h"
 
 namespace brenvozulta_simulator {
 
@@ -45,8 +45,7 @@ void send_event(Simulator& simulator, const std::shared_ptr<State>& state, Hot_p
 // What the driver tells by itself, only while it is initialized: on a thread of its own, or on the caller's, for which
 // the lock is released meanwhile.
 void announce(Simulator& simulator, const std::shared_ptr<State>& state, Hot_plug_event event);
-void announce_here(Simulator& simulator, const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& held,
-                   Hot_plug_event event);
+void announce_here(Simulator& simulator, const std::shared_ptr<State>& state, Held_lock& held, Hot_plug_event event);
 // Nothing that was sent so far enters the listener any more.
 void drop_events(State& state);
 

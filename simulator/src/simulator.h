@@ -15,9 +15,9 @@
 #include "agenda.h"
 #include "call_record.h"
 #include "faults.h"
+#include "held_lock.h"
 #include "hot_plug.h"
 #include "settings.h"
-#include "test_bench/unseen.h"
 
 namespace brenvozulta_simulator {
 
@@ -89,9 +89,6 @@ struct Simulator {
     std::uint32_t acquisition_threads = 0;
     std::uintptr_t last_handle;
 };
-
-// What is done under it orders no two threads of the host: what does is handed over.
-using Held_lock = test_bench::Unseen_lock;
 
 // Gives a held lock away for the length of a block, however that is left.
 class Unlocked {

@@ -140,7 +140,9 @@ void log_rotate(const char* directory)
     old.reset();
     DeleteFileA(previous);
     MoveFileA(current, previous);
-    DeleteFileA(current);  // gone even when it could not be moved: the limit holds, at the price of its lines
+    // Gone even when it could not be moved: the limit holds, at the price of its lines. A file that another process has
+    // open can neither be moved nor deleted: it stays, and the new one below is that same file.
+    DeleteFileA(current);
     const auto file = boost::make_shared<Log_file>(current);
     if (file->is_open()) {
         publish(file);

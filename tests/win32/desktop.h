@@ -39,6 +39,7 @@ struct Window {
     DWORD style = 0;
     DWORD extended_style = 0;
     LONG_PTR identifier = 0;
+    LONG_PTR user_data = 0;
     std::vector<unsigned char> extra;
     std::string title;
 };

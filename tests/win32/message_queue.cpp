@@ -20,11 +20,14 @@ Entry_point translate_call{"TranslateMessage"};
 Entry_point dispatch_call{"DispatchMessageA"};
 
 // When its thread ends a queue goes, and the thread's windows with it; no procedure is called any more.
+thread_local bool queue_is_gone = false;  // the main thread's, before static destructors run
+
 struct Queue_owner {
     std::shared_ptr<Message_queue> queue;
 
     ~Queue_owner()
     {
+        queue_is_gone = true;
         if (queue == nullptr)
             return;
         const Desktop_lock lock(desktop().lock);
@@ -112,13 +115,20 @@ void post(Message_queue& queue, HWND window, UINT message, WPARAM wparam, LPARAM
 
 std::shared_ptr<Message_queue> own_queue()
 {
-    thread_local Queue_owner own;
-    if (own.queue == nullptr) {
+    const DWORD thread = GetCurrentThreadId();
+    const auto new_queue = [thread] {
         const auto queue = std::make_shared<Message_queue>();
-        queue->thread = GetCurrentThreadId();
-        desktop().queues[queue->thread] = queue;
-        own.queue = queue;
+        queue->thread = thread;
+        desktop().queues[thread] = queue;
+        return queue;
+    };
+    if (queue_is_gone) {
+        const auto last = desktop().queues.find(thread);
+        return last == desktop().queues.end() ? new_queue() : last->second;
     }
+    thread_local Queue_owner own;
+    if (own.queue == nullptr)
+        own.queue = new_queue();
     return own.queue;
 }
 

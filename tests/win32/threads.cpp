@@ -28,6 +28,9 @@ struct Thread : Waitable {
     bool ended = false;
 };
 
+// The main thread's is gone before the last of its code has run: before static destructors.
+thread_local bool own_thread_is_gone = false;
+
 // The calling thread as its handles know it. What is destroyed at the thread's end after this one, its queue and its
 // windows among it, has been constructed before: a thread that is started by the double begins with it.
 struct Own_thread {
@@ -40,13 +43,16 @@ struct Own_thread {
         abandon_mutexes();
         object->ended = true;
         wake_waits(*object);
+        own_thread_is_gone = true;
     }
 };
 
-Own_thread& own_thread()
+std::shared_ptr<Thread> own_thread()
 {
+    if (own_thread_is_gone)
+        return std::make_shared<Thread>();
     thread_local Own_thread own;
-    return own;
+    return own.object;
 }
 
 struct Start {
@@ -63,7 +69,7 @@ void* thread_main(void* argument)
     const auto of_caller = start->argument;
     {
         const Desktop_lock lock(desktop().lock);
-        start->thread = own_thread().object;
+        start->thread = own_thread();
         start->running.notify_all();
     }
     run(of_caller);
@@ -129,7 +135,7 @@ HANDLE OpenThread(DWORD access, BOOL inherit, DWORD number)
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
     }
-    const auto own = own_thread().object;
+    const auto own = own_thread();
     const Desktop_lock lock(desktop().lock);
     return new_thread_handle(own);
 }

@@ -2,6 +2,7 @@
 #include <boost/thread/exceptions.hpp>
 #include <future>
 
+#include "support/log_lines.h"
 #include "unit/device/device_test.h"
 #include "unit/device/thread_refusal.h"
 
@@ -69,13 +70,12 @@ TEST_F(Thread_failure, A_Second_Start_That_Fails_So_Does_Not_Hold_Up_The_Stop)
     brenvozulta_sim_block("QXDR_StopCapture");
     auto stopping = std::async(std::launch::async, [&] { return VyraStopVideo(handle); });
     EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_StopCapture", 1, patience_ms), 1);
-    // That thread finds the handshake fulfilled.
-    std::vector<std::string> lines;
-    EXPECT_TRUE(eventually([&] {
-        lines = take_log();
-        return !lines.empty();
+    // That thread finds the handshake fulfilled. Its line comes piece by piece.
+    EXPECT_TRUE(eventually([] {
+        const std::string log = file_bytes(log_path());
+        return log.find("promise Exception") != std::string::npos && log.back() == '\n';
     }));
-    EXPECT_THAT(lines, ElementsAre(StartsWith("#DV# Video_extraction:\t error promise Exception: ")));
+    EXPECT_THAT(take_log(), ElementsAre(StartsWith("#DV# Video_extraction:\t error promise Exception: ")));
     brenvozulta_sim_unblock("QXDR_StopCapture");
     EXPECT_EQ(stopping.get(), 0);
 }

@@ -6,7 +6,7 @@ namespace exit_host {
 
 namespace {
 
-constexpr DWORD patience_ms = 20'000;
+constexpr DWORD halt_patience_ms = 20'000;
 
 std::uint8_t* buffer = nullptr;
 HANDLE halted = nullptr;
@@ -34,7 +34,7 @@ std::uint8_t* halting_buffer(std::size_t size)
 
 bool wait_until_halted()
 {
-    return WaitForSingleObject(halted, patience_ms) == WAIT_OBJECT_0;
+    return WaitForSingleObject(halted, halt_patience_ms) == WAIT_OBJECT_0;
 }
 
 }  // namespace exit_host
