@@ -54,9 +54,13 @@ function(export_from_list TARGET LIST)
     add_custom_command(OUTPUT ${msvc_lib}
       COMMAND llvm-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-msvc.def -l ${msvc_lib}
       DEPENDS ${generated}/${TARGET}-msvc.def VERBATIM)
+    # GNU dlltool makes the library's name, as given, part of its members' names, and of symbols that end in the symbol
+    # table of whatever links it: given without folders, so that none of them tells where this was built.
+    file(MAKE_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR})
     add_custom_command(OUTPUT ${mingw_lib}
-      COMMAND x86_64-w64-mingw32-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-mingw.def -l ${mingw_lib}
-      DEPENDS ${generated}/${TARGET}-mingw.def VERBATIM)
+      COMMAND x86_64-w64-mingw32-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-mingw.def -l lib${TARGET}.dll.a
+      DEPENDS ${generated}/${TARGET}-mingw.def
+      WORKING_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR} VERBATIM)
     add_custom_target(${TARGET}_import_libraries ALL DEPENDS ${msvc_lib} ${mingw_lib})
     # The linker's own import library knows only the exported names: it is put out of the way.
     set_target_properties(${TARGET} PROPERTIES PREFIX "" ARCHIVE_OUTPUT_DIRECTORY ${generated})

@@ -14,9 +14,8 @@
 // - A thread that waits in here answers messages that are sent to its windows, so their procedures may run inside the
 //   call; posted messages stay in its queue.
 // - Subscribers run on the notifier thread and delay every later event until they return. A subscriber must not wait
-// for
-//   another thread that is inside the library, and must not throw: nothing of the kind reaches anybody, it is logged at
-//   best. One that ends its thread ends the service, until it is stopped and started again.
+//   for another thread that is inside the library, and must not throw: nothing of the kind reaches anybody, it is
+//   logged at best. One that ends its thread ends the service, until it is stopped and started again.
 // - Telling other threads: post (PostMessage). A subscriber may also send (SendMessage), also to a thread that is just
 //   waiting in here, as long as the window procedure that handles the message calls nothing that waits for a
 //   subscriber: not TerminateUsbNotifier, VyraTerminate or VyraInitialize_N, and for a message of a power subscriber

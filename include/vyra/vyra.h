@@ -65,7 +65,7 @@ extern "C" {
 #define VYRA_NAME_SLOT 255u        /* bytes of one name in VyraGetDeviceList's buffer */
 
 /* Called when a scanner is plugged in (plugged is 1) or pulled out (0). event is always 5; name is valid during the call
-   only. The result is ignored. Runs on a thread of the driver library. */
+   only. The result is ignored. Runs where the driver library tells of it: on a thread of its own, as a rule. */
 typedef int32_t (*VyraDeviceEventCallback)(int32_t event, const char* name, int32_t plugged);
 #define VYRA_EVENT_DEVICE 5
 
@@ -133,8 +133,9 @@ int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, i
    scanner.
 
    Waits for a notification subscriber that is running, and meanwhile runs window procedures of the calling thread for
-   messages that are sent to them. What these call is refused: VyraInitialize_N with 9000, everything else that is not of
-   fixed result with 9101; nothing is changed.
+   messages that are sent to them. What these call of this header is refused: VyraInitialize_N with 9000, everything else
+   that is not of fixed result with 9101, or with the status of its arguments where these are looked at first.
+   VyraGetStatus does not wait there: it returns 0, or 9110 while the system sleeps. Nothing is changed.
 
    Not to be called from a subscriber: it then returns 9000 half done, and only VyraInitialize_N leads on. Nor from a
    window procedure for a message that a subscriber has sent (SendMessage): each would wait for the other for ever. A

@@ -73,7 +73,8 @@ std::int32_t brenvozulta_device::stop_video()
     if (video_data_->video_state == VIDEO_RUNNING) {
         video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
         frame_queue_->wake_waiter();  // a parked acquisition callback would hold the driver's capture cycle up
-        if (video_data_->video_state != VIDEO_STOPPED) {
+        // A device that is dropped, which the host may stop from inside its close, has nobody left to answer.
+        if (video_data_->video_state != VIDEO_STOPPED && !video_data_->dropped) {
             stop_handshake_->wait();
         }
     }

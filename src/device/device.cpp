@@ -19,17 +19,20 @@ brenvozulta_device::~brenvozulta_device()
     drop();
 }
 
+// Each step for itself: one that the system refuses does not keep the others from being taken.
 void brenvozulta_device::drop() noexcept
 {
-    log_exceptions([this] {
-        detach_acquisition(this);
-        if (video_data_) {
-            video_data_->dropped = true;
-        }
-        if (frame_queue_) {
-            frame_queue_->retire();
-        }
-    });
+    if (video_data_) {
+        video_data_->dropped = true;
+    }
+    if (device_data_) {
+        device_data_->ui_callback = nullptr;
+    }
+    log_exceptions([this] { detach_acquisition(this); });
+    if (frame_queue_) {
+        log_exceptions([this] { frame_queue_->clear(); });
+        log_exceptions([this] { frame_queue_->retire(); });
+    }
 }
 
 std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*option*/)

@@ -64,7 +64,6 @@ void Frame_queue::clear()
 
 void Frame_queue::retire()
 {
-    clear();
     const signal_lock signal(signal_mutex_);
     retired_ = true;
     request_cond_.notify_all();

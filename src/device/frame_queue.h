@@ -50,8 +50,7 @@ public:
     // Drops every request. An image that is being copied is waited for: no buffer is written after this.
     void clear();
 
-    // Drops every request for good and releases the waiter, now and in future: the host has its buffers back, whatever
-    // the driver still delivers.
+    // Releases the waiter, now and in future: nothing will be requested any more, whatever the driver still delivers.
     void retire();
 
     // The oldest ready request, marked taken, or an empty owner. It stays queued until it is removed.

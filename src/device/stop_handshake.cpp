@@ -2,6 +2,7 @@
 
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/lock_guard.hpp>
+#include <boost/thread/lock_types.hpp>
 
 #include "device/process_end.h"
 #include "device/records.h"
@@ -9,6 +10,43 @@
 namespace kvs::brenvozulta {
 
 using handshake_lock = boost::lock_guard<boost::mutex>;
+
+Stop_handshake::Promise::Promise(Promise&& other) noexcept
+    : promise_(boost::move(other.promise_)), future_(boost::move(other.future_)), settled_(other.settled_)
+{
+    other.settled_ = true;
+}
+
+Stop_handshake::Promise& Stop_handshake::Promise::operator=(Promise&& other) noexcept
+{
+    settle();
+    promise_ = boost::move(other.promise_);
+    future_ = boost::move(other.future_);
+    settled_ = other.settled_;
+    other.settled_ = true;
+    return *this;
+}
+
+void Stop_handshake::Promise::fulfil()
+{
+    promise_.set_value(0);
+    settled_ = true;
+}
+
+boost::future<int> Stop_handshake::Promise::take_future()
+{
+    if (!future_.valid()) {
+        throw boost::future_already_retrieved();
+    }
+    return boost::move(future_);
+}
+
+void Stop_handshake::Promise::settle() noexcept
+{
+    if (!settled_) {
+        fulfil();
+    }
+}
 
 void Stop_handshake::begin(Video_data& video, Promise fresh)
 {
@@ -19,19 +57,23 @@ void Stop_handshake::begin(Video_data& video, Promise fresh)
 
 bool Stop_handshake::answer(Video_data& video)
 {
-    const handshake_lock lock(mutex_);
+    // The thread polls: to wait for the lock would take a system object, which may be refused.
+    const boost::unique_lock<boost::mutex> lock(mutex_, boost::try_to_lock);
+    if (!lock.owns_lock()) {
+        return false;
+    }
     std::uint32_t requested = VIDEO_STOP_REQUESTED;
     if (!video.video_state.compare_exchange_strong(requested, VIDEO_STOPPED)) {
         return false;
     }
-    promise_.promise_.set_value(0);
+    promise_.fulfil();
     return true;
 }
 
 void Stop_handshake::fulfil()
 {
     const handshake_lock lock(mutex_);
-    promise_.promise_.set_value(0);
+    promise_.fulfil();
 }
 
 void Stop_handshake::wait()
@@ -39,10 +81,7 @@ void Stop_handshake::wait()
     boost::future<int> seen;
     {
         const handshake_lock lock(mutex_);
-        if (!promise_.future_.valid()) {
-            throw boost::future_already_retrieved();
-        }
-        seen = boost::move(promise_.future_);
+        seen = promise_.take_future();
     }
     while (seen.wait_for(boost::chrono::milliseconds(100)) == boost::future_status::timeout) {
         if (process_is_ending()) {

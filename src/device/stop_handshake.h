@@ -12,15 +12,27 @@ class Video_data;
 // One for each device. Its promise is that of the latest start.
 class Stop_handshake {
 public:
-    // A promise that nobody has fulfilled or waited for. All the memory that it will need is had with it.
+    // A promise that nobody has waited for. All the memory that it will ever need is had with it: one that goes without
+    // an answer is fulfilled at its end, since to break it would take memory.
     class Promise {
     public:
         Promise() : future_(promise_.get_future()) {}
+        Promise(Promise&& other) noexcept;
+        Promise& operator=(Promise&& other) noexcept;
+        ~Promise() { settle(); }
+
+        // Throws the future library's promise-already-satisfied error the second time.
+        void fulfil();
+
+        // Its future, once. Throws the future library's error after that.
+        boost::future<int> take_future();
 
     private:
-        friend class Stop_handshake;
+        void settle() noexcept;
+
         boost::promise<int> promise_;
         boost::future<int> future_;
+        bool settled_ = false;
     };
 
     // Begins video: the state becomes VIDEO_RUNNING, and the handshake starts over with a fresh promise. An extraction

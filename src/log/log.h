@@ -23,7 +23,8 @@ int log_write(const char* line);
 int log_open();
 
 // Moves the log file in directory (which ends with a backslash) to the older generation and opens a new one, or leaves
-// the log closed. While another thread's line is being written the file stays as it is.
+// the log closed. While another thread's line is being written the file stays as it is. A file that another process has
+// open stays too and is opened again, but its older generation is deleted.
 void log_rotate(const char* directory);
 
 // Closes the log file. The next line opens it again.

@@ -94,7 +94,11 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
     if (status != VYRA_OK) {
         log_printf(log_errors, "close_device:    Error=%d\r\n", status);
     }
-    open_devices_.erase(handle);
+    // An open from inside the driver's close may have given the handle to another scanner.
+    const auto* const now = open_devices_.find(handle);
+    if (now != nullptr && *now == device) {
+        open_devices_.erase(handle);
+    }
     return VYRA_OK;
 }
 

@@ -114,7 +114,7 @@ private:
 
     // Guards the detected devices and the open devices, and serialises the operations. Recursive: initialize runs
     // terminate, terminate closes devices, and host callbacks call back. Taken inside it: close_mutex_, the status
-    // wait's mutex, the device table's, the frame queue's, the notification service's.
+    // wait's mutex, the device table's, those of the devices, the notification service's.
     boost::recursive_timed_mutex manager_lock_;
     device_table open_devices_;
     boost::mutex close_mutex_;  // taken by close_device alone, inside the manager lock

@@ -40,7 +40,7 @@ HWND open_notifier_window(const char* class_name)
     if (const HWND window = create_window(class_name)) {
         return window;
     }
-    // The class would outlive this library if the host unloaded it now, and its procedure would not.
+    // A start that fails leaves nothing behind.
     if (registered) {
         UnregisterClassA(class_name, host_instance());
     }

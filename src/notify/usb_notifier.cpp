@@ -26,7 +26,11 @@ bool usb_notifier::wait_for_other_stop(unique_lock& lock)
             return false;
         }
         lock.unlock();
-        wait_for_any({other->over.handle(), other->stopper.get()});
+        if (other->stopper) {
+            wait_for_any({other->over.handle(), other->stopper.get()});
+        } else {
+            wait_for_any({other->over.handle()});
+        }
         lock.lock();
         if (stop_ == other) {
             stop_.reset();  // its thread has ended in the middle of it
@@ -57,15 +61,15 @@ bool usb_notifier::start(const char* class_name)
     auto start = std::make_unique<Start>(Start{this, class_name, run});
     pin_module();
     run->thread = own(CreateThread(nullptr, 0, thread_main, start.get(), 0, &run->thread_id));
-    start.release();  // the thread's now
+    static_cast<void>(start.release());  // the thread's now
     run_ = run;
     return true;
 }
 
-DWORD WINAPI usb_notifier::thread_main(LPVOID argument)
+DWORD WINAPI usb_notifier::thread_main(LPVOID start)
 {
-    const std::unique_ptr<Start> start(static_cast<Start*>(argument));
-    start->notifier->run_thread(start->class_name, *start->run);
+    const std::unique_ptr<Start> own_start(static_cast<Start*>(start));
+    own_start->notifier->run_thread(own_start->class_name, *own_start->run);
     return 0;
 }
 
@@ -120,10 +124,11 @@ bool usb_notifier::stop(const char* class_name)
     if (!wait_for_other_stop(lock) || !running_) {
         return true;
     }
-    // It takes memory and system objects. A stop that cannot be had leaves the notifier running, for another try.
+    // It takes memory and an event. A stop that cannot be had leaves the notifier running, for another try.
     const auto stop = boost::make_shared<Stop>();
     stop->stopper_id = GetCurrentThreadId();
-    stop->stopper = own(OpenThread(SYNCHRONIZE, FALSE, stop->stopper_id));
+    // Refused to a thread that acts for another user, whose end in the middle of the stop is then not seen.
+    stop->stopper.reset(OpenThread(SYNCHRONIZE, FALSE, stop->stopper_id));
     stop->awaited_id = run_ ? run_->thread_id : 0;
     stop_ = stop;
     running_ = false;

@@ -37,7 +37,7 @@ private:
     struct Stop {
         DWORD stopper_id = 0;
         DWORD awaited_id = 0;  // the notifier thread; 0 when there is none
-        handle_owner stopper;
+        handle_owner stopper;  // null when it cannot be had
         completion over;
     };
     struct Start;

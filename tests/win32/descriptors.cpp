@@ -1,6 +1,5 @@
 // The C runtime's descriptors: those of the system, with a table of their translation modes beside them. A text file
-// has
-// "\n" in memory and "\r\n" on disk.
+// has "\n" in memory and "\r\n" on disk.
 #include "descriptors.h"
 
 #include <fcntl.h>

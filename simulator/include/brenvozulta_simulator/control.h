@@ -3,8 +3,8 @@
  * Conventions
  * - Names are text of 8-bit characters with a terminating zero. Driver functions are named by their own names, such as
  *   "QXDR_OpenDevice". Scanners are named as the device list shows them; an exact match wins over one in another case.
- * - Functions that return int return 1 on success and 0 on failure: an unknown function or scanner, a null pointer, or
- * a wait that ran out. They change nothing when they fail.
+ * - Functions that return int return 1 on success and 0 on failure: an unknown function or scanner, a null pointer, a
+ *   wait that ran out. They change nothing when they fail.
  * - Functions that copy out a text take a buffer and its capacity, store as much as fits with a terminating zero, and
  *   return the whole text's length without the zero. The buffer may be null when the capacity is 0.
  * - Waits return as soon as what they wait for is true, and at the latest after timeout_ms milliseconds.

@@ -3,7 +3,9 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "device/acquisition.h"
@@ -81,6 +83,16 @@ TEST_F(Allocations, The_Answer_To_A_Stop_Needs_None)
     handshake.begin(video, {});
     video.video_state = VIDEO_STOP_REQUESTED;
     EXPECT_EQ(allocations_of([&] { EXPECT_TRUE(handshake.answer(video)); }), 0u);
+}
+
+// A handshake goes with its device, and a promise with the next start, also where nobody has answered.
+TEST_F(Allocations, The_End_Of_A_Handshake_Without_An_Answer_Needs_None)
+{
+    Video_data video;
+    auto handshake = std::make_unique<Stop_handshake>();
+    Stop_handshake::Promise next;
+    EXPECT_EQ(allocations_of([&] { handshake->begin(video, std::move(next)); }), 0u);
+    EXPECT_EQ(allocations_of([&] { handshake.reset(); }), 0u);
 }
 
 // The system's own functions may allocate.

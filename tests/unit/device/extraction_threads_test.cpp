@@ -1,6 +1,7 @@
 // The number of extraction threads, as the operating system counts them.
 #include <filesystem>
 #include <iterator>
+#include <utility>
 
 #include "unit/device/device_test.h"
 
@@ -21,7 +22,12 @@ protected:
         open_device();
         brenvozulta_sim_fail("QXDR_StartCapture", 0, BRENVOZULTA_SIM_ALWAYS);
         brenvozulta_sim_fail("QXDR_StopCapture", 0, BRENVOZULTA_SIM_ALWAYS);
-        before_ = threads();
+        // Threads that the driver has let go of in earlier tests may still be on their way out.
+        EXPECT_EQ(brenvozulta_sim_wait_acquisition_threads(0, patience_ms), 1);
+        EXPECT_TRUE(eventually([this] {
+            const std::ptrdiff_t earlier = std::exchange(before_, threads());
+            return earlier == before_;
+        }));
     }
 
     bool come_to(std::ptrdiff_t count)

@@ -210,3 +210,16 @@ TEST_F(Driver_liberties, A_Close_Inside_A_Close_Is_Refused)
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_BAD_SCANNER_IDX);
     take_log();
 }
+
+TEST_F(Driver_liberties, A_Stop_Inside_A_Close_Does_Not_Wait_For_A_Thread_That_Has_Gone)
+{
+    static std::int32_t stopped;
+    stopped = -1;
+    initialize([](std::int32_t, const char*, std::int32_t) -> std::int32_t { return stopped = VyraStopVideo(0); });
+    ASSERT_EQ(open(scanner_1), 0U);
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_CloseDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_NE(stopped, -1);
+    take_log();
+}

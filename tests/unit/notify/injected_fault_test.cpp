@@ -172,18 +172,26 @@ TEST_F(Injected_fault_test, a_failed_start_is_let_go_of)
     expect_service_works();
 }
 
-TEST_F(Injected_fault_test, a_stop_without_a_system_object_raises_its_error_and_leaves_the_notifier_running)
+TEST_F(Injected_fault_test, a_stop_without_an_event_raises_its_error_and_leaves_the_notifier_running)
 {
-    for (const char* function : {"CreateEventA", "OpenThread"}) {
-        start();
-        ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
-        win32_double::fail(function);
-        EXPECT_THROW(TerminateUsbNotifier(class_name()), boost::thread_resource_error) << function;
-        plug(device_path);
-        EXPECT_EQ(take_events(), std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged)}) << function;
-        stop();
-        expect_service_works();
-    }
+    start();
+    ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
+    win32_double::fail("CreateEventA");
+    EXPECT_THROW(TerminateUsbNotifier(class_name()), boost::thread_resource_error);
+    plug(device_path);
+    EXPECT_EQ(take_events(), std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged)});
+    stop();
+    expect_service_works();
+}
+
+// As of a thread that acts for another user.
+TEST_F(Injected_fault_test, a_stop_that_cannot_open_its_own_thread_stops_all_the_same)
+{
+    start();
+    win32_double::fail("OpenThread");
+    stop();
+    EXPECT_EQ(window(), nullptr);
+    expect_service_works();
 }
 
 // It has nothing to wait for, so it needs nothing and cannot fail.

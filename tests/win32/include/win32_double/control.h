@@ -48,7 +48,7 @@ Live_objects live_objects();
 // without a call and without WIN32_DOUBLE_REUSE_HANDLES in the environment. Descriptors are always given out again.
 void reuse_handles(bool reuse);
 
-// How often a function was given an event, a registration or a descriptor that is not open, or was to destroy a window
+// How often a function was given an object, a registration or a descriptor that is not open, or was to destroy a window
 // that is not there. Who does that has closed something twice or too early, and on Windows, where the number may be
 // another object's by then, hits that one.
 uint64_t stale_handles();
