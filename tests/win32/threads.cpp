@@ -65,10 +65,12 @@ struct Start {
 void* thread_main(void* argument)
 {
     auto* const start = static_cast<Start*>(argument);
-    const auto run = start->run;
-    const auto of_caller = start->argument;
+    LPTHREAD_START_ROUTINE run = nullptr;
+    LPVOID of_caller = nullptr;
     {
         const Desktop_lock lock(desktop().lock);
+        run = start->run;
+        of_caller = start->argument;
         start->thread = own_thread();
         start->running.notify_all();
     }

@@ -99,7 +99,7 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds)
     const auto object = find_waitable(handle);
     if (object == nullptr)
         return WAIT_FAILED;
-    return wait(lock, object->changed, milliseconds, [&] { return object->signalled(); }) ? object->take()
+    return wait(lock, object->changed, milliseconds, [&] { return object->signalled(); }) ? take(*object)
                                                                                           : WAIT_TIMEOUT;
 }
 
