@@ -98,9 +98,12 @@ TEST_F(Notifier_events_test, broken_records_are_ignored)
     for (const WPARAM event : std::initializer_list<WPARAM>{DBT_DEVICEARRIVAL, DBT_DEVICEREMOVECOMPLETE}) {
         EXPECT_EQ(send(WM_DEVICECHANGE, event, 0), 0);
         EXPECT_EQ(send_device(event, ""), 0);
-        // Of another type, too short for a name, and with a size that ends inside the pattern.
-        for (const Device_record& record : {Device_record(name, size, size, DBT_DEVTYP_VOLUME), Device_record("", 4, 4),
-                                            Device_record("", 28, 28), Device_record(name, size - 1, size - 1)}) {
+        // Of another type, whole and as the header alone, without a name, and with a size that ends inside the pattern.
+        constexpr DWORD fixed_record = sizeof(DEV_BROADCAST_DEVICEINTERFACE_A);
+        for (const Device_record& record :
+             {Device_record(name, size, size, DBT_DEVTYP_VOLUME),
+              Device_record("", sizeof(DEV_BROADCAST_HDR), sizeof(DEV_BROADCAST_HDR), DBT_DEVTYP_VOLUME),
+              Device_record({"\0", 1}, fixed_record, fixed_record), Device_record(name, size - 1, size - 1)}) {
             EXPECT_EQ(send(WM_DEVICECHANGE, event, record.address()), 0);
         }
     }
