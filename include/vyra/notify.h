@@ -50,7 +50,7 @@ bool InitUsbNotifier(char* windowClassName);
 // subscriber ended it or the process ends, it does not wait. Subscriptions stay in their tables. Always returns true,
 // also when the notifier does not run. Not to be called from a subscriber: a thread cannot wait for itself. The
 // notifier is stopped all the same, but the call ends in the thread library's resource-deadlock exception. Without
-// memory, or a system object to wait for, it ends in an exception too, and the notifier goes on running.
+// memory, or an event to wait for, it ends in an exception too, and the notifier goes on running.
 bool TerminateUsbNotifier(char* windowClassName);
 
 // Subscribes callback to the arrival and removal of USB devices with this vendor and product identifier (0 to 0xFFFF

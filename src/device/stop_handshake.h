@@ -40,8 +40,9 @@ public:
     void begin(Video_data& video, Promise fresh);
 
     // Answers a stop that is requested: the state becomes VIDEO_STOPPED and the promise is fulfilled. False when no
-    // stop is requested any more; nothing is changed then, above all not for a start that came meanwhile. Throws the
-    // future library's promise-already-satisfied error when the promise had been fulfilled before.
+    // stop is requested any more, or while another thread works on the handshake; nothing is changed then, above all
+    // not for a start that came meanwhile. Throws the future library's promise-already-satisfied error when the promise
+    // had been fulfilled before.
     bool answer(Video_data& video);
 
     // Fulfils the promise alone. Throws as answer does.

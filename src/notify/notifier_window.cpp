@@ -101,7 +101,7 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
 
 bool device_notification_refused()
 {
-    return registration_refused;
+    return registration_refused.exchange(false);  // a later creation may end for another reason
 }
 
 }  // namespace kvs::brenvozulta

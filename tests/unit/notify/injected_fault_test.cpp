@@ -66,6 +66,22 @@ TEST_F(Injected_fault_test, a_refused_registration_leaves_the_notifier_stopped)
     expect_failed_start("Could not register for devicenotifications!");
 }
 
+// Without a start in between that succeeds.
+TEST_F(Injected_fault_test, each_failed_start_tells_its_own_reason)
+{
+    const auto line_of_a_failed_start = [this](const char* function) {
+        win32_double::fail(function);
+        EXPECT_TRUE(InitUsbNotifier(class_name()));
+        stop();
+        win32_double::clear();
+        return captured_log::take();
+    };
+    EXPECT_EQ(line_of_a_failed_start("RegisterDeviceNotificationA"),
+              std::vector<captured_log::Line>{exception_line("Could not register for devicenotifications!")});
+    EXPECT_EQ(line_of_a_failed_start("CreateWindowExA"),
+              std::vector<captured_log::Line>{exception_line("Could not create message window!")});
+}
+
 TEST_F(Injected_fault_test, a_stop_after_a_failed_start_ends)
 {
     for (const char* function : {"RegisterClassExA", "CreateWindowExA", "RegisterDeviceNotificationA"}) {
