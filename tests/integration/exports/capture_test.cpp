@@ -74,7 +74,7 @@ protected:
     std::uint32_t handle_ = VYRA_NO_HANDLE;
 };
 
-TEST_F(Capture, ImageTravelsFromTheScannerToTheHostsBuffer)
+TEST_F(Capture, image_travels_from_the_scanner_to_the_hosts_buffer)
 {
     initialize();
     start();
@@ -86,7 +86,7 @@ TEST_F(Capture, ImageTravelsFromTheScannerToTheHostsBuffer)
     stop_and_close();
 }
 
-TEST_F(Capture, ModesSelectTheirConfigurationInTheDriver)
+TEST_F(Capture, modes_select_their_configuration_in_the_driver)
 {
     initialize();
     handle_ = open();
@@ -105,7 +105,7 @@ TEST_F(Capture, ModesSelectTheirConfigurationInTheDriver)
     stop_and_close();
 }
 
-TEST_F(Capture, EightRequestsAreTakenFilledInOrderAndTheNinthIsRefused)
+TEST_F(Capture, eight_requests_are_taken_filled_in_order_and_the_ninth_is_refused)
 {
     initialize();
     start();
@@ -130,7 +130,7 @@ TEST_F(Capture, EightRequestsAreTakenFilledInOrderAndTheNinthIsRefused)
     stop_and_close();
 }
 
-TEST_F(Capture, ResultIsRefusedAndItsPlaceEmptiedWhileNoImageIsReady)
+TEST_F(Capture, result_is_refused_and_its_place_emptied_while_no_image_is_ready)
 {
     initialize();
     start();
@@ -148,7 +148,7 @@ TEST_F(Capture, ResultIsRefusedAndItsPlaceEmptiedWhileNoImageIsReady)
     stop_and_close();
 }
 
-TEST_F(Capture, RequestsAreRefusedBeforeTheStartAndAfterTheStop)
+TEST_F(Capture, requests_are_refused_before_the_start_and_after_the_stop)
 {
     initialize();
     handle_ = open();
@@ -165,7 +165,7 @@ TEST_F(Capture, RequestsAreRefusedBeforeTheStartAndAfterTheStop)
     }
 }
 
-TEST_F(Capture, NullBufferIsARefusedParameter)
+TEST_F(Capture, null_buffer_is_a_refused_parameter)
 {
     initialize();
     start();
@@ -174,7 +174,7 @@ TEST_F(Capture, NullBufferIsARefusedParameter)
     stop_and_close();
 }
 
-TEST_F(Capture, StopReleasesACallbackThatIsParkedForWantOfARequest)
+TEST_F(Capture, stop_releases_a_callback_that_is_parked_for_want_of_a_request)
 {
     initialize();
     start();
@@ -189,7 +189,7 @@ TEST_F(Capture, StopReleasesACallbackThatIsParkedForWantOfARequest)
     EXPECT_EQ(VyraCloseDevice_N(handle_), VYRA_OK);
 }
 
-TEST_F(Capture, RequestReleasesAParkedCallbackWhoseImageFillsIt)
+TEST_F(Capture, request_releases_a_parked_callback_whose_image_fills_it)
 {
     initialize();
     start();
@@ -206,7 +206,7 @@ TEST_F(Capture, RequestReleasesAParkedCallbackWhoseImageFillsIt)
 }
 
 // The first start's extraction thread may log that the second one's was quicker: the log is off.
-TEST_F(Capture, SecondStartWithoutAStopDropsTheRequestsAndCapturesOn)
+TEST_F(Capture, second_start_without_a_stop_drops_the_requests_and_captures_on)
 {
     ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
     start();
@@ -222,7 +222,7 @@ TEST_F(Capture, SecondStartWithoutAStopDropsTheRequestsAndCapturesOn)
     stop_and_close();
 }
 
-TEST_F(Capture, StoppedScannerMayBeStoppedAgain)
+TEST_F(Capture, stopped_scanner_may_be_stopped_again)
 {
     initialize();
     start();

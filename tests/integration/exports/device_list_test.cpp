@@ -37,7 +37,7 @@ protected:
     std::uint32_t count_ = 8;
 };
 
-TEST_F(Device_list, NamesEveryScannerInItsSlot)
+TEST_F(Device_list, names_every_scanner_in_its_slot)
 {
     attach({"one", "two", "three"});
     initialize();
@@ -49,7 +49,7 @@ TEST_F(Device_list, NamesEveryScannerInItsSlot)
     EXPECT_EQ(names_[3 * slot], '#') << "what lies behind the last name stays";
 }
 
-TEST_F(Device_list, StopsAtTheCapacity)
+TEST_F(Device_list, stops_at_the_capacity)
 {
     attach({"one", "two", "three"});
     initialize();
@@ -63,7 +63,7 @@ TEST_F(Device_list, StopsAtTheCapacity)
     EXPECT_EQ(records_[2].name[0], '\xA5');
 }
 
-TEST_F(Device_list, HoldsEightScanners)
+TEST_F(Device_list, holds_eight_scanners)
 {
     std::vector<std::string> scanners;
     for (int number = 1; number <= 8; ++number) {
@@ -77,7 +77,7 @@ TEST_F(Device_list, HoldsEightScanners)
     EXPECT_STREQ(records_[7].name, "scanner 8");
 }
 
-TEST_F(Device_list, RecordsArePaddedWithZerosAndTheirOtherBytesStay)
+TEST_F(Device_list, records_are_padded_with_zeros_and_their_other_bytes_stay)
 {
     attach({"one"});
     initialize();
@@ -90,7 +90,7 @@ TEST_F(Device_list, RecordsArePaddedWithZerosAndTheirOtherBytesStay)
     EXPECT_EQ(records_[0].reserved_259, 0xA5);
 }
 
-TEST_F(Device_list, LongNameRunsOverItsSlotAndIsCutInItsRecord)
+TEST_F(Device_list, long_name_runs_over_its_slot_and_is_cut_in_its_record)
 {
     const std::string longest(BRENVOZULTA_SIM_NAME_MAX, 'n');
     attach({longest});
@@ -102,7 +102,7 @@ TEST_F(Device_list, LongNameRunsOverItsSlotAndIsCutInItsRecord)
     EXPECT_EQ(records_[0].reserved_259, 0xA5);
 }
 
-TEST_F(Device_list, RefusesMissingPointersAndNoCapacity)
+TEST_F(Device_list, refuses_missing_pointers_and_no_capacity)
 {
     initialize();
     EXPECT_EQ(VyraGetDeviceList(nullptr, names_.data()), VYRA_BUF_TOO_SMALL);
@@ -120,7 +120,7 @@ TEST_F(Device_list, RefusesMissingPointersAndNoCapacity)
                                         error_line("get_device_list_N", 9109, "Error 9109")));
 }
 
-TEST_F(Device_list, WithoutAnyScannerIsAnErrorOfBothLists)
+TEST_F(Device_list, without_any_scanner_is_an_error_of_both_lists)
 {
     initialize();
     brenvozulta_sim_remove_all();
@@ -135,7 +135,7 @@ TEST_F(Device_list, WithoutAnyScannerIsAnErrorOfBothLists)
                                         inner, "get_device_list_N:    Error=9000: get device list internal error\r\n"));
 }
 
-TEST_F(Device_list, IdentityByNameNeedsNoOpenScanner)
+TEST_F(Device_list, identity_by_name_needs_no_open_scanner)
 {
     initialize();
     DeviceInfo info = {};
@@ -146,7 +146,7 @@ TEST_F(Device_list, IdentityByNameNeedsNoOpenScanner)
     EXPECT_STRNE(info.serial_number, "");
 }
 
-TEST_F(Device_list, IdentityByAnUnknownOrMissingNameIsRefused)
+TEST_F(Device_list, identity_by_an_unknown_or_missing_name_is_refused)
 {
     initialize();
     DeviceInfo info = {};

@@ -39,14 +39,14 @@ protected:
     }
 };
 
-TEST_F(Uninitialized, EveryForwardingExportRefusesAndTouchesNoResultBeforeInitialization)
+TEST_F(Uninitialized, every_forwarding_export_refuses_and_touches_no_result_before_initialization)
 {
     expect_all_refused();
     EXPECT_THAT(take_driver_calls(), IsEmpty());
     EXPECT_THAT(take_log(), IsEmpty()) << "the log is off until the host asks for it";
 }
 
-TEST_F(Uninitialized, EveryForwardingExportRefusesAfterTerminate)
+TEST_F(Uninitialized, every_forwarding_export_refuses_after_terminate)
 {
     ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
     ASSERT_EQ(VyraTerminate(), VYRA_OK);
@@ -55,7 +55,7 @@ TEST_F(Uninitialized, EveryForwardingExportRefusesAfterTerminate)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Uninitialized, OlderInitializationsSucceedAndInitializeNothing)
+TEST_F(Uninitialized, older_initializations_succeed_and_initialize_nothing)
 {
     char names[255 + 305];
     std::uint32_t count = 1;
@@ -65,12 +65,12 @@ TEST_F(Uninitialized, OlderInitializationsSucceedAndInitializeNothing)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Uninitialized, NullPortTypeIsRefusedEvenBeforeInitialization)
+TEST_F(Uninitialized, null_port_type_is_refused_even_before_initialization)
 {
     EXPECT_EQ(VyraBrenvoZultaGetPortType(0, nullptr), VYRA_BAD_PARAMETER);
 }
 
-TEST_F(Uninitialized, FixedResultsAreTheSameBeforeDuringAndAfterASessionWhateverTheArguments)
+TEST_F(Uninitialized, fixed_results_are_the_same_before_during_and_after_a_session_whatever_the_arguments)
 {
     EXPECT_EQ(wrong_fixed_results(), 0);
     initialize();
@@ -84,7 +84,7 @@ TEST_F(Uninitialized, FixedResultsAreTheSameBeforeDuringAndAfterASessionWhatever
     EXPECT_EQ(wrong_fixed_results(), 0);
 }
 
-TEST_F(Uninitialized, CycleMayStartAgainAfterTerminate)
+TEST_F(Uninitialized, cycle_may_start_again_after_terminate)
 {
     for (int cycle = 0; cycle < 3; ++cycle) {
         initialize();
@@ -94,7 +94,7 @@ TEST_F(Uninitialized, CycleMayStartAgainAfterTerminate)
     }
 }
 
-TEST_F(Uninitialized, SecondInitializationTerminatesTheFirst)
+TEST_F(Uninitialized, second_initialization_terminates_the_first)
 {
     initialize();
     const std::uint32_t handle = open();

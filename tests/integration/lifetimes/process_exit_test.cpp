@@ -41,7 +41,7 @@ std::string name_of(const ::testing::TestParamInfo<Ending>& info)
 
 const auto moments = Values("atexit", "destructor");
 
-TEST_P(Process_exit, TheCleanUpGoesThroughAndTheProcessEnds)
+TEST_P(Process_exit, the_clean_up_goes_through_and_the_process_ends)
 {
     end_process(1);
 }
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Copying, Process_exit,
 // The system ends the threads wherever they are: it takes a few times to meet them in different places.
 using Process_exit_amid_images = Process_exit;
 
-TEST_P(Process_exit_amid_images, TheCleanUpGoesThroughAndTheProcessEndsWhereverTheThreadsAre)
+TEST_P(Process_exit_amid_images, the_clean_up_goes_through_and_the_process_ends_wherever_the_threads_are)
 {
     end_process(20);
 }

@@ -26,42 +26,42 @@ private:
     }
 };
 
-TEST_F(Unloading, ALibraryThatWasOnlyLoadedIsUnloaded)
+TEST_F(Unloading, a_library_that_was_only_loaded_is_unloaded)
 {
     expect_unloaded("none", load_rounds);
 }
 
-TEST_F(Unloading, CallsThatStartNothingKeepNothing)
+TEST_F(Unloading, calls_that_start_nothing_keep_nothing)
 {
     expect_unloaded("calls_that_start_nothing", load_rounds);
 }
 
-TEST_F(Unloading, ALibraryThatHasStartedTheNotifierStays)
+TEST_F(Unloading, a_library_that_has_started_the_notifier_stays)
 {
     expect_kept("notifier", some_rounds);
 }
 
-TEST_F(Unloading, ALibraryThatWasInitializedStays)
+TEST_F(Unloading, a_library_that_was_initialized_stays)
 {
     expect_kept("session", some_rounds);
 }
 
-TEST_F(Unloading, CaptureGoesOnRoundAfterRound)
+TEST_F(Unloading, capture_goes_on_round_after_round)
 {
     expect_kept("capture", many_rounds);
 }
 
-TEST_F(Unloading, CaptureThatIsNotStopped)
+TEST_F(Unloading, capture_that_is_not_stopped)
 {
     expect_kept("capture_without_stop", some_rounds);
 }
 
-TEST_F(Unloading, FourStartsAndOneStop)
+TEST_F(Unloading, four_starts_and_one_stop)
 {
     expect_kept("four_starts_one_stop", few_rounds);
 }
 
-TEST_F(Unloading, CaptureThatIsNotTerminated)
+TEST_F(Unloading, capture_that_is_not_terminated)
 {
     expect_kept("capture_without_terminate", some_rounds);
 }

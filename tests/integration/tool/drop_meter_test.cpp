@@ -24,7 +24,7 @@ protected:
     Drop_meter::Time now_{milliseconds(1000)};
 };
 
-TEST_F(Drop_meter_test, SteadyFramesGiveTheRateAndNoDrops)
+TEST_F(Drop_meter_test, steady_frames_give_the_rate_and_no_drops)
 {
     steady(101);
     EXPECT_EQ(meter_.frames(), 101U);
@@ -32,14 +32,14 @@ TEST_F(Drop_meter_test, SteadyFramesGiveTheRateAndNoDrops)
     EXPECT_DOUBLE_EQ(meter_.frames_per_second(), 100.0);
 }
 
-TEST_F(Drop_meter_test, NoRateBeforeTheSecondFrame)
+TEST_F(Drop_meter_test, no_rate_before_the_second_frame)
 {
     EXPECT_EQ(meter_.frames_per_second(), 0.0);
     steady(1);
     EXPECT_EQ(meter_.frames_per_second(), 0.0);
 }
 
-TEST_F(Drop_meter_test, IntervalsWithoutARequestAreDrops)
+TEST_F(Drop_meter_test, intervals_without_a_request_are_drops)
 {
     steady(11);
     now_ += milliseconds(104);  // the tool was away; meanwhile its four requests were filled
@@ -51,7 +51,7 @@ TEST_F(Drop_meter_test, IntervalsWithoutARequestAreDrops)
     EXPECT_EQ(meter_.drops(), 6U);
 }
 
-TEST_F(Drop_meter_test, AFilledLastRequestThatIsReplacedAtOnceLosesNothing)
+TEST_F(Drop_meter_test, a_filled_last_request_that_is_replaced_at_once_loses_nothing)
 {
     steady(11);
     now_ += milliseconds(10);
@@ -61,7 +61,7 @@ TEST_F(Drop_meter_test, AFilledLastRequestThatIsReplacedAtOnceLosesNothing)
     EXPECT_EQ(meter_.drops(), 0U);
 }
 
-TEST_F(Drop_meter_test, ALatePollWithARequestLeftLosesNothing)
+TEST_F(Drop_meter_test, a_late_poll_with_a_request_left_loses_nothing)
 {
     steady(11);
     now_ += milliseconds(31);
@@ -72,7 +72,7 @@ TEST_F(Drop_meter_test, ALatePollWithARequestLeftLosesNothing)
     EXPECT_EQ(meter_.drops(), 0U);
 }
 
-TEST_F(Drop_meter_test, TheIntervalIsNotStretchedByTheDrops)
+TEST_F(Drop_meter_test, the_interval_is_not_stretched_by_the_drops)
 {
     for (int round = 1; round <= 3; ++round) {
         steady(11);

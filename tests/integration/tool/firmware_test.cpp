@@ -20,7 +20,7 @@ protected:
     std::string version() { return object_of(run({"info", "--json"}))["version"]; }
 };
 
-TEST_F(Firmware, TheNewVersionIsReportedOnceTheScannerIsBack)
+TEST_F(Firmware, the_new_version_is_reported_once_the_scanner_is_back)
 {
     const Result result = run({"firmware", path("image"), "--yes"});
     EXPECT_EQ(result.code, 0) << result.err;
@@ -28,19 +28,19 @@ TEST_F(Firmware, TheNewVersionIsReportedOnceTheScannerIsBack)
     EXPECT_THAT(result.err, AllOf(HasSubstr("loading 10 bytes of firmware"), Not(HasSubstr("[y/N]"))));
 }
 
-TEST_F(Firmware, AsJson)
+TEST_F(Firmware, as_json)
 {
     EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"})),
               (Json{{"scanner", "RQ7-3050 #1"}, {"version_before", "2.5.b"}, {"version", "3.1.c"}}));
 }
 
-TEST_F(Firmware, AScannerThatRestartsUnnoticedIsReportedAsWell)
+TEST_F(Firmware, a_scanner_that_restarts_unnoticed_is_reported_as_well)
 {
     use_scenario({{"restart", {{"announce_unplug", false}}}});
     EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"}))["version"], "3.1.c");
 }
 
-TEST_F(Firmware, AsksFirstAndTakesOnlyAYes)
+TEST_F(Firmware, asks_first_and_takes_only_a_yes)
 {
     for (const char* answer : {"n\n", "\n", "", "maybe\n"}) {
         const Result result = run({"firmware", path("image")}, answer);
@@ -54,7 +54,7 @@ TEST_F(Firmware, AsksFirstAndTakesOnlyAYes)
     EXPECT_THAT(result.out, HasSubstr("now reports 3.1.c"));
 }
 
-TEST_F(Firmware, MissingAndEmptyFilesAreRefused)
+TEST_F(Firmware, missing_and_empty_files_are_refused)
 {
     write_bytes(path("empty"), {});
     const Result missing = run({"firmware", path("missing"), "--yes"});
@@ -67,7 +67,7 @@ TEST_F(Firmware, MissingAndEmptyFilesAreRefused)
     EXPECT_THAT(run({"firmware", "/no/such/file", "--yes"}).err, HasSubstr("cannot open the file \"/no/such/file\""));
 }
 
-TEST_F(Firmware, ATransferThatBreaksOffIsAFailure)
+TEST_F(Firmware, a_transfer_that_breaks_off_is_a_failure)
 {
     use_scenario({{"firmware", {{"fail_at_byte", 4}, {"fail_result", 9}}}});
     const Result result = run({"firmware", path("image"), "--yes"});
@@ -77,7 +77,7 @@ TEST_F(Firmware, ATransferThatBreaksOffIsAFailure)
                                   HasSubstr("try: plug the scanner out and in")));
 }
 
-TEST_F(Firmware, ARefusedRestartIsAFailure)
+TEST_F(Firmware, a_refused_restart_is_a_failure)
 {
     use_scenario({{"firmware", {{"reset_result", 2}}}});
     const Result result = run({"firmware", path("image"), "--yes"});
@@ -87,7 +87,7 @@ TEST_F(Firmware, ARefusedRestartIsAFailure)
 
 class Firmware_in_process : public In_process_test {};
 
-TEST_F(Firmware_in_process, IsRefusedWhileVideoRuns)
+TEST_F(Firmware_in_process, is_refused_while_video_runs)
 {
     const vyra_tool::Library library(vyra_tool::log_off);
     vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);

@@ -11,7 +11,7 @@ using vyra_tool::Frame_buffer;
 
 constexpr vyra_tool::Image_size size{100, 50};
 
-TEST(Frame_buffer_test, AnImageOfTheSizeFitsWhateverItHolds)
+TEST(Frame_buffer_test, an_image_of_the_size_fits_whatever_it_holds)
 {
     for (const int value : {0, 0x55, 0xFF}) {
         Frame_buffer buffer(size);
@@ -21,7 +21,7 @@ TEST(Frame_buffer_test, AnImageOfTheSizeFitsWhateverItHolds)
     }
 }
 
-TEST(Frame_buffer_test, OneByteBehindTheImageIsLarger)
+TEST(Frame_buffer_test, one_byte_behind_the_image_is_larger)
 {
     for (const int value : {0, 0x55, 0xFF}) {
         Frame_buffer buffer(size);
@@ -31,7 +31,7 @@ TEST(Frame_buffer_test, OneByteBehindTheImageIsLarger)
     }
 }
 
-TEST(Frame_buffer_test, AnUnwrittenLastRowIsSmaller)
+TEST(Frame_buffer_test, an_unwritten_last_row_is_smaller)
 {
     Frame_buffer buffer(size);
     buffer.prepare();
@@ -39,7 +39,7 @@ TEST(Frame_buffer_test, AnUnwrittenLastRowIsSmaller)
     EXPECT_EQ(buffer.fit(), Frame_buffer::Fit::smaller);
 }
 
-TEST(Frame_buffer_test, PreparingForgetsTheImageBefore)
+TEST(Frame_buffer_test, preparing_forgets_the_image_before)
 {
     Frame_buffer buffer(size);
     buffer.prepare();
@@ -48,7 +48,7 @@ TEST(Frame_buffer_test, PreparingForgetsTheImageBefore)
     EXPECT_EQ(buffer.fit(), Frame_buffer::Fit::smaller);
 }
 
-TEST(Frame_buffer_test, ASmallSizeStillHasRoomForTheLargestImage)
+TEST(Frame_buffer_test, a_small_size_still_has_room_for_the_largest_image)
 {
     Frame_buffer buffer({1, 1});
     buffer.prepare();

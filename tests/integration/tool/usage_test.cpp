@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(Usage, HelpNamesEveryCommandAndTheExitCodes)
+TEST_F(Usage, help_names_every_command_and_the_exit_codes)
 {
     const Result result = run({"--help"});
     EXPECT_EQ(result.code, 0);
@@ -36,7 +36,7 @@ TEST_F(Usage, HelpNamesEveryCommandAndTheExitCodes)
     EXPECT_THAT(result.out, AllOf(HasSubstr("First steps:"), HasSubstr("Exit codes:")));
 }
 
-TEST_F(Usage, HelpOfEveryCommandTeachesByExamples)
+TEST_F(Usage, help_of_every_command_teaches_by_examples)
 {
     for (const char* command : commands) {
         const Result result = run({command, "--help"});
@@ -46,14 +46,14 @@ TEST_F(Usage, HelpOfEveryCommandTeachesByExamples)
     }
 }
 
-TEST_F(Usage, VersionIsPrinted)
+TEST_F(Usage, version_is_printed)
 {
     const Result result = run({"--version"});
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("vyra 1."));
 }
 
-TEST_F(Usage, WithoutACommandOrWithAnUnknownOneIsWrong)
+TEST_F(Usage, without_a_command_or_with_an_unknown_one_is_wrong)
 {
     expect_wrong({}, {"name a command", "vyra --help"});
     expect_wrong({"scan"}, {"scan"});
@@ -61,7 +61,7 @@ TEST_F(Usage, WithoutACommandOrWithAnUnknownOneIsWrong)
     expect_wrong({"list", "--log", "loud"}, {"loud", "trace"});
 }
 
-TEST_F(Usage, ImpossibleCapturesAreWrong)
+TEST_F(Usage, impossible_captures_are_wrong)
 {
     expect_wrong({"capture", "--frames", "-1", "--out", path("images")}, {"-1"});
     expect_wrong({"capture", "--frames", "many", "--out", path("images")}, {"many"});
@@ -69,7 +69,7 @@ TEST_F(Usage, ImpossibleCapturesAreWrong)
     expect_wrong({"capture", "--size", "1600", "--out", path("images")}, {"\"1600\" is no image size", "1600x1500"});
 }
 
-TEST_F(Usage, UnknownLedsAreAnsweredWithTheValidOnes)
+TEST_F(Usage, unknown_leds_are_answered_with_the_valid_ones)
 {
     expect_wrong({"leds"}, {"name a group", "--off"});
     expect_wrong({"leds", "d", "1=lit1"},
@@ -82,7 +82,7 @@ TEST_F(Usage, UnknownLedsAreAnsweredWithTheValidOnes)
     expect_wrong({"leds", "a", "--off"}, {"takes no group"});
 }
 
-TEST_F(Usage, AnUnknownTonePatternIsAnsweredWithTheValidOnes)
+TEST_F(Usage, an_unknown_tone_pattern_is_answered_with_the_valid_ones)
 {
     expect_wrong({"beep"}, {"pattern is required"});
     for (const char* pattern : {"4", "loud", "-1", "00"}) {
@@ -91,7 +91,7 @@ TEST_F(Usage, AnUnknownTonePatternIsAnsweredWithTheValidOnes)
     }
 }
 
-TEST_F(Usage, AnImageFileSaysItsFormByItsEnd)
+TEST_F(Usage, an_image_file_says_its_form_by_its_end)
 {
     expect_wrong({"calibration", "--out", "flat.jpg"}, {"\"flat.jpg\"", ".png", ".raw"});
     expect_wrong({"snapshot", "--out", "shot"}, {"\"shot\"", ".png", ".raw"});
@@ -100,7 +100,7 @@ TEST_F(Usage, AnImageFileSaysItsFormByItsEnd)
     expect_wrong({"snapshot", "--out", path("a.png"), "--values", "1", "2", "-3"}, {"--values", "-3"});
 }
 
-TEST_F(Usage, UsbIdentifiersAreTwoHexadecimalNumbers)
+TEST_F(Usage, usb_identifiers_are_two_hexadecimal_numbers)
 {
     for (const char* pair : {"1A2B", "1A2B:", ":00FF", "1A2B:XYZ", "1A2B:10000", "0:0", "-1:5", "1A2B:00FF:1"}) {
         expect_wrong({"watch", std::string("--usb=") + pair}, {std::string("\"") + pair + "\" is no USB identifier"});

@@ -50,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(Watch, PrintsPlugUnplugAndStatusAsTheyHappen)
+TEST_F(Watch, prints_plug_unplug_and_status_as_they_happen)
 {
     use_scenario_text(unplug_and_plug);
     Child_process child(tool({"watch"}), environment());
@@ -65,7 +65,7 @@ TEST_F(Watch, PrintsPlugUnplugAndStatusAsTheyHappen)
     EXPECT_TRUE(std::regex_search(child.out(), std::regex("^[0-9]{4}-[01][0-9]-[0-3][0-9]T[0-9:]{8}\\.[0-9]{3}Z  ")));
 }
 
-TEST_F(Watch, AsJsonOneObjectALine)
+TEST_F(Watch, as_json_one_object_a_line)
 {
     use_scenario_text(unplug_and_plug);
     Child_process child(tool({"watch", "--json"}), environment());
@@ -80,7 +80,7 @@ TEST_F(Watch, AsJsonOneObjectALine)
     EXPECT_EQ(about(events, "Other", true), std::vector<std::string>{});
 }
 
-TEST_F(Watch, WaitsForAScannerAndThenWatchesItsStatus)
+TEST_F(Watch, waits_for_a_scanner_and_then_watches_its_status)
 {
     use_scenario_text(R"({"scanners": [],
                           "timeline": [{"after_call": {"function": "QXDR_GetDevicesList", "count": 2}, "at_ms": 200,
@@ -116,7 +116,7 @@ protected:
     }
 };
 
-TEST_F(Watch_in_process, PrintsSleepResumeAndSubscribedUsbDevices)
+TEST_F(Watch_in_process, prints_sleep_resume_and_subscribed_usb_devices)
 {
     Background_run run({"watch", "--usb", "1A2B:00ff", "--usb", "1A2B:100"});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
@@ -138,7 +138,7 @@ TEST_F(Watch_in_process, PrintsSleepResumeAndSubscribedUsbDevices)
     EXPECT_EQ(events, "sleep\nresume\nusb-plug  1A2B:00FF\nusb-unplug  1A2B:0100\n");
 }
 
-TEST_F(Watch_in_process, ClosesItsScannerAtTheEnd)
+TEST_F(Watch_in_process, closes_its_scanner_at_the_end)
 {
     Background_run run({"watch"});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
@@ -150,7 +150,7 @@ TEST_F(Watch_in_process, ClosesItsScannerAtTheEnd)
               (std::vector<std::string>{"QXDR_CloseDevice", "QXDR_Release"}));
 }
 
-TEST_F(Watch_in_process, GoesOnWithoutStatusWhenTheScannerCannotBeOpened)
+TEST_F(Watch_in_process, goes_on_without_status_when_the_scanner_cannot_be_opened)
 {
     ASSERT_EQ(brenvozulta_sim_fail("QXDR_OpenDevice", 2, 1), 1);
     Background_run run({"watch", "--json"});

@@ -8,7 +8,7 @@ namespace {
 using allocation_tests::Allocation_test;
 
 // The first allocations are the double's own, of a folder that it then does not give.
-TEST_F(Allocation_test, TheFoldersNameIsGivenBackWhateverIsRefused)
+TEST_F(Allocation_test, the_folders_name_is_given_back_whatever_is_refused)
 {
     bool was_given = false;
     int refused_since = 0;

@@ -10,7 +10,7 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 // A termination on the way that fails is not the initialization's failure.
-TEST_F(Allocation_test, SecondInitialize)
+TEST_F(Allocation_test, second_initialize)
 {
     for (int n = 1; !HasFailure(); ++n) {
         start();
@@ -28,7 +28,7 @@ TEST_F(Allocation_test, SecondInitialize)
 }
 
 // Right after the start the stop may have to wait for the notifier's window, which takes memory.
-TEST_F(Allocation_test, TerminateCanBeRepeated)
+TEST_F(Allocation_test, terminate_can_be_repeated)
 {
     for (int n = 1; !HasFailure(); ++n) {
         start();
@@ -46,7 +46,7 @@ TEST_F(Allocation_test, TerminateCanBeRepeated)
     }
 }
 
-TEST_F(Allocation_test, RefusedAllocationIsLogged)
+TEST_F(Allocation_test, refused_allocation_is_logged)
 {
     unsigned char image = 0;
     start(3);
@@ -61,7 +61,7 @@ TEST_F(Allocation_test, RefusedAllocationIsLogged)
 }
 
 // The log itself allocates when it opens its file: the line is then dropped, and the host sees the usual status.
-TEST_F(Allocation_test, LogLineThatCannotBeWrittenForWantOfMemoryIsDropped)
+TEST_F(Allocation_test, log_line_that_cannot_be_written_for_want_of_memory_is_dropped)
 {
     int refused = 0;
     for (int n = 1; !HasFailure(); ++n) {

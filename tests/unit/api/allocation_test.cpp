@@ -13,13 +13,13 @@ using allocation_tests::status_on_another_thread;
 
 constexpr char long_name[] = "a name of no attached scanner that is too long to be kept without an allocation";
 
-TEST_F(Allocation_test, Initialize)
+TEST_F(Allocation_test, initialize)
 {
     const auto call = [] { return VyraInitialize_N(nullptr, 0, 0); };
     EXPECT_GT(refuse_each([] {}, call), 0);
 }
 
-TEST_F(Allocation_test, OpenLeavesNoHandleBehind)
+TEST_F(Allocation_test, open_leaves_no_handle_behind)
 {
     std::uint32_t handle = 0;
     const auto call = [&] {
@@ -31,7 +31,7 @@ TEST_F(Allocation_test, OpenLeavesNoHandleBehind)
     EXPECT_GT(refuse_each([&] { start(); }, call), 3);
 }
 
-TEST_F(Allocation_test, OpenOfALongNameCanBeRepeatedAtOnce)
+TEST_F(Allocation_test, open_of_a_long_name_can_be_repeated_at_once)
 {
     start();
     std::uint32_t handle = 0;
@@ -48,7 +48,7 @@ TEST_F(Allocation_test, OpenOfALongNameCanBeRepeatedAtOnce)
     EXPECT_EQ(handle, 0u) << "no refused open took a handle";
 }
 
-TEST_F(Allocation_test, DeviceLists)
+TEST_F(Allocation_test, device_lists)
 {
     char names[2 * 255 + 305];
     DeviceListRecord records[2];
@@ -67,7 +67,7 @@ TEST_F(Allocation_test, DeviceLists)
     EXPECT_EQ(count, 2u);
 }
 
-TEST_F(Allocation_test, ListForMoreRecordsThanMemoryCanHoldIsRefused)
+TEST_F(Allocation_test, list_for_more_records_than_memory_can_hold_is_refused)
 {
     start();
     std::uint32_t count = 0xFFFFFFFF;
@@ -77,7 +77,7 @@ TEST_F(Allocation_test, ListForMoreRecordsThanMemoryCanHoldIsRefused)
     EXPECT_EQ(count, 0xFFFFFFFF);
 }
 
-TEST_F(Allocation_test, IdentityByName)
+TEST_F(Allocation_test, identity_by_name)
 {
     DeviceInfo info;
     refuse_each([&] { start(); }, [&] { return VyraBrenvoMGGetDeviceInfo(long_name, nullptr, &info); });
@@ -86,7 +86,7 @@ TEST_F(Allocation_test, IdentityByName)
 }
 
 // How many there are is the thread library's business; on Windows it has memory of its own.
-TEST_F(Allocation_test, StartOfVideo)
+TEST_F(Allocation_test, start_of_video)
 {
     const auto prepare = [&] {
         start();
@@ -96,7 +96,7 @@ TEST_F(Allocation_test, StartOfVideo)
     refuse_each(prepare, [] { return VyraBrenvoZultaStartCamera(0); });
 }
 
-TEST_F(Allocation_test, VideoCanBeStoppedAndStartedAfterARefusedStart)
+TEST_F(Allocation_test, video_can_be_stopped_and_started_after_a_refused_start)
 {
     start();
     open();
@@ -116,7 +116,7 @@ TEST_F(Allocation_test, VideoCanBeStoppedAndStartedAfterARefusedStart)
     EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
 }
 
-TEST_F(Allocation_test, RefusedSubmitQueuesNothing)
+TEST_F(Allocation_test, refused_submit_queues_nothing)
 {
     start();
     const std::uint32_t handle = open();
@@ -135,7 +135,7 @@ TEST_F(Allocation_test, RefusedSubmitQueuesNothing)
     EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
 }
 
-TEST_F(Allocation_test, FrameCycleAllocatesOnlyAtTheSubmit)
+TEST_F(Allocation_test, frame_cycle_allocates_only_at_the_submit)
 {
     start();
     const std::uint32_t handle = open();
@@ -153,7 +153,7 @@ TEST_F(Allocation_test, FrameCycleAllocatesOnlyAtTheSubmit)
     EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
 }
 
-TEST_F(Allocation_test, StopAndClose)
+TEST_F(Allocation_test, stop_and_close)
 {
     const auto prepare = [&] {
         start();
@@ -165,7 +165,7 @@ TEST_F(Allocation_test, StopAndClose)
 }
 
 // What each of them does without memory is 9001 or its usual result; a status wait would wait.
-TEST_F(Allocation_test, EveryOtherOperationOfAScanner)
+TEST_F(Allocation_test, every_other_operation_of_a_scanner)
 {
     for (const auto& each : export_calls::handle_exports()) {
         const std::string name = each.name;
@@ -190,12 +190,12 @@ TEST_F(Allocation_test, EveryOtherOperationOfAScanner)
     }
 }
 
-TEST_F(Allocation_test, StatusWaitOfAClosedHandle)
+TEST_F(Allocation_test, status_wait_of_a_closed_handle)
 {
     refuse_each([&] { start(); }, [] { return VyraGetStatus(3); });
 }
 
-TEST_F(Allocation_test, PlugAndUnplugEventsAreDroppedAndTheNextIsHandled)
+TEST_F(Allocation_test, plug_and_unplug_events_are_dropped_and_the_next_is_handled)
 {
     for (const std::int32_t event : {driver_event_plugged, driver_event_unplugged}) {
         const auto announce = [event] {

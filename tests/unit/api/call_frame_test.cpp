@@ -105,13 +105,13 @@ protected:
     void SetUp() override { recording_manager::reset(); }
 };
 
-TEST_P(Forwarding_test, ReachesItsOperationOnceWithItsArgumentsInOrder)
+TEST_P(Forwarding_test, reaches_its_operation_once_with_its_arguments_in_order)
 {
     GetParam().call();
     EXPECT_THAT(state().calls, ElementsAre(GetParam().expected));
 }
 
-TEST_P(Forwarding_test, StatusComesBackUnchanged)
+TEST_P(Forwarding_test, status_comes_back_unchanged)
 {
     for (const std::int32_t status : {0, 7, 9000, 9101, -1, 0x12345678, static_cast<std::int32_t>(0x80000000)}) {
         state().answer = status;
@@ -119,7 +119,7 @@ TEST_P(Forwarding_test, StatusComesBackUnchanged)
     }
 }
 
-TEST_P(Forwarding_test, HoldsTheManagerDuringTheCallAndNoLonger)
+TEST_P(Forwarding_test, holds_the_manager_during_the_call_and_no_longer)
 {
     GetParam().call();
     EXPECT_EQ(state().managers_obtained, 1);
@@ -130,7 +130,7 @@ TEST_P(Forwarding_test, HoldsTheManagerDuringTheCallAndNoLonger)
 INSTANTIATE_TEST_SUITE_P(Exports, Forwarding_test, ::testing::ValuesIn(forwarding_exports),
                          [](const auto& tested) { return std::string(tested.param.title); });
 
-TEST(Fixed_exports, SixteenReturnZeroAndThreeAreNotImplementedAndNoneTouchesTheManager)
+TEST(Fixed_exports, sixteen_return_zero_and_three_are_not_implemented_and_none_touches_the_manager)
 {
     recording_manager::reset();
     using Fixed = std::int32_t (*)();
@@ -152,7 +152,7 @@ TEST(Fixed_exports, SixteenReturnZeroAndThreeAreNotImplementedAndNoneTouchesTheM
     EXPECT_THAT(state().calls, IsEmpty());
 }
 
-TEST(Version_exports, ObtainTheManagerAndReturnZeroWithoutReadingTheirArguments)
+TEST(Version_exports, obtain_the_manager_and_return_zero_without_reading_their_arguments)
 {
     recording_manager::reset();
     state().answer = 9101;

@@ -28,7 +28,7 @@ using boost::chrono::steady_clock;
 
 using Timed_lock = boost::unique_lock<boost::recursive_timed_mutex>;
 
-TEST(Recursive_timed_mutex, LetsItsHolderInAgainAndNobodyElseInTime)
+TEST(Recursive_timed_mutex, lets_its_holder_in_again_and_nobody_else_in_time)
 {
     boost::recursive_timed_mutex mutex;
     const Timed_lock held(mutex);
@@ -43,7 +43,7 @@ TEST(Recursive_timed_mutex, LetsItsHolderInAgainAndNobodyElseInTime)
     }).join();
 }
 
-TEST(Recursive_timed_mutex, GoesToAWaiterOnlyWhenTheHolderIsOutAltogether)
+TEST(Recursive_timed_mutex, goes_to_a_waiter_only_when_the_holder_is_out_altogether)
 {
     boost::recursive_timed_mutex mutex;
     Timed_lock held(mutex);
@@ -83,13 +83,13 @@ void all_waiters_wake()
     EXPECT_EQ(awake, 2);
 }
 
-TEST(Condition_variable, WakesItsWaitersWhoeverStartedThem)
+TEST(Condition_variable, wakes_its_waiters_whoever_started_them)
 {
     all_waiters_wake<boost::condition_variable, boost::mutex>();
     all_waiters_wake<boost::condition_variable_any, boost::recursive_mutex>();
 }
 
-TEST(Condition_variable, AWaitEndsWithItsTime)
+TEST(Condition_variable, a_wait_ends_with_its_time)
 {
     boost::mutex mutex;
     boost::condition_variable condition;
@@ -101,7 +101,7 @@ TEST(Condition_variable, AWaitEndsWithItsTime)
     EXPECT_TRUE(lock.owns_lock());
 }
 
-TEST(Promise, EndsTheWaitForItsValue)
+TEST(Promise, ends_the_wait_for_its_value)
 {
     boost::promise<int> promise;
     boost::future<int> future = promise.get_future();
@@ -110,7 +110,7 @@ TEST(Promise, EndsTheWaitForItsValue)
     keeper.join();
 }
 
-TEST(Promise, IsBrokenWhenItEndsUnkept)
+TEST(Promise, is_broken_when_it_ends_unkept)
 {
     boost::future<int> future;
     {
@@ -120,7 +120,7 @@ TEST(Promise, IsBrokenWhenItEndsUnkept)
     EXPECT_THROW(future.get(), boost::broken_promise);
 }
 
-TEST(Promise, IsKeptAndAskedForOnce)
+TEST(Promise, is_kept_and_asked_for_once)
 {
     boost::promise<int> promise;
     promise.set_value(1);
@@ -130,7 +130,7 @@ TEST(Promise, IsKeptAndAskedForOnce)
     EXPECT_EQ(future.get(), 1);
 }
 
-TEST(Once, RunsAgainAfterAnExceptionAndThenNeverMore)
+TEST(Once, runs_again_after_an_exception_and_then_never_more)
 {
     boost::once_flag flag = BOOST_ONCE_INIT;
     std::atomic<int> runs{0};
@@ -145,7 +145,7 @@ TEST(Once, RunsAgainAfterAnExceptionAndThenNeverMore)
     EXPECT_EQ(runs, 1);
 }
 
-TEST(Thread, ThatJoinsItselfIsTold)
+TEST(Thread, that_joins_itself_is_told)
 {
     boost::promise<void> started;
     int error = 0;
@@ -163,7 +163,7 @@ TEST(Thread, ThatJoinsItselfIsTold)
     EXPECT_EQ(error, static_cast<int>(boost::system::errc::resource_deadlock_would_occur));
 }
 
-TEST(Thread, ThatIsDetachedTakesWhatItKeptWithIt)
+TEST(Thread, that_is_detached_takes_what_it_kept_with_it)
 {
     std::weak_ptr<int> seen;
     boost::promise<void> go;
@@ -179,7 +179,7 @@ TEST(Thread, ThatIsDetachedTakesWhatItKeptWithIt)
     }
 }
 
-TEST(Thread, HasANumberThatIsItsOwn)
+TEST(Thread, has_a_number_that_is_its_own)
 {
     const boost::thread::id here = boost::this_thread::get_id();
     boost::thread::id own;
@@ -191,7 +191,7 @@ TEST(Thread, HasANumberThatIsItsOwn)
     std::thread([&] { EXPECT_NE(boost::this_thread::get_id(), here); }).join();
 }
 
-TEST(Thread, InterruptionsWaitWhileTheyAreDisabled)
+TEST(Thread, interruptions_wait_while_they_are_disabled)
 {
     boost::promise<void> interrupted;
     bool slept = false;
@@ -217,7 +217,7 @@ TEST(Thread, InterruptionsWaitWhileTheyAreDisabled)
 }
 
 // Boost gives each thread that waits something of its own, also those that it did not start.
-TEST(Thread, OfTheHostOrTheDriverLeavesNothingBehind)
+TEST(Thread, of_the_host_or_the_driver_leaves_nothing_behind)
 {
     boost::recursive_timed_mutex mutex;
     boost::mutex plain;

@@ -33,14 +33,14 @@ protected:
     }
 };
 
-TEST_F(Acquisition, In_Idle_The_Image_Is_Answered_With_0_And_Not_Looked_At)
+TEST_F(Acquisition, in_idle_the_image_is_answered_with_0_and_not_looked_at)
 {
     open_device();
     EXPECT_EQ(deliver_nothing(), 0);
     EXPECT_EQ(device().video_state(), video_idle);
 }
 
-TEST_F(Acquisition, While_A_Stop_Is_Requested_The_Image_Is_Answered_With_2_And_Not_Looked_At)
+TEST_F(Acquisition, while_a_stop_is_requested_the_image_is_answered_with_2_and_not_looked_at)
 {
     open_device();
     device().request_stop();
@@ -48,14 +48,14 @@ TEST_F(Acquisition, While_A_Stop_Is_Requested_The_Image_Is_Answered_With_2_And_N
     EXPECT_EQ(device().video_state(), video_stop_requested);
 }
 
-TEST_F(Acquisition, When_Stopped_The_Image_Is_Answered_With_3_And_Not_Looked_At)
+TEST_F(Acquisition, when_stopped_the_image_is_answered_with_3_and_not_looked_at)
 {
     running_device();
     ASSERT_EQ(device().stop_video(), 0);
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, Width_Times_Height_Bytes_Go_Into_The_Request_And_Not_One_More)
+TEST_F(Acquisition, width_times_height_bytes_go_into_the_request_and_not_one_more)
 {
     running_device();
     std::vector<std::uint8_t> pixels(321 * 123);
@@ -72,7 +72,7 @@ TEST_F(Acquisition, Width_Times_Height_Bytes_Go_Into_The_Request_And_Not_One_Mor
     EXPECT_EQ(fetch(), buffer.data());
 }
 
-TEST_F(Acquisition, Without_A_Request_The_Callback_Waits_For_One_And_Fills_It)
+TEST_F(Acquisition, without_a_request_the_callback_waits_for_one_and_fills_it)
 {
     running_device();
     const std::uint64_t delivery = deliver_waiting(image_of(9));
@@ -83,7 +83,7 @@ TEST_F(Acquisition, Without_A_Request_The_Callback_Waits_For_One_And_Fills_It)
     EXPECT_EQ(fetch(), buffer.data());
 }
 
-TEST_F(Acquisition, With_Requests_But_None_Pending_The_Image_Is_Dropped_Without_Waiting)
+TEST_F(Acquisition, with_requests_but_none_pending_the_image_is_dropped_without_waiting)
 {
     running_device();
     auto buffer = image_of(0);
@@ -97,7 +97,7 @@ TEST_F(Acquisition, With_Requests_But_None_Pending_The_Image_Is_Dropped_Without_
     EXPECT_EQ(fetch(), nullptr);
 }
 
-TEST_F(Acquisition, The_Signal_Of_A_Request_That_Was_Filled_At_Once_Lets_One_Later_Image_Pass)
+TEST_F(Acquisition, the_signal_of_a_request_that_was_filled_at_once_lets_one_later_image_pass)
 {
     running_device();
     auto buffer = image_of(0);
@@ -112,7 +112,7 @@ TEST_F(Acquisition, The_Signal_Of_A_Request_That_Was_Filled_At_Once_Lets_One_Lat
     EXPECT_EQ(result_of(delivery), 0);
 }
 
-TEST_F(Acquisition, A_Size_Beyond_A_Signed_Number_Or_Of_No_Pixels_Is_No_Image)
+TEST_F(Acquisition, a_size_beyond_a_signed_number_or_of_no_pixels_is_no_image)
 {
     running_device();
     auto buffer = image_of(0);
@@ -128,7 +128,7 @@ TEST_F(Acquisition, A_Size_Beyond_A_Signed_Number_Or_Of_No_Pixels_Is_No_Image)
     EXPECT_EQ(fetch(), buffer.data()) << "the request is no longer pending";
 }
 
-TEST_F(Acquisition, An_Image_During_Open_Finds_An_Idle_Video_And_Nothing_Happens)
+TEST_F(Acquisition, an_image_during_open_finds_an_idle_video_and_nothing_happens)
 {
     ASSERT_EQ(brenvozulta_sim_block("QXDR_SetLeds"), 1);
     boost::thread opening([this] { EXPECT_EQ(device().open(first_scanner, 0), 0); });
@@ -142,7 +142,7 @@ TEST_F(Acquisition, An_Image_During_Open_Finds_An_Idle_Video_And_Nothing_Happens
     EXPECT_EQ(device().start_camera(), 0);
 }
 
-TEST_F(Acquisition, Images_Of_Two_Scanners_Go_To_The_Device_That_The_Context_Names)
+TEST_F(Acquisition, images_of_two_scanners_go_to_the_device_that_the_context_names)
 {
     brenvozulta_sim_attach(second_scanner);
     running_device();
@@ -162,7 +162,7 @@ TEST_F(Acquisition, Images_Of_Two_Scanners_Go_To_The_Device_That_The_Context_Nam
     EXPECT_EQ(other.stop_video(), 0);
 }
 
-TEST_F(Acquisition, An_Image_For_A_Device_That_Is_Gone_Is_Refused_With_3)
+TEST_F(Acquisition, an_image_for_a_device_that_is_gone_is_refused_with_3)
 {
     running_device();
     void* const context = brenvozulta_sim_callback_context();
@@ -171,14 +171,14 @@ TEST_F(Acquisition, An_Image_For_A_Device_That_Is_Gone_Is_Refused_With_3)
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, An_Image_With_A_Context_That_Never_Was_A_Device_Is_Refused_With_3)
+TEST_F(Acquisition, an_image_with_a_context_that_never_was_a_device_is_refused_with_3)
 {
     open_device();
     EXPECT_EQ(deliver_to(nullptr, image_of(1)), 3);
     EXPECT_EQ(deliver_to(this, image_of(1)), 3);
 }
 
-TEST_F(Acquisition, After_A_Close_The_Old_Context_Answers_With_The_State_Of_Its_Video)
+TEST_F(Acquisition, after_a_close_the_old_context_answers_with_the_state_of_its_video)
 {
     open_device();
     ASSERT_EQ(device().close(), 0);
@@ -188,7 +188,7 @@ TEST_F(Acquisition, After_A_Close_The_Old_Context_Answers_With_The_State_Of_Its_
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, After_A_Refused_Registration_The_Device_Is_Not_Held_To_Be_Video)
+TEST_F(Acquisition, after_a_refused_registration_the_device_is_not_held_to_be_video)
 {
     const brenvozulta_sim_fault registered_but_refused = {9, 0, 1, 1};
     brenvozulta_sim_set_fault("QXDR_SetCallbackAcquisition", &registered_but_refused);

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(Buzzer_tones, Each_Pattern_Plays_Its_Own)
+TEST_F(Buzzer_tones, each_pattern_plays_its_own)
 {
     EXPECT_THAT(tones_of(0), ElementsAre(Pair(1000, 200), Pair(1000, 300)));
     EXPECT_THAT(tones_of(1), ElementsAre(Pair(1000, 600)));
@@ -43,14 +43,14 @@ TEST_F(Buzzer_tones, Each_Pattern_Plays_Its_Own)
     EXPECT_THAT(tones_of(3), ElementsAre(Pair(800, 600)));
 }
 
-TEST_F(Buzzer_tones, An_Unknown_Pattern_Plays_Nothing)
+TEST_F(Buzzer_tones, an_unknown_pattern_plays_nothing)
 {
     EXPECT_THAT(tones_of(4, 9109), IsEmpty());
     EXPECT_THAT(tones_of(0xFFFFFFFF, 9109), IsEmpty());
     take_log();
 }
 
-TEST_F(Buzzer_tones, A_Tone_That_Cannot_Be_Played_Is_Ignored)
+TEST_F(Buzzer_tones, a_tone_that_cannot_be_played_is_ignored)
 {
     win32_double::clear();
     win32_double::fail("Beep", win32_double::always);

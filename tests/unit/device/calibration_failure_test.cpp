@@ -38,26 +38,26 @@ protected:
     }
 };
 
-TEST_F(Calibration_failure, No_Module)
+TEST_F(Calibration_failure, no_module)
 {
     expect_failure("GetModuleHandleA", "read_uniformity_buffers:    Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, No_Resource)
+TEST_F(Calibration_failure, no_resource)
 {
     expect_failure(
         "FindResourceA",
         "read_uniformity_buffers:    Can't find the Image Uniformity resource Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, A_Resource_That_Cannot_Be_Loaded)
+TEST_F(Calibration_failure, a_resource_that_cannot_be_loaded)
 {
     expect_failure(
         "LoadResource",
         "read_uniformity_buffers:    Can't load the Image Uniformity resource Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, A_Resource_Of_Another_Size)
+TEST_F(Calibration_failure, a_resource_of_another_size)
 {
     static const unsigned char bytes[4] = {1, 2, 3, 4};
     unload_installed_library();
@@ -70,7 +70,7 @@ TEST_F(Calibration_failure, A_Resource_Of_Another_Size)
     EXPECT_EQ(std::count(buffer.begin(), buffer.end(), 0xA5), VYRA_CALIBRATION_SIZE);
 }
 
-TEST_F(Calibration_failure, A_Null_Buffer_Asks_The_System_For_Nothing)
+TEST_F(Calibration_failure, a_null_buffer_asks_the_system_for_nothing)
 {
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, VYRA_CALIBRATION_SIZE), 9109);
     EXPECT_THAT(take_log(), ElementsAre("read_uniformity_buffers:    Error=9109: Error 9109\r\n"));

@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Capture_start, Start_Camera_Stops_Selects_Configuration_1_And_Starts)
+TEST_F(Capture_start, start_camera_stops_selects_configuration_1_and_starts)
 {
     open_device();
     EXPECT_EQ(device().start_camera(), 0);
@@ -32,7 +32,7 @@ TEST_F(Capture_start, Start_Camera_Stops_Selects_Configuration_1_And_Starts)
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
 }
 
-TEST_F(Capture_start, Start_Video_Gives_The_Driver_The_Low_Byte_Of_The_Configuration)
+TEST_F(Capture_start, start_video_gives_the_driver_the_low_byte_of_the_configuration)
 {
     open_device();
     for (const std::uint16_t config :
@@ -45,7 +45,7 @@ TEST_F(Capture_start, Start_Video_Gives_The_Driver_The_Low_Byte_Of_The_Configura
     }
 }
 
-TEST_F(Capture_start, A_Configuration_That_The_Scanner_Does_Not_Have_Is_9114)
+TEST_F(Capture_start, a_configuration_that_the_scanner_does_not_have_is_9114)
 {
     open_device();
     for (const auto& [result, translated] : translations()) {
@@ -61,7 +61,7 @@ TEST_F(Capture_start, A_Configuration_That_The_Scanner_Does_Not_Have_Is_9114)
     }
 }
 
-TEST_F(Capture_start, A_Refused_Start_Returns_The_Translated_Result_And_Leaves_The_State)
+TEST_F(Capture_start, a_refused_start_returns_the_translated_result_and_leaves_the_state)
 {
     open_device();
     for (const auto& [result, status] : translations()) {
@@ -72,7 +72,7 @@ TEST_F(Capture_start, A_Refused_Start_Returns_The_Translated_Result_And_Leaves_T
     }
 }
 
-TEST_F(Capture_start, A_Refused_Start_Leaves_Each_State_As_It_Was)
+TEST_F(Capture_start, a_refused_start_leaves_each_state_as_it_was)
 {
     running_device();
     brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, 1);
@@ -93,7 +93,7 @@ TEST_F(Capture_start, A_Refused_Start_Leaves_Each_State_As_It_Was)
     take_log();
 }
 
-TEST_F(Capture_start, The_Video_Runs_Only_When_The_Driver_Has_Started)
+TEST_F(Capture_start, the_video_runs_only_when_the_driver_has_started)
 {
     open_device();
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StartCapture"), 1);
@@ -105,7 +105,7 @@ TEST_F(Capture_start, The_Video_Runs_Only_When_The_Driver_Has_Started)
     EXPECT_EQ(device().video_state(), video_running);
 }
 
-TEST_F(Capture_start, Requests_Are_Dropped_Before_The_Driver_Is_Asked_For_Anything)
+TEST_F(Capture_start, requests_are_dropped_before_the_driver_is_asked_for_anything)
 {
     running_device();
     auto buffer = image_of(0);
@@ -119,7 +119,7 @@ TEST_F(Capture_start, Requests_Are_Dropped_Before_The_Driver_Is_Asked_For_Anythi
 }
 
 // A pause is where a thread that is to be interrupted ends.
-TEST_F(Capture_start, A_Start_That_Stopped_A_Capture_Pauses)
+TEST_F(Capture_start, a_start_that_stopped_a_capture_pauses)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -135,7 +135,7 @@ TEST_F(Capture_start, A_Start_That_Stopped_A_Capture_Pauses)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_StopCapture"));
 }
 
-TEST_F(Capture_start, A_Start_That_Had_Nothing_To_Stop_Does_Not_Pause)
+TEST_F(Capture_start, a_start_that_had_nothing_to_stop_does_not_pause)
 {
     open_device();
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StopCapture"), 1);
@@ -147,7 +147,7 @@ TEST_F(Capture_start, A_Start_That_Had_Nothing_To_Stop_Does_Not_Pause)
     EXPECT_EQ(take_calls(), calls_of_start(1));
 }
 
-TEST_F(Capture_start, The_Pause_Is_Not_Shorter_Than_The_Scanner_Needs)
+TEST_F(Capture_start, the_pause_is_not_shorter_than_the_scanner_needs)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -157,7 +157,7 @@ TEST_F(Capture_start, The_Pause_Is_Not_Shorter_Than_The_Scanner_Needs)
     EXPECT_EQ(take_calls(), calls_of_start(1, 0));
 }
 
-TEST_F(Capture_start, A_Second_Start_Succeeds_And_Drops_The_Requests_Of_The_First)
+TEST_F(Capture_start, a_second_start_succeeds_and_drops_the_requests_of_the_first)
 {
     running_device();
     auto first = image_of(0);
@@ -174,7 +174,7 @@ TEST_F(Capture_start, A_Second_Start_Succeeds_And_Drops_The_Requests_Of_The_Firs
     EXPECT_EQ(second, image_of(9));
 }
 
-TEST_F(Capture_start, Video_Can_Be_Started_And_Stopped_Again_And_Again)
+TEST_F(Capture_start, video_can_be_started_and_stopped_again_and_again)
 {
     open_device();
     auto buffer = image_of(0);

@@ -86,7 +86,7 @@ protected:
     }
 };
 
-TEST_F(Closed_device, A_Device_Never_Opened_Refuses_All_And_Takes_An_Open)
+TEST_F(Closed_device, a_device_never_opened_refuses_all_and_takes_an_open)
 {
     expect_all_refused();
     EXPECT_EQ(device().set_buzzer(4), 9109);
@@ -94,7 +94,7 @@ TEST_F(Closed_device, A_Device_Never_Opened_Refuses_All_And_Takes_An_Open)
     EXPECT_EQ(device().open(first_scanner, 0), 0);
 }
 
-TEST_F(Closed_device, A_Device_Whose_Open_Was_Refused_Refuses_All)
+TEST_F(Closed_device, a_device_whose_open_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
@@ -102,7 +102,7 @@ TEST_F(Closed_device, A_Device_Whose_Open_Was_Refused_Refuses_All)
     expect_all_refused();
 }
 
-TEST_F(Closed_device, A_Device_Whose_Callback_Was_Refused_Refuses_All)
+TEST_F(Closed_device, a_device_whose_callback_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
@@ -110,7 +110,7 @@ TEST_F(Closed_device, A_Device_Whose_Callback_Was_Refused_Refuses_All)
     expect_all_refused();
 }
 
-TEST_F(Closed_device, A_Closed_Device_Refuses_All_And_Keeps_What_The_Operator_Saw)
+TEST_F(Closed_device, a_closed_device_refuses_all_and_keeps_what_the_operator_saw)
 {
     open_device();
     DevUI ui = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10}, 0, 1, 0};
@@ -126,7 +126,7 @@ TEST_F(Closed_device, A_Closed_Device_Refuses_All_And_Keeps_What_The_Operator_Sa
     EXPECT_EQ(device().set_buzzer(2), 0);
 }
 
-TEST_F(Closed_device, Close_Gives_The_Driver_The_Place_Of_The_Handle_That_Open_Filled)
+TEST_F(Closed_device, close_gives_the_driver_the_place_of_the_handle_that_open_filled)
 {
     const void* const handle = brenvozulta_sim_handle(first_scanner);
     ASSERT_EQ(device().open(first_scanner, 0), 0);
@@ -143,7 +143,7 @@ TEST_F(Closed_device, Close_Gives_The_Driver_The_Place_Of_The_Handle_That_Open_F
     EXPECT_EQ(brenvozulta_sim_is_open(first_scanner), 0);
 }
 
-TEST_F(Closed_device, A_Second_Close_Does_Not_Reach_The_Driver)
+TEST_F(Closed_device, a_second_close_does_not_reach_the_driver)
 {
     open_device();
     ASSERT_EQ(device().close(), 0);
@@ -153,7 +153,7 @@ TEST_F(Closed_device, A_Second_Close_Does_Not_Reach_The_Driver)
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Closed_device, A_Refused_Close_Leaves_The_Device_Usable)
+TEST_F(Closed_device, a_refused_close_leaves_the_device_usable)
 {
     running_device();
     auto buffer = image_of(0);
@@ -171,7 +171,7 @@ TEST_F(Closed_device, A_Refused_Close_Leaves_The_Device_Usable)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
 }
 
-TEST_F(Closed_device, Close_Leaves_A_Running_Video_To_Itself_And_Drops_Its_Requests)
+TEST_F(Closed_device, close_leaves_a_running_video_to_itself_and_drops_its_requests)
 {
     running_device();
     auto buffer = image_of(0);

@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(Device_data_test, The_Container_s_Size_Is_Stored_By_The_Driver)
+TEST_F(Device_data_test, the_container_s_size_is_stored_by_the_driver)
 {
     const std::vector<std::uint8_t> container(4321, 7);
     brenvozulta_sim_set_container(first_scanner, container.data(), container.size());
@@ -39,14 +39,14 @@ TEST_F(Device_data_test, The_Container_s_Size_Is_Stored_By_The_Driver)
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_GetContainerSize", "size=" + address_text(&size))));
 }
 
-TEST_F(Device_data_test, A_Null_Place_For_The_Size_Is_The_Driver_s_Business)
+TEST_F(Device_data_test, a_null_place_for_the_size_is_the_driver_s_business)
 {
     EXPECT_EQ(device().get_global_param_size(nullptr), 9109);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_GetContainerSize", "size=0x0", 1)));
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_GetContainerSize", 1)));
 }
 
-TEST_F(Device_data_test, The_Container_Is_Read_Into_The_Host_s_Buffer)
+TEST_F(Device_data_test, the_container_is_read_into_the_host_s_buffer)
 {
     const std::vector<std::uint8_t> container = {1, 2, 3, 4, 5, 6, 7, 8};
     brenvozulta_sim_set_container(first_scanner, container.data(), container.size());
@@ -57,7 +57,7 @@ TEST_F(Device_data_test, The_Container_Is_Read_Into_The_Host_s_Buffer)
                 ElementsAre(scanner_call("QXDR_ReadContainer", "buffer=" + address_text(buffer.data()) + ", size=8")));
 }
 
-TEST_F(Device_data_test, Buffer_And_Size_Reach_The_Driver_Unchecked)
+TEST_F(Device_data_test, buffer_and_size_reach_the_driver_unchecked)
 {
     brenvozulta_sim_fail("QXDR_ReadContainer", 0, 2);
     EXPECT_EQ(device().read_global_param(nullptr, 0xFFFFFFFF), 0);
@@ -67,7 +67,7 @@ TEST_F(Device_data_test, Buffer_And_Size_Reach_The_Driver_Unchecked)
                             scanner_call("QXDR_ReadContainer", "buffer=" + address_text(this) + ", size=0")));
 }
 
-TEST_F(Device_data_test, The_Snapshot_Gets_Its_Three_Values_In_Order)
+TEST_F(Device_data_test, the_snapshot_gets_its_three_values_in_order)
 {
     const std::vector<std::uint8_t> snapshot = {9, 8, 7};
     brenvozulta_sim_set_snapshot(first_scanner, snapshot.data(), snapshot.size());
@@ -79,14 +79,14 @@ TEST_F(Device_data_test, The_Snapshot_Gets_Its_Three_Values_In_Order)
                                                                             ", a=1, b=2147483650, c=4294967295")));
 }
 
-TEST_F(Device_data_test, A_Snapshot_Into_A_Null_Buffer_Is_The_Driver_s_Business)
+TEST_F(Device_data_test, a_snapshot_into_a_null_buffer_is_the_driver_s_business)
 {
     EXPECT_EQ(device().get_snapshot_acquisition(nullptr, 0, 0, 0), 9109);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_GetSnapshotAcquisition", "buffer=0x0, a=0, b=0, c=0", 1)));
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_GetSnapshotAcquisition", 1)));
 }
 
-TEST_F(Device_data_test, A_Snapshot_Leaves_A_Running_Video_Alone)
+TEST_F(Device_data_test, a_snapshot_leaves_a_running_video_alone)
 {
     ASSERT_EQ(device().start_camera(), 0);
     auto buffer = image_of(0);
@@ -102,7 +102,7 @@ TEST_F(Device_data_test, A_Snapshot_Leaves_A_Running_Video_Alone)
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Device_data_test, Failures_Of_The_Driver_Are_Translated)
+TEST_F(Device_data_test, failures_of_the_driver_are_translated)
 {
     std::vector<std::uint8_t> buffer(8, 0xA5);
     std::uint32_t size = 77;
@@ -114,7 +114,7 @@ TEST_F(Device_data_test, Failures_Of_The_Driver_Are_Translated)
     EXPECT_THAT(buffer, Each(0xA5));
 }
 
-TEST_F(Device_data_test, Filters_Are_Accepted_And_Nothing_Is_Touched)
+TEST_F(Device_data_test, filters_are_accepted_and_nothing_is_touched)
 {
     const std::vector<std::uint8_t> buffer(8, 0xA5);
     EXPECT_EQ(device().read_filters(buffer.data(), buffer.data(), buffer.data()), 0);

@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(Driver_liberties, An_Image_Before_The_Start_Has_Returned_Is_Not_Looked_At)
+TEST_F(Driver_liberties, an_image_before_the_start_has_returned_is_not_looked_at)
 {
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StartCapture");
     open_device();
@@ -43,7 +43,7 @@ TEST_F(Driver_liberties, An_Image_Before_The_Start_Has_Returned_Is_Not_Looked_At
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Driver_liberties, Images_After_The_Driver_Has_Stopped_Are_Not_Looked_At)
+TEST_F(Driver_liberties, images_after_the_driver_has_stopped_are_not_looked_at)
 {
     running_device();  // stops first
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StopCapture", 2);
@@ -56,7 +56,7 @@ TEST_F(Driver_liberties, Images_After_The_Driver_Has_Stopped_Are_Not_Looked_At)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Driver_liberties, Images_During_And_After_A_Close_Are_Not_Looked_At)
+TEST_F(Driver_liberties, images_during_and_after_a_close_are_not_looked_at)
 {
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_CloseDevice");
     image_at(BRENVOZULTA_SIM_AFTER_CALL, "QXDR_CloseDevice");
@@ -67,7 +67,7 @@ TEST_F(Driver_liberties, Images_During_And_After_A_Close_Are_Not_Looked_At)
     expect_callbacks(2);
 }
 
-TEST_F(Driver_liberties, An_Image_Between_The_Drivers_Stop_And_Its_Return_Is_Answered_With_3)
+TEST_F(Driver_liberties, an_image_between_the_drivers_stop_and_its_return_is_answered_with_3)
 {
     running_device();
     ASSERT_EQ(brenvozulta_sim_block_return("QXDR_StopCapture"), 1);
@@ -78,7 +78,7 @@ TEST_F(Driver_liberties, An_Image_Between_The_Drivers_Stop_And_Its_Return_Is_Ans
     stopping.join();
 }
 
-TEST_F(Driver_liberties, An_Image_Of_Another_Size_Than_The_Configurations_Fills_As_Many_Bytes_As_It_Has)
+TEST_F(Driver_liberties, an_image_of_another_size_than_the_configurations_fills_as_many_bytes_as_it_has)
 {
     running_device();
     std::vector<std::uint8_t> buffer(100, 0);
@@ -90,7 +90,7 @@ TEST_F(Driver_liberties, An_Image_Of_Another_Size_Than_The_Configurations_Fills_
 }
 
 // Whatever the driver waits for, the callback is on its way out when the driver is told to stop.
-TEST_F(Driver_liberties, A_Stop_And_A_Close_That_Wait_For_The_Callback_Find_It_Woken)
+TEST_F(Driver_liberties, a_stop_and_a_close_that_wait_for_the_callback_find_it_woken)
 {
     running_device();
     brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
@@ -101,7 +101,7 @@ TEST_F(Driver_liberties, A_Stop_And_A_Close_That_Wait_For_The_Callback_Find_It_W
     EXPECT_EQ(device().close(), 0);
 }
 
-TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Callback_Finds_It_Woken_By_The_Stop)
+TEST_F(Driver_liberties, a_release_that_waits_for_the_callback_finds_it_woken_by_the_stop)
 {
     const std::uint32_t handle = open(first_scanner);
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);

@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Dropped_device, Nothing_Is_Stopped_Or_Closed)
+TEST_F(Dropped_device, nothing_is_stopped_or_closed)
 {
     running_device();
     auto buffer = image_of(0);
@@ -36,7 +36,7 @@ TEST_F(Dropped_device, Nothing_Is_Stopped_Or_Closed)
     EXPECT_EQ(buffer, image_of(0));
 }
 
-TEST_F(Dropped_device, A_Callback_That_Waits_Returns)
+TEST_F(Dropped_device, a_callback_that_waits_returns)
 {
     running_device();
     void* const context = brenvozulta_sim_callback_context();
@@ -47,7 +47,7 @@ TEST_F(Dropped_device, A_Callback_That_Waits_Returns)
     EXPECT_EQ(deliver_to(context, image_of(9)), 3);
 }
 
-TEST_F(Dropped_device, A_New_Device_At_The_Same_Scanner_Works_Beside_A_Callback_That_Waits)
+TEST_F(Dropped_device, a_new_device_at_the_same_scanner_works_beside_a_callback_that_waits)
 {
     running_device();
     deliver_waiting(image_of(9));
@@ -64,7 +64,7 @@ TEST_F(Dropped_device, A_New_Device_At_The_Same_Scanner_Works_Beside_A_Callback_
     EXPECT_EQ(next.close(), 0);
 }
 
-TEST_F(Dropped_device, Closed_By_Its_Handle_While_Video_Runs)
+TEST_F(Dropped_device, closed_by_its_handle_while_video_runs)
 {
     const std::uint32_t handle = running();
     void* const context = brenvozulta_sim_callback_context();
@@ -73,7 +73,7 @@ TEST_F(Dropped_device, Closed_By_Its_Handle_While_Video_Runs)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, Closed_By_Its_Handle_While_The_Callback_Waits)
+TEST_F(Dropped_device, closed_by_its_handle_while_the_callback_waits)
 {
     const std::uint32_t handle = running();
     deliver_waiting(image_of(9));
@@ -81,7 +81,7 @@ TEST_F(Dropped_device, Closed_By_Its_Handle_While_The_Callback_Waits)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
 }
 
-TEST_F(Dropped_device, A_Refused_Close_By_Handle_Drops_The_Device_All_The_Same)
+TEST_F(Dropped_device, a_refused_close_by_handle_drops_the_device_all_the_same)
 {
     const std::uint32_t handle = running();
     brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
@@ -91,7 +91,7 @@ TEST_F(Dropped_device, A_Refused_Close_By_Handle_Drops_The_Device_All_The_Same)
     EXPECT_EQ(deliver(image_of(1), image_width, image_height), 3);
 }
 
-TEST_F(Dropped_device, Terminated_While_Video_Runs)
+TEST_F(Dropped_device, terminated_while_video_runs)
 {
     running();
     void* const context = brenvozulta_sim_callback_context();
@@ -101,7 +101,7 @@ TEST_F(Dropped_device, Terminated_While_Video_Runs)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, Terminated_With_A_Device_That_Terminate_Does_Not_Close)
+TEST_F(Dropped_device, terminated_with_a_device_that_terminate_does_not_close)
 {
     brenvozulta_sim_attach(second_scanner);
     const std::uint32_t lower = open(first_scanner);
@@ -115,7 +115,7 @@ TEST_F(Dropped_device, Terminated_With_A_Device_That_Terminate_Does_Not_Close)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, Displaced_By_A_Later_Open_While_Video_Runs)
+TEST_F(Dropped_device, displaced_by_a_later_open_while_video_runs)
 {
     brenvozulta_sim_attach(second_scanner);
     brenvozulta_sim_attach("RQ7-3050 #3");

@@ -38,7 +38,7 @@ protected:
     std::ptrdiff_t before_ = 0;
 };
 
-TEST_F(Extraction_threads, Each_Start_Adds_One_And_A_Stop_Ends_At_Least_One)
+TEST_F(Extraction_threads, each_start_adds_one_and_a_stop_ends_at_least_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -52,7 +52,7 @@ TEST_F(Extraction_threads, Each_Start_Adds_One_And_A_Stop_Ends_At_Least_One)
     take_log();  // perhaps that the second thread found the stop answered
 }
 
-TEST_F(Extraction_threads, A_Stop_Ends_The_Only_One)
+TEST_F(Extraction_threads, a_stop_ends_the_only_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -60,7 +60,7 @@ TEST_F(Extraction_threads, A_Stop_Ends_The_Only_One)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, A_Suspend_Ends_The_Only_One)
+TEST_F(Extraction_threads, a_suspend_ends_the_only_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -68,7 +68,7 @@ TEST_F(Extraction_threads, A_Suspend_Ends_The_Only_One)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, They_End_With_Their_Device)
+TEST_F(Extraction_threads, they_end_with_their_device)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -78,7 +78,7 @@ TEST_F(Extraction_threads, They_End_With_Their_Device)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, They_End_When_Their_Device_Is_Opened_Again)
+TEST_F(Extraction_threads, they_end_when_their_device_is_opened_again)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -86,7 +86,7 @@ TEST_F(Extraction_threads, They_End_When_Their_Device_Is_Opened_Again)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, They_Outlive_A_Close_And_End_With_The_Device)
+TEST_F(Extraction_threads, they_outlive_a_close_and_end_with_the_device)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);

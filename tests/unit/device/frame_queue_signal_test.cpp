@@ -42,7 +42,7 @@ protected:
     boost::thread waiter_;
 };
 
-TEST_F(Frame_queue_signal, A_Wait_On_An_Empty_Queue_Ends_With_The_First_Request)
+TEST_F(Frame_queue_signal, a_wait_on_an_empty_queue_ends_with_the_first_request)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -50,7 +50,7 @@ TEST_F(Frame_queue_signal, A_Wait_On_An_Empty_Queue_Ends_With_The_First_Request)
     EXPECT_TRUE(returns());
 }
 
-TEST_F(Frame_queue_signal, A_Wait_Ends_With_A_Wake_Up)
+TEST_F(Frame_queue_signal, a_wait_ends_with_a_wake_up)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -58,7 +58,7 @@ TEST_F(Frame_queue_signal, A_Wait_Ends_With_A_Wake_Up)
     EXPECT_TRUE(returns());
 }
 
-TEST_F(Frame_queue_signal, A_Wake_Up_That_Nobody_Waits_For_Releases_One_Later_Wait)
+TEST_F(Frame_queue_signal, a_wake_up_that_nobody_waits_for_releases_one_later_wait)
 {
     queue_.wake_waiter();
     queue_.wake_waiter();
@@ -67,7 +67,7 @@ TEST_F(Frame_queue_signal, A_Wake_Up_That_Nobody_Waits_For_Releases_One_Later_Wa
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, A_Wait_With_Requests_Queued_Returns_At_Once_And_Leaves_The_Signal)
+TEST_F(Frame_queue_signal, a_wait_with_requests_queued_returns_at_once_and_leaves_the_signal)
 {
     queue_.add_request(&buffer_, 0);
     EXPECT_TRUE(passes());
@@ -78,7 +78,7 @@ TEST_F(Frame_queue_signal, A_Wait_With_Requests_Queued_Returns_At_Once_And_Leave
     EXPECT_TRUE(waits()) << "and consumed by one wait";
 }
 
-TEST_F(Frame_queue_signal, Requests_That_Are_Filled_Or_Taken_Still_Count_As_Queued)
+TEST_F(Frame_queue_signal, requests_that_are_filled_or_taken_still_count_as_queued)
 {
     queue_.wake_waiter();
     EXPECT_TRUE(passes());
@@ -93,7 +93,7 @@ TEST_F(Frame_queue_signal, Requests_That_Are_Filled_Or_Taken_Still_Count_As_Queu
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, Only_The_Request_That_Ends_The_Emptiness_Signals)
+TEST_F(Frame_queue_signal, only_the_request_that_ends_the_emptiness_signals)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -106,7 +106,7 @@ TEST_F(Frame_queue_signal, Only_The_Request_That_Ends_The_Emptiness_Signals)
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, A_Request_After_The_Queue_Was_Emptied_Signals_Again)
+TEST_F(Frame_queue_signal, a_request_after_the_queue_was_emptied_signals_again)
 {
     for (int round = 0; round < 2; ++round) {
         queue_.add_request(&buffer_, 0);
@@ -121,7 +121,7 @@ TEST_F(Frame_queue_signal, A_Request_After_The_Queue_Was_Emptied_Signals_Again)
     }
 }
 
-TEST_F(Frame_queue_signal, Clear_Does_Not_Wake_A_Wait)
+TEST_F(Frame_queue_signal, clear_does_not_wake_a_wait)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -129,7 +129,7 @@ TEST_F(Frame_queue_signal, Clear_Does_Not_Wake_A_Wait)
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, One_Wake_Up_Releases_One_Wait)
+TEST_F(Frame_queue_signal, one_wake_up_releases_one_wait)
 {
     std::atomic<int> returned{0};
     const auto wait = [&] {

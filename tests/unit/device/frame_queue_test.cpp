@@ -46,7 +46,7 @@ protected:
     std::array<Buffer, 32> buffers_ = {};
 };
 
-TEST_F(Frame_queue_test, Eight_Pending_Requests_Fit_And_A_Ninth_Does_Not)
+TEST_F(Frame_queue_test, eight_pending_requests_fit_and_a_ninth_does_not)
 {
     add(8);
     EXPECT_EQ(queue_.add_request(buffers_[8].data(), 8), 9104);
@@ -56,7 +56,7 @@ TEST_F(Frame_queue_test, Eight_Pending_Requests_Fit_And_A_Ninth_Does_Not)
     EXPECT_THAT(take_all(), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
 }
 
-TEST_F(Frame_queue_test, Ready_And_Taken_Requests_Count_Like_Pending_Ones)
+TEST_F(Frame_queue_test, ready_and_taken_requests_count_like_pending_ones)
 {
     add(8);
     for (unsigned char value = 1; value <= 5; ++value) {
@@ -71,7 +71,7 @@ TEST_F(Frame_queue_test, Ready_And_Taken_Requests_Count_Like_Pending_Ones)
     EXPECT_EQ(queue_.add_request(buffers_[9].data(), 9), 9104);
 }
 
-TEST_F(Frame_queue_test, A_Request_Goes_From_Pending_By_Ready_To_Taken)
+TEST_F(Frame_queue_test, a_request_goes_from_pending_by_ready_to_taken)
 {
     add(1, 7);
     EXPECT_FALSE(queue_.take_ready());
@@ -85,7 +85,7 @@ TEST_F(Frame_queue_test, A_Request_Goes_From_Pending_By_Ready_To_Taken)
     EXPECT_THAT(buffers_[7], Each(5));
 }
 
-TEST_F(Frame_queue_test, A_New_Request_Is_Pending_And_Holds_What_It_Was_Given)
+TEST_F(Frame_queue_test, a_new_request_is_pending_and_holds_what_it_was_given)
 {
     const Frame_data frame(buffers_.data(), 0xFEDCBA9876543210u, 0xFFFFFFFFu);
     EXPECT_EQ(frame.frame_status, 0u);
@@ -94,7 +94,7 @@ TEST_F(Frame_queue_test, A_New_Request_Is_Pending_And_Holds_What_It_Was_Given)
     EXPECT_EQ(frame.frame_id, 0xFFFFFFFFu);
 }
 
-TEST_F(Frame_queue_test, The_Oldest_Pending_Request_Is_Filled_And_The_Oldest_Ready_One_Taken)
+TEST_F(Frame_queue_test, the_oldest_pending_request_is_filled_and_the_oldest_ready_one_taken)
 {
     add(3);
     fill(1);
@@ -110,7 +110,7 @@ TEST_F(Frame_queue_test, The_Oldest_Pending_Request_Is_Filled_And_The_Oldest_Rea
     EXPECT_THAT(take_all(), ElementsAre(2, 3));
 }
 
-TEST_F(Frame_queue_test, Exactly_The_Size_Is_Copied)
+TEST_F(Frame_queue_test, exactly_the_size_is_copied)
 {
     add(1);
     const Buffer image = {1, 2, 3, 4};
@@ -119,7 +119,7 @@ TEST_F(Frame_queue_test, Exactly_The_Size_Is_Copied)
     EXPECT_TRUE(queue_.take_ready());
 }
 
-TEST_F(Frame_queue_test, Without_A_Pending_Request_An_Image_Is_Lost)
+TEST_F(Frame_queue_test, without_a_pending_request_an_image_is_lost)
 {
     EXPECT_EQ(fill(1), 0);
     add(2);
@@ -132,7 +132,7 @@ TEST_F(Frame_queue_test, Without_A_Pending_Request_An_Image_Is_Lost)
     EXPECT_THAT(take_all(), ElementsAre(1));
 }
 
-TEST_F(Frame_queue_test, Clear_Drops_Requests_Of_Every_Status)
+TEST_F(Frame_queue_test, clear_drops_requests_of_every_status)
 {
     add(8);
     fill(1);
@@ -147,7 +147,7 @@ TEST_F(Frame_queue_test, Clear_Drops_Requests_Of_Every_Status)
     EXPECT_EQ(queue_.add_request(buffers_[16].data(), 16), 9104);
 }
 
-TEST_F(Frame_queue_test, Remove_Takes_The_One_Request_And_Keeps_The_Order_Of_The_Rest)
+TEST_F(Frame_queue_test, remove_takes_the_one_request_and_keeps_the_order_of_the_rest)
 {
     add(4);
     for (unsigned char value = 1; value <= 4; ++value) {
@@ -163,7 +163,7 @@ TEST_F(Frame_queue_test, Remove_Takes_The_One_Request_And_Keeps_The_Order_Of_The
     EXPECT_EQ(queue_.add_request(buffers_[11].data(), 11), 9104) << "the first is still there";
 }
 
-TEST_F(Frame_queue_test, The_Numbers_Of_The_Requests_Run_Through_All_Queues)
+TEST_F(Frame_queue_test, the_numbers_of_the_requests_run_through_all_queues)
 {
     Frame_queue other;
     const auto next_id = [this](Frame_queue& queue) {
@@ -183,7 +183,7 @@ TEST_F(Frame_queue_test, The_Numbers_Of_The_Requests_Run_Through_All_Queues)
     EXPECT_EQ(next_id(other), start + 11) << "a refused request has no number";
 }
 
-TEST_F(Frame_queue_test, A_Queue_That_Ends_Leaves_The_Buffers_To_The_Host)
+TEST_F(Frame_queue_test, a_queue_that_ends_leaves_the_buffers_to_the_host)
 {
     {
         Frame_queue ending;

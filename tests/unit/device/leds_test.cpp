@@ -43,7 +43,7 @@ protected:
     const DevUI group_a_ = {{1, 2, 3, 0}, {}, {}, 1, 0, 0};
 };
 
-TEST_F(Leds, A_Freshly_Opened_Device_Shows_Nothing)
+TEST_F(Leds, a_freshly_opened_device_shows_nothing)
 {
     open_device();
     EXPECT_TRUE(shown() == DevUI{});
@@ -54,7 +54,7 @@ TEST_F(Leds, A_Freshly_Opened_Device_Shows_Nothing)
     EXPECT_EQ(told_, 0);
 }
 
-TEST_F(Leds, A_Record_Is_Stored_Sent_And_Told)
+TEST_F(Leds, a_record_is_stored_sent_and_told)
 {
     open_device();
     watch();
@@ -64,7 +64,7 @@ TEST_F(Leds, A_Record_Is_Stored_Sent_And_Told)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, The_Same_Record_Again_Is_Neither_Sent_Nor_Told)
+TEST_F(Leds, the_same_record_again_is_neither_sent_nor_told)
 {
     open_device();
     watch();
@@ -75,7 +75,7 @@ TEST_F(Leds, The_Same_Record_Again_Is_Neither_Sent_Nor_Told)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, A_Change_Of_Any_One_Word_Is_Sent)
+TEST_F(Leds, a_change_of_any_one_word_is_sent)
 {
     open_device();
     ASSERT_EQ(device().set_device_ui(&group_a_), 0);
@@ -92,7 +92,7 @@ TEST_F(Leds, A_Change_Of_Any_One_Word_Is_Sent)
     }
 }
 
-TEST_F(Leds, Groups_That_Are_Not_Sent_Are_Stored)
+TEST_F(Leds, groups_that_are_not_sent_are_stored)
 {
     open_device();
     const DevUI ui = {{1, 0, 0, 0}, {7, 8, 9, 10}, {2, 3}, 5, 0, 6};
@@ -101,7 +101,7 @@ TEST_F(Leds, Groups_That_Are_Not_Sent_Are_Stored)
     EXPECT_TRUE(shown() == ui);
 }
 
-TEST_F(Leds, With_No_Group_Switched_On_All_Is_Turned_Off)
+TEST_F(Leds, with_no_group_switched_on_all_is_turned_off)
 {
     open_device();
     watch();
@@ -113,7 +113,7 @@ TEST_F(Leds, With_No_Group_Switched_On_All_Is_Turned_Off)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, The_Driver_s_Own_Result_Comes_Back_And_The_Record_Counts_As_Shown)
+TEST_F(Leds, the_driver_s_own_result_comes_back_and_the_record_counts_as_shown)
 {
     open_device();
     watch();
@@ -132,7 +132,7 @@ TEST_F(Leds, The_Driver_s_Own_Result_Comes_Back_And_The_Record_Counts_As_Shown)
     }
 }
 
-TEST_F(Leds, The_Record_Is_Stored_Before_The_Command_And_The_Host_Told_After_It)
+TEST_F(Leds, the_record_is_stored_before_the_command_and_the_host_told_after_it)
 {
     open_device();
     struct Seen {
@@ -153,7 +153,7 @@ TEST_F(Leds, The_Record_Is_Stored_Before_The_Command_And_The_Host_Told_After_It)
     EXPECT_EQ(seen.commands, 1u);
 }
 
-TEST_F(Leds, The_Turn_Off_Line_Comes_Before_The_Driver_s_Failure)
+TEST_F(Leds, the_turn_off_line_comes_before_the_driver_s_failure)
 {
     open_device();
     brenvozulta_sim_fail("QXDR_SetLeds", 9, 1);
@@ -162,7 +162,7 @@ TEST_F(Leds, The_Turn_Off_Line_Comes_Before_The_Driver_s_Failure)
     EXPECT_THAT(take_log(), ElementsAre(nothing_on_line, driver_error_line("QXDR_SetLeds", 9)));
 }
 
-TEST_F(Leds, A_Null_Callback_Ends_The_Telling)
+TEST_F(Leds, a_null_callback_ends_the_telling)
 {
     open_device();
     watch();
@@ -171,7 +171,7 @@ TEST_F(Leds, A_Null_Callback_Ends_The_Telling)
     EXPECT_EQ(told_, 0);
 }
 
-TEST_F(Leds, A_Callback_May_Have_A_Null_Context)
+TEST_F(Leds, a_callback_may_have_a_null_context)
 {
     open_device();
     static bool was_null = false;
@@ -180,7 +180,7 @@ TEST_F(Leds, A_Callback_May_Have_A_Null_Context)
     EXPECT_TRUE(was_null);
 }
 
-TEST_F(Leds, A_Null_Place_For_The_Record_Is_9109)
+TEST_F(Leds, a_null_place_for_the_record_is_9109)
 {
     open_device();
     EXPECT_EQ(device().get_device_ui(nullptr), 9109);
@@ -188,7 +188,7 @@ TEST_F(Leds, A_Null_Place_For_The_Record_Is_9109)
 }
 
 // The exports hold a lock meanwhile, which the same thread may take again.
-TEST_F(Leds, A_Callback_May_Call_The_Library)
+TEST_F(Leds, a_callback_may_call_the_library)
 {
     struct Host {
         std::uint32_t handle;
@@ -213,7 +213,7 @@ TEST_F(Leds, A_Callback_May_Call_The_Library)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_SetLeds", "QXDR_SetLeds"));
 }
 
-TEST_F(Leds, Commands_Accept_Every_Parameter_And_Value_Without_Effect)
+TEST_F(Leds, commands_accept_every_parameter_and_value_without_effect)
 {
     open_device();
     for (const std::uint8_t parameter : {std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{255}}) {

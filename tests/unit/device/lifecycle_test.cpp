@@ -25,14 +25,14 @@ std::string all_leds_off(std::uint32_t result = 0)
     return scanner_call("QXDR_SetLeds", "area=0, pattern=0, on=0, fifth=0", result);
 }
 
-TEST_F(Lifecycle, Construction_And_Destruction_Touch_Neither_Driver_Nor_Log)
+TEST_F(Lifecycle, construction_and_destruction_touch_neither_driver_nor_log)
 {
     EXPECT_FALSE(device().disconnected());
     drop_device();
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Lifecycle, Open_Opens_Registers_And_Switches_The_Leds_Off)
+TEST_F(Lifecycle, open_opens_registers_and_switches_the_leds_off)
 {
     EXPECT_EQ(device().open(first_scanner, 0), 0);
 
@@ -46,20 +46,20 @@ TEST_F(Lifecycle, Open_Opens_Registers_And_Switches_The_Leds_Off)
     EXPECT_EQ(brenvozulta_sim_callback_context(), &device());
 }
 
-TEST_F(Lifecycle, The_Open_Option_Is_Not_Used)
+TEST_F(Lifecycle, the_open_option_is_not_used)
 {
     EXPECT_EQ(device().open(first_scanner, 0xFF), 0);
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_OpenDevice", "QXDR_SetCallbackAcquisition", "QXDR_SetLeds"));
 }
 
-TEST_F(Lifecycle, The_Name_Reaches_The_Driver_Up_To_Its_Terminator)
+TEST_F(Lifecycle, the_name_reaches_the_driver_up_to_its_terminator)
 {
     const std::string name = std::string(first_scanner) + '\0' + "more";
     EXPECT_EQ(device().open(name, 0), 0);
     EXPECT_EQ(device().name(), name);
 }
 
-TEST_F(Lifecycle, A_Refused_Open_Ends_There_With_The_Translated_Result)
+TEST_F(Lifecycle, a_refused_open_ends_there_with_the_translated_result)
 {
     for (const auto& [result, status] : translations()) {
         brenvozulta_sim_fail("QXDR_OpenDevice", result, 1);
@@ -71,7 +71,7 @@ TEST_F(Lifecycle, A_Refused_Open_Ends_There_With_The_Translated_Result)
     }
 }
 
-TEST_F(Lifecycle, A_Refused_Callback_Leaves_The_Scanner_Open_In_The_Driver)
+TEST_F(Lifecycle, a_refused_callback_leaves_the_scanner_open_in_the_driver)
 {
     for (const auto& [result, status] : translations()) {
         brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", result, 1);
@@ -84,7 +84,7 @@ TEST_F(Lifecycle, A_Refused_Callback_Leaves_The_Scanner_Open_In_The_Driver)
     }
 }
 
-TEST_F(Lifecycle, Leds_That_Cannot_Be_Switched_Off_Are_Ignored)
+TEST_F(Lifecycle, leds_that_cannot_be_switched_off_are_ignored)
 {
     for (const auto& translation : translations()) {
         brenvozulta_sim_fail("QXDR_SetLeds", translation.result, 1);
@@ -94,7 +94,7 @@ TEST_F(Lifecycle, Leds_That_Cannot_Be_Switched_Off_Are_Ignored)
     EXPECT_EQ(device().start_camera(), 0);
 }
 
-TEST_F(Lifecycle, A_Device_Whose_Open_Failed_Can_Be_Opened)
+TEST_F(Lifecycle, a_device_whose_open_failed_can_be_opened)
 {
     brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
     EXPECT_EQ(device().open("elsewhere", 0), 9005);
@@ -103,7 +103,7 @@ TEST_F(Lifecycle, A_Device_Whose_Open_Failed_Can_Be_Opened)
     EXPECT_EQ(device().name(), first_scanner);
 }
 
-TEST_F(Lifecycle, A_Later_Open_Starts_With_Fresh_Records)
+TEST_F(Lifecycle, a_later_open_starts_with_fresh_records)
 {
     running_device();
     DevUI ui = {};
@@ -120,7 +120,7 @@ TEST_F(Lifecycle, A_Later_Open_Starts_With_Fresh_Records)
     EXPECT_EQ(device().set_device_ui(&ui), 0);
 }
 
-TEST_F(Lifecycle, A_Later_Open_Has_A_Queue_Without_The_Signal_Of_The_Earlier_One)
+TEST_F(Lifecycle, a_later_open_has_a_queue_without_the_signal_of_the_earlier_one)
 {
     running_device();
     auto buffer = image_of(0);
@@ -132,7 +132,7 @@ TEST_F(Lifecycle, A_Later_Open_Has_A_Queue_Without_The_Signal_Of_The_Earlier_One
     EXPECT_EQ(buffer, image_of(0));
 }
 
-TEST_F(Lifecycle, Opening_A_Second_Scanner_Moves_The_Callback_To_It)
+TEST_F(Lifecycle, opening_a_second_scanner_moves_the_callback_to_it)
 {
     brenvozulta_sim_attach(second_scanner);
     open_device();
@@ -143,7 +143,7 @@ TEST_F(Lifecycle, Opening_A_Second_Scanner_Moves_The_Callback_To_It)
     EXPECT_EQ(device().driver_handle(), brenvozulta_sim_handle(first_scanner));
 }
 
-TEST_F(Lifecycle, Reset_Resets_The_Scanner_Whatever_The_Handle)
+TEST_F(Lifecycle, reset_resets_the_scanner_whatever_the_handle)
 {
     open_device();
     brenvozulta_sim_fail("QXDR_ResetDevice", 0, 2);  // accepted, without the restart
@@ -152,7 +152,7 @@ TEST_F(Lifecycle, Reset_Resets_The_Scanner_Whatever_The_Handle)
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_ResetDevice"), scanner_call("QXDR_ResetDevice")));
 }
 
-TEST_F(Lifecycle, A_Refused_Reset_Returns_The_Translated_Result)
+TEST_F(Lifecycle, a_refused_reset_returns_the_translated_result)
 {
     open_device();
     for (const auto& [result, status] : translations()) {
@@ -163,7 +163,7 @@ TEST_F(Lifecycle, A_Refused_Reset_Returns_The_Translated_Result)
     EXPECT_EQ(device().close(), 0);
 }
 
-TEST_F(Lifecycle, Reset_Leaves_A_Running_Video_Untouched)
+TEST_F(Lifecycle, reset_leaves_a_running_video_untouched)
 {
     running_device();
     auto buffer = image_of(0);
@@ -178,14 +178,14 @@ TEST_F(Lifecycle, Reset_Leaves_A_Running_Video_Untouched)
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Lifecycle, A_Refused_Reset_Shows_The_Address_Of_The_Text_As_Its_Number)
+TEST_F(Lifecycle, a_refused_reset_shows_the_address_of_the_text_as_its_number)
 {
     EXPECT_EQ(device().reset(0), 9110);
     EXPECT_THAT(take_log(), ElementsAre(address_line()));
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Lifecycle, The_Disconnected_Mark_Hinders_No_Operation)
+TEST_F(Lifecycle, the_disconnected_mark_hinders_no_operation)
 {
     device().set_disconnected(true);
     running_device();
@@ -197,7 +197,7 @@ TEST_F(Lifecycle, The_Disconnected_Mark_Hinders_No_Operation)
     EXPECT_FALSE(device().disconnected());
 }
 
-TEST_F(Lifecycle, An_Open_Device_That_Ends_Leaves_The_Scanner_Open)
+TEST_F(Lifecycle, an_open_device_that_ends_leaves_the_scanner_open)
 {
     open_device();
     drop_device();

@@ -12,7 +12,7 @@ namespace {
 
 using namespace kvs::brenvozulta;
 
-TEST(Process_end, A_Process_At_Work_Is_Not_Ending)
+TEST(Process_end, a_process_at_work_is_not_ending)
 {
     EXPECT_FALSE(process_is_ending());
 }
@@ -30,12 +30,12 @@ private:
     HMODULE system_ = nullptr;
 };
 
-TEST_F(Ending_process, Is_Known_By_The_Systems_Word)
+TEST_F(Ending_process, is_known_by_the_systems_word)
 {
     EXPECT_TRUE(process_is_ending());
 }
 
-TEST_F(Ending_process, No_Thread_Is_Left_To_Answer_A_Stop)
+TEST_F(Ending_process, no_thread_is_left_to_answer_a_stop)
 {
     Stop_handshake handshake;
     Video_data video;

@@ -27,13 +27,13 @@ protected:
     Stop_handshake handshake;
 };
 
-TEST_F(Stop_handshake_test, A_Begin_Runs_The_Video)
+TEST_F(Stop_handshake_test, a_begin_runs_the_video)
 {
     begin();
     EXPECT_EQ(video.video_state, VIDEO_RUNNING);
 }
 
-TEST_F(Stop_handshake_test, A_Wait_Ends_With_The_Answer)
+TEST_F(Stop_handshake_test, a_wait_ends_with_the_answer)
 {
     begin();
     boost::thread waiting([&] { handshake.wait(); });
@@ -43,7 +43,7 @@ TEST_F(Stop_handshake_test, A_Wait_Ends_With_The_Answer)
     EXPECT_TRUE(waiting.try_join_for(patience));
 }
 
-TEST_F(Stop_handshake_test, A_Wait_After_The_Answer_Returns_At_Once)
+TEST_F(Stop_handshake_test, a_wait_after_the_answer_returns_at_once)
 {
     begin();
     EXPECT_TRUE(answer_request());
@@ -52,7 +52,7 @@ TEST_F(Stop_handshake_test, A_Wait_After_The_Answer_Returns_At_Once)
 }
 
 // A thread that has seen a request and is then held up may find anything.
-TEST_F(Stop_handshake_test, What_Is_No_Request_Is_Not_Answered)
+TEST_F(Stop_handshake_test, what_is_no_request_is_not_answered)
 {
     begin();
     for (const Video_state state : {VIDEO_IDLE, VIDEO_RUNNING, VIDEO_STOPPED}) {
@@ -66,7 +66,7 @@ TEST_F(Stop_handshake_test, What_Is_No_Request_Is_Not_Answered)
     EXPECT_TRUE(waiting.try_join_for(patience));
 }
 
-TEST_F(Stop_handshake_test, A_Second_Answer_Is_An_Error_And_Stops_The_Video_All_The_Same)
+TEST_F(Stop_handshake_test, a_second_answer_is_an_error_and_stops_the_video_all_the_same)
 {
     begin();
     EXPECT_TRUE(answer_request());
@@ -74,7 +74,7 @@ TEST_F(Stop_handshake_test, A_Second_Answer_Is_An_Error_And_Stops_The_Video_All_
     EXPECT_EQ(video.video_state, VIDEO_STOPPED);
 }
 
-TEST_F(Stop_handshake_test, A_Start_Without_A_Thread_Fulfils_It_Itself)
+TEST_F(Stop_handshake_test, a_start_without_a_thread_fulfils_it_itself)
 {
     begin();
     handshake.fulfil();
@@ -83,7 +83,7 @@ TEST_F(Stop_handshake_test, A_Start_Without_A_Thread_Fulfils_It_Itself)
     EXPECT_THROW(handshake.fulfil(), boost::promise_already_satisfied);
 }
 
-TEST_F(Stop_handshake_test, A_Second_Wait_Is_An_Error)
+TEST_F(Stop_handshake_test, a_second_wait_is_an_error)
 {
     begin();
     EXPECT_TRUE(answer_request());
@@ -91,7 +91,7 @@ TEST_F(Stop_handshake_test, A_Second_Wait_Is_An_Error)
     EXPECT_THROW(handshake.wait(), boost::future_already_retrieved);
 }
 
-TEST_F(Stop_handshake_test, Begun_Again_It_Is_Waited_For_And_Answered_Anew)
+TEST_F(Stop_handshake_test, begun_again_it_is_waited_for_and_answered_anew)
 {
     for (int round = 0; round < 3; ++round) {
         begin();
@@ -102,7 +102,7 @@ TEST_F(Stop_handshake_test, Begun_Again_It_Is_Waited_For_And_Answered_Anew)
     }
 }
 
-TEST_F(Stop_handshake_test, One_That_Was_Never_Begun_Works_As_Well)
+TEST_F(Stop_handshake_test, one_that_was_never_begun_works_as_well)
 {
     EXPECT_TRUE(answer_request());
     handshake.wait();

@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(Thread_failure, Leaves_The_Device_As_An_Exception)
+TEST_F(Thread_failure, leaves_the_device_as_an_exception)
 {
     open_device();
     refuse_thread_after(the_driver_s_own);
@@ -37,7 +37,7 @@ TEST_F(Thread_failure, Leaves_The_Device_As_An_Exception)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Thread_failure, Is_9000_For_The_Host_And_The_Capture_Goes_On)
+TEST_F(Thread_failure, is_9000_for_the_host_and_the_capture_goes_on)
 {
     const std::uint32_t handle = open();
     EXPECT_EQ(start_without_thread(handle), 9000);
@@ -49,7 +49,7 @@ TEST_F(Thread_failure, Is_9000_For_The_Host_And_The_Capture_Goes_On)
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Thread_failure, A_Later_Stop_Does_Not_Wait_And_A_Later_Start_Works)
+TEST_F(Thread_failure, a_later_stop_does_not_wait_and_a_later_start_works)
 {
     const std::uint32_t handle = open();
     ASSERT_EQ(start_without_thread(handle), 9000);
@@ -60,7 +60,7 @@ TEST_F(Thread_failure, A_Later_Stop_Does_Not_Wait_And_A_Later_Start_Works)
     EXPECT_EQ(VyraStopVideo(handle), 0);
 }
 
-TEST_F(Thread_failure, A_Second_Start_That_Fails_So_Does_Not_Hold_Up_The_Stop)
+TEST_F(Thread_failure, a_second_start_that_fails_so_does_not_hold_up_the_stop)
 {
     const std::uint32_t handle = open();
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);

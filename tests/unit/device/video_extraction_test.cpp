@@ -43,7 +43,7 @@ protected:
     Stop_handshake handshake_;
 };
 
-TEST_F(Video_extraction_test, It_Answers_A_Stop_Request)
+TEST_F(Video_extraction_test, it_answers_a_stop_request)
 {
     video_.video_state = video_stop_requested;
     run_here();
@@ -51,7 +51,7 @@ TEST_F(Video_extraction_test, It_Answers_A_Stop_Request)
     handshake_.wait();
 }
 
-TEST_F(Video_extraction_test, It_Polls_Through_Every_Other_State)
+TEST_F(Video_extraction_test, it_polls_through_every_other_state)
 {
     boost::thread extraction = run_beside();
     for (const std::uint32_t state : {video_idle, video_running, video_stopped}) {
@@ -64,7 +64,7 @@ TEST_F(Video_extraction_test, It_Polls_Through_Every_Other_State)
     EXPECT_EQ(video_.video_state, video_stopped);
 }
 
-TEST_F(Video_extraction_test, The_Video_Is_Stopped_Before_The_Handshake_Is_Fulfilled)
+TEST_F(Video_extraction_test, the_video_is_stopped_before_the_handshake_is_fulfilled)
 {
     boost::thread extraction = run_beside();
     std::uint32_t seen = video_idle;
@@ -78,7 +78,7 @@ TEST_F(Video_extraction_test, The_Video_Is_Stopped_Before_The_Handshake_Is_Fulfi
     EXPECT_EQ(seen, video_stopped);
 }
 
-TEST_F(Video_extraction_test, It_Ends_When_Its_Device_Is_Dropped_And_Leaves_The_State)
+TEST_F(Video_extraction_test, it_ends_when_its_device_is_dropped_and_leaves_the_state)
 {
     video_.video_state = video_running;
     boost::thread extraction = run_beside();
@@ -88,7 +88,7 @@ TEST_F(Video_extraction_test, It_Ends_When_Its_Device_Is_Dropped_And_Leaves_The_
     EXPECT_EQ(video_.video_state, video_running);
 }
 
-TEST_F(Video_extraction_test, It_Ends_At_Once_When_Its_Device_Is_Dropped_Already)
+TEST_F(Video_extraction_test, it_ends_at_once_when_its_device_is_dropped_already)
 {
     video_.dropped = true;
     for (const std::uint32_t state : {video_running, video_stop_requested}) {
@@ -100,7 +100,7 @@ TEST_F(Video_extraction_test, It_Ends_At_Once_When_Its_Device_Is_Dropped_Already
 
 // Requests and starts in turn, as fast as they go: no request is answered for the start after it, whose state stays
 // until it is stopped itself.
-TEST_F(Video_extraction_test, A_Request_That_A_Start_Ended_Is_Missed)
+TEST_F(Video_extraction_test, a_request_that_a_start_ended_is_missed)
 {
     video_.video_state = video_stopped;
     for (int round = 0; round < 2000; ++round) {
@@ -126,7 +126,7 @@ TEST_F(Video_extraction_test, A_Request_That_A_Start_Ended_Is_Missed)
     EXPECT_THAT(take_log(), testing::IsEmpty());
 }
 
-TEST_F(Video_extraction_test, It_Logs_That_Another_Was_Quicker)
+TEST_F(Video_extraction_test, it_logs_that_another_was_quicker)
 {
     video_.video_state = video_stop_requested;
     run_here();
@@ -137,7 +137,7 @@ TEST_F(Video_extraction_test, It_Logs_That_Another_Was_Quicker)
     handshake_.wait();
 }
 
-TEST_F(Video_extraction_test, Two_Starts_Leave_Two_Threads_Of_Which_One_Answers_And_One_Logs)
+TEST_F(Video_extraction_test, two_starts_leave_two_threads_of_which_one_answers_and_one_logs)
 {
     running_device();
     ASSERT_EQ(device().start_camera(), 0);
@@ -154,7 +154,7 @@ TEST_F(Video_extraction_test, Two_Starts_Leave_Two_Threads_Of_Which_One_Answers_
     EXPECT_EQ(device().stop_video(), 0);
 }
 
-TEST_F(Video_extraction_test, A_Stop_After_Two_Starts_Returns)
+TEST_F(Video_extraction_test, a_stop_after_two_starts_returns)
 {
     running_device();
     ASSERT_EQ(device().start_camera(), 0);
@@ -166,7 +166,7 @@ TEST_F(Video_extraction_test, A_Stop_After_Two_Starts_Returns)
     take_log();
 }
 
-TEST_F(Video_extraction_test, A_Stop_After_Two_Starts_And_A_Suspend_Does_Not_Wait)
+TEST_F(Video_extraction_test, a_stop_after_two_starts_and_a_suspend_does_not_wait)
 {
     running_device();
     ASSERT_EQ(device().start_camera(), 0);

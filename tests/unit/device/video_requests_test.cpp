@@ -59,20 +59,20 @@ protected:
     std::vector<std::vector<std::uint8_t>> buffers_{9, image_of(0)};
 };
 
-TEST_F(Video_requests, In_Idle_Both_Are_Refused)
+TEST_F(Video_requests, in_idle_both_are_refused)
 {
     open_device();
     expect_stopped();
 }
 
-TEST_F(Video_requests, While_A_Stop_Is_Requested_Both_Are_Refused)
+TEST_F(Video_requests, while_a_stop_is_requested_both_are_refused)
 {
     open_device();
     device().request_stop();
     expect_stopped();
 }
 
-TEST_F(Video_requests, When_Stopped_Both_Are_Refused_Until_The_Next_Start)
+TEST_F(Video_requests, when_stopped_both_are_refused_until_the_next_start)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -84,7 +84,7 @@ TEST_F(Video_requests, When_Stopped_Both_Are_Refused_Until_The_Next_Start)
     EXPECT_EQ(submit_buffer(0), 0);
 }
 
-TEST_F(Video_requests, A_Null_Buffer_Is_9109_And_Its_Line_Says_9105)
+TEST_F(Video_requests, a_null_buffer_is_9109_and_its_line_says_9105)
 {
     running_device();
     EXPECT_EQ(device().submit_video_request(nullptr, 1), 9109);
@@ -92,7 +92,7 @@ TEST_F(Video_requests, A_Null_Buffer_Is_9109_And_Its_Line_Says_9105)
     expect_nothing_ready();
 }
 
-TEST_F(Video_requests, Eight_Requests_Fit_And_The_Ninth_Is_9104)
+TEST_F(Video_requests, eight_requests_fit_and_the_ninth_is_9104)
 {
     running_device();
     for (std::size_t number = 0; number < 8; ++number) {
@@ -105,7 +105,7 @@ TEST_F(Video_requests, Eight_Requests_Fit_And_The_Ninth_Is_9104)
     take_log();
 }
 
-TEST_F(Video_requests, The_Ninth_Is_9104_Also_When_The_Eight_Are_Filled)
+TEST_F(Video_requests, the_ninth_is_9104_also_when_the_eight_are_filled)
 {
     running_device();
     for (std::size_t number = 0; number < 8; ++number) {
@@ -118,7 +118,7 @@ TEST_F(Video_requests, The_Ninth_Is_9104_Also_When_The_Eight_Are_Filled)
     EXPECT_EQ(submit_buffer(8), 0) << "a result that was fetched makes room";
 }
 
-TEST_F(Video_requests, A_Get_Before_Any_Image_Leaves_The_Request_Queued)
+TEST_F(Video_requests, a_get_before_any_image_leaves_the_request_queued)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -128,7 +128,7 @@ TEST_F(Video_requests, A_Get_Before_Any_Image_Leaves_The_Request_Queued)
     expect_nothing_ready();
 }
 
-TEST_F(Video_requests, Two_Images_Fill_Two_Of_Three_Requests_In_Their_Order)
+TEST_F(Video_requests, two_images_fill_two_of_three_requests_in_their_order)
 {
     running_device();
     for (std::size_t number = 0; number < 3; ++number) {
@@ -143,7 +143,7 @@ TEST_F(Video_requests, Two_Images_Fill_Two_Of_Three_Requests_In_Their_Order)
     expect_result(2, 3);
 }
 
-TEST_F(Video_requests, Without_A_Place_For_The_Context_The_Buffer_Is_Returned)
+TEST_F(Video_requests, without_a_place_for_the_context_the_buffer_is_returned)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -153,7 +153,7 @@ TEST_F(Video_requests, Without_A_Place_For_The_Context_The_Buffer_Is_Returned)
     EXPECT_EQ(buffer, buffers_[0].data());
 }
 
-TEST_F(Video_requests, The_Same_Buffer_May_Be_Handed_In_Twice)
+TEST_F(Video_requests, the_same_buffer_may_be_handed_in_twice)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -165,7 +165,7 @@ TEST_F(Video_requests, The_Same_Buffer_May_Be_Handed_In_Twice)
 }
 
 // The driver's own thread and pace against a host that polls.
-TEST_F(Video_requests, Images_Of_A_Capture_Reach_The_Host_In_Order)
+TEST_F(Video_requests, images_of_a_capture_reach_the_host_in_order)
 {
     running_device();
     const std::vector<std::uint8_t> empty(1600 * 1500, 0);

@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(Log_fault_test, LineCostsFourWritesAndOneFlush)
+TEST_F(Log_fault_test, line_costs_four_writes_and_one_flush)
 {
     configure(everything);
     write_lines(1, line);
@@ -40,7 +40,7 @@ TEST_F(Log_fault_test, LineCostsFourWritesAndOneFlush)
     EXPECT_EQ(calls("SHGetKnownFolderPath"), 0u) << "the folder is only asked for when a file is opened or rotated";
 }
 
-TEST_F(Log_fault_test, DisabledLineIsNotEvenFormatted)
+TEST_F(Log_fault_test, disabled_line_is_not_even_formatted)
 {
     configure(1);
     win32_double::clear();
@@ -52,7 +52,7 @@ TEST_F(Log_fault_test, DisabledLineIsNotEvenFormatted)
     EXPECT_EQ(calls("wvsprintfA"), 1u);
 }
 
-TEST_F(Log_fault_test, WriteThatFailsIsReportedAndNotFlushed)
+TEST_F(Log_fault_test, write_that_fails_is_reported_and_not_flushed)
 {
     configure(everything);
     write_lines(1, line);
@@ -63,7 +63,7 @@ TEST_F(Log_fault_test, WriteThatFailsIsReportedAndNotFlushed)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line) + prefix_size) << "the earlier pieces stay";
 }
 
-TEST_F(Log_fault_test, EarlierPiecesThatFailAreNotMissed)
+TEST_F(Log_fault_test, earlier_pieces_that_fail_are_not_missed)
 {
     configure(everything);
     write_lines(1, line);
@@ -74,14 +74,14 @@ TEST_F(Log_fault_test, EarlierPiecesThatFailAreNotMissed)
     EXPECT_EQ(file_bytes(log_path()).substr(size_on_disk(line)), "kept\r\r\n");
 }
 
-TEST_F(Log_fault_test, FlushThatFailsIsNotReported)
+TEST_F(Log_fault_test, flush_that_fails_is_not_reported)
 {
     configure(everything);
     win32_double::fail("_commit", 1, EIO);
     EXPECT_EQ(log_write(line), written);
 }
 
-TEST_F(Log_fault_test, ContentsAreLostWhenTheFileCannotBeMoved)
+TEST_F(Log_fault_test, contents_are_lost_when_the_file_cannot_be_moved)
 {
     create_file(previous_log_path(), "older");
     configure(everything, line_size);
@@ -92,7 +92,7 @@ TEST_F(Log_fault_test, ContentsAreLostWhenTheFileCannotBeMoved)
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
 }
 
-TEST_F(Log_fault_test, LineIsDroppedWhenRotationCannotOpenTheFileAgainAndTheNextLineTriesAgain)
+TEST_F(Log_fault_test, line_is_dropped_when_rotation_cannot_open_the_file_again_and_the_next_line_tries_again)
 {
     configure(everything, line_size);
     write_lines(1, line);
@@ -104,7 +104,7 @@ TEST_F(Log_fault_test, LineIsDroppedWhenRotationCannotOpenTheFileAgainAndTheNext
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
 }
 
-TEST_F(Log_fault_test, LineIsDroppedWhenTheRotationAtOpeningCannotOpenTheFileAgain)
+TEST_F(Log_fault_test, line_is_dropped_when_the_rotation_at_opening_cannot_open_the_file_again)
 {
     create_file(log_path(), std::string(100, 'o'));
     configure(everything, 100);
@@ -114,7 +114,7 @@ TEST_F(Log_fault_test, LineIsDroppedWhenTheRotationAtOpeningCannotOpenTheFileAga
     EXPECT_EQ(file_bytes(previous_log_path()), std::string(100, 'o'));
 }
 
-TEST_F(Log_fault_test, OpenIsTriedAgainByEveryLine)
+TEST_F(Log_fault_test, open_is_tried_again_by_every_line)
 {
     configure(everything);
     win32_double::clear();
@@ -126,7 +126,7 @@ TEST_F(Log_fault_test, OpenIsTriedAgainByEveryLine)
     EXPECT_EQ(log_write(line), written);
 }
 
-TEST_F(Log_fault_test, RotationClosesTheOldDescriptor)
+TEST_F(Log_fault_test, rotation_closes_the_old_descriptor)
 {
     configure(everything, line_size);
     for (int i = 0; i < 10; ++i) {
@@ -137,7 +137,7 @@ TEST_F(Log_fault_test, RotationClosesTheOldDescriptor)
     EXPECT_EQ(win32_double::live_objects().descriptors, 0u);
 }
 
-TEST_F(Log_fault_test, RacingFirstLinesLeaveOneDescriptorOpen)
+TEST_F(Log_fault_test, racing_first_lines_leave_one_descriptor_open)
 {
     for (int round = 0; round < 20; ++round) {
         configure(everything);
@@ -146,7 +146,7 @@ TEST_F(Log_fault_test, RacingFirstLinesLeaveOneDescriptorOpen)
     }
 }
 
-TEST_F(Log_fault_test, FolderOfTheCurrentDriveIsUsedWhenTheSystemTellsNone)
+TEST_F(Log_fault_test, folder_of_the_current_drive_is_used_when_the_system_tells_none)
 {
     const std::filesystem::path before = std::filesystem::current_path();
     const std::filesystem::path here = win32_double::program_data() + ".here";
@@ -160,7 +160,7 @@ TEST_F(Log_fault_test, FolderOfTheCurrentDriveIsUsedWhenTheSystemTellsNone)
     std::filesystem::remove_all(here);
 }
 
-TEST_F(Log_fault_test, DirectoryIsEmptyWhenTheFolderOrItsConversionFails)
+TEST_F(Log_fault_test, directory_is_empty_when_the_folder_or_its_conversion_fails)
 {
     EXPECT_EQ(log_directory(), win32_double::program_data());
     win32_double::fail("SHGetKnownFolderPath");

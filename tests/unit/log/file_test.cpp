@@ -26,7 +26,7 @@ protected:
     Folder_stage stage;
 };
 
-TEST_F(Log_test, FileIsOpenedByTheFirstLineAndNotBefore)
+TEST_F(Log_test, file_is_opened_by_the_first_line_and_not_before)
 {
     configure(everything);
     EXPECT_FALSE(exists(log_path()));
@@ -36,7 +36,7 @@ TEST_F(Log_test, FileIsOpenedByTheFirstLineAndNotBefore)
     EXPECT_NE(log_descriptor(), log_closed);
 }
 
-TEST_F(Log_test, DescriptorStaysTheSameFromLineToLine)
+TEST_F(Log_test, descriptor_stays_the_same_from_line_to_line)
 {
     configure(everything);
     const int first = log_open();
@@ -45,7 +45,7 @@ TEST_F(Log_test, DescriptorStaysTheSameFromLineToLine)
     EXPECT_EQ(log_open(), first);
 }
 
-TEST_F(Log_test, CloseForgetsTheDescriptorAndMayBeRepeated)
+TEST_F(Log_test, close_forgets_the_descriptor_and_may_be_repeated)
 {
     configure(everything);
     log_open();
@@ -55,7 +55,7 @@ TEST_F(Log_test, CloseForgetsTheDescriptorAndMayBeRepeated)
     EXPECT_EQ(log_descriptor(), log_closed);
 }
 
-TEST_F(Log_test, LineAfterTerminateOpensTheFileAgainAndAppends)
+TEST_F(Log_test, line_after_terminate_opens_the_file_again_and_appends)
 {
     configure(everything);
     log_printf(3, "before\r\n");
@@ -67,7 +67,7 @@ TEST_F(Log_test, LineAfterTerminateOpensTheFileAgainAndAppends)
                 ElementsAre("before\r\n", "terminate:    Error=9101: Not Initialized\r\n"));
 }
 
-TEST_F(Log_test, FileOfAnEarlierRunIsAppendedTo)
+TEST_F(Log_test, file_of_an_earlier_run_is_appended_to)
 {
     create_file(log_path(), "earlier\r\n");
     configure(everything);
@@ -77,7 +77,7 @@ TEST_F(Log_test, FileOfAnEarlierRunIsAppendedTo)
     EXPECT_EQ(bytes.substr(9 + prefix_size), "later\r\r\n");
 }
 
-TEST_F(Log_test, OthersMayReadAndWriteTheFileMeanwhile)
+TEST_F(Log_test, others_may_read_and_write_the_file_meanwhile)
 {
     configure(everything);
     log_printf(3, "one\r\n");
@@ -92,7 +92,7 @@ TEST_F(Log_test, OthersMayReadAndWriteTheFileMeanwhile)
     EXPECT_EQ(bytes.substr(size_on_disk("one\r\n") + 6 + prefix_size), "two\r\r\n");
 }
 
-TEST_F(Log_folder_test, DirectoryIsCreatedWithItsParents)
+TEST_F(Log_folder_test, directory_is_created_with_its_parents)
 {
     stage.remove_parents();
     configure(everything);
@@ -101,7 +101,7 @@ TEST_F(Log_folder_test, DirectoryIsCreatedWithItsParents)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk("x\r\n"));
 }
 
-TEST_F(Log_folder_test, DirectoryIsNotCreatedWhileNothingIsLogged)
+TEST_F(Log_folder_test, directory_is_not_created_while_nothing_is_logged)
 {
     stage.remove_parents();
     configure(0);
@@ -110,7 +110,7 @@ TEST_F(Log_folder_test, DirectoryIsNotCreatedWhileNothingIsLogged)
     EXPECT_FALSE(exists(log_folder()));
 }
 
-TEST_F(Log_folder_test, LineIsDroppedWhenTheDirectoryCannotBeCreatedAndTheNextLineTriesAgain)
+TEST_F(Log_folder_test, line_is_dropped_when_the_directory_cannot_be_created_and_the_next_line_tries_again)
 {
     stage.remove_parents();
     stage.put_a_file_in_the_way();
@@ -124,7 +124,7 @@ TEST_F(Log_folder_test, LineIsDroppedWhenTheDirectoryCannotBeCreatedAndTheNextLi
     EXPECT_THAT(test_support::log_messages(), ElementsAre("kept\r\n"));
 }
 
-TEST_F(Log_test, LineIsDroppedWhenTheFileCannotBeOpenedAndTheNextLineTriesAgain)
+TEST_F(Log_test, line_is_dropped_when_the_file_cannot_be_opened_and_the_next_line_tries_again)
 {
     configure(everything);
     create_file(log_path() + ".other", "");

@@ -12,7 +12,7 @@ using ::testing::Values;
 
 class Log_level_test : public Log_test, public ::testing::WithParamInterface<std::tuple<std::uint32_t, int>> {};
 
-TEST_P(Log_level_test, LineIsWrittenUpToTheLevelAndNoLevelOutsideTheRangeWritesAny)
+TEST_P(Log_level_test, line_is_written_up_to_the_level_and_no_level_outside_the_range_writes_any)
 {
     const auto [level, message_level] = GetParam();
     configure(level);
@@ -27,7 +27,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class Silent_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
 
-TEST_P(Silent_level_test, NoFileIsCreatedByACycleWithFailures)
+TEST_P(Silent_level_test, no_file_is_created_by_a_cycle_with_failures)
 {
     configure(GetParam());
     EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Off, Silent_level_test, Values(0u, 4u, 0x80000000u, 0xF
 
 class Tracing_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
 
-TEST_P(Tracing_level_test, TracingIsWrittenAndErrorsAreNot)
+TEST_P(Tracing_level_test, tracing_is_written_and_errors_are_not)
 {
     configure(GetParam());
     EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
@@ -52,7 +52,7 @@ TEST_P(Tracing_level_test, TracingIsWrittenAndErrorsAreNot)
 
 INSTANTIATE_TEST_SUITE_P(TracingOnly, Tracing_level_test, Values(1u, 2u));
 
-TEST_F(Log_test, LevelThreeWritesErrorsAndTracing)
+TEST_F(Log_test, level_three_writes_errors_and_tracing)
 {
     configure(3);
     EXPECT_EQ(VyraStopVideo(77), VYRA_BAD_SCANNER_IDX);
@@ -62,7 +62,7 @@ TEST_F(Log_test, LevelThreeWritesErrorsAndTracing)
                                        "initialize:    clear current initialized api before the initialize\r\n"));
 }
 
-TEST_F(Log_test, SuccessWritesNothingAndOpensNoFile)
+TEST_F(Log_test, success_writes_nothing_and_opens_no_file)
 {
     configure(everything);
     EXPECT_EQ(VyraTerminate(), VYRA_OK);

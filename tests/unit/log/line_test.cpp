@@ -42,7 +42,7 @@ std::string thread_piece()
     return text;
 }
 
-TEST_F(Log_test, TimestampIsTheRuntimesTextOfTheMomentWithThreeDigitsOfMilliseconds)
+TEST_F(Log_test, timestamp_is_the_runtimes_text_of_the_moment_with_three_digits_of_milliseconds)
 {
     configure(everything);
     const __timeb64 before = now();
@@ -55,7 +55,7 @@ TEST_F(Log_test, TimestampIsTheRuntimesTextOfTheMomentWithThreeDigitsOfMilliseco
     EXPECT_EQ(stamp.substr(20).find_first_not_of("0123456789"), std::string::npos) << stamp;
 }
 
-TEST_F(Log_test, MillisecondsHaveLeadingZeros)
+TEST_F(Log_test, milliseconds_have_leading_zeros)
 {
     configure(everything);
     // Until a line falls into the first hundredth of a second.
@@ -72,7 +72,7 @@ TEST_F(Log_test, MillisecondsHaveLeadingZeros)
     EXPECT_LT(milliseconds, "010");
 }
 
-TEST_F(Log_test, LineIsTimestampBlankThreadAndMessageWithAllLineFeedsTranslatedOnDisk)
+TEST_F(Log_test, line_is_timestamp_blank_thread_and_message_with_all_line_feeds_translated_on_disk)
 {
     configure(everything);
     log_printf(3, "%s:    Error=%d: %s\r\n", "open_device", 9005, "Device Unavail ");
@@ -80,7 +80,7 @@ TEST_F(Log_test, LineIsTimestampBlankThreadAndMessageWithAllLineFeedsTranslatedO
     EXPECT_EQ(bytes.substr(23), " " + thread_piece() + "open_device:    Error=9005: Device Unavail \r\r\n");
 }
 
-TEST_F(Log_test, BareLineFeedStandsAsCarriageReturnAndLineFeedOnDisk)
+TEST_F(Log_test, bare_line_feed_stands_as_carriage_return_and_line_feed_on_disk)
 {
     configure(everything);
     log_printf(3, "--Error : %s ret = %d \n", "QXDR_StopCapture", 4);
@@ -88,7 +88,7 @@ TEST_F(Log_test, BareLineFeedStandsAsCarriageReturnAndLineFeedOnDisk)
     EXPECT_EQ(bytes.substr(23), " " + thread_piece() + "--Error : QXDR_StopCapture ret = 4 \r\n");
 }
 
-TEST_F(Log_test, MessageWithoutLineEndGetsNone)
+TEST_F(Log_test, message_without_line_end_gets_none)
 {
     configure(everything);
     log_printf(3, "first");
@@ -99,7 +99,7 @@ TEST_F(Log_test, MessageWithoutLineEndGetsNone)
     EXPECT_EQ(bytes.substr(2 * prefix_size + 5), "second");
 }
 
-TEST_F(Log_test, EveryLineNamesTheThreadThatWroteIt)
+TEST_F(Log_test, every_line_names_the_thread_that_wrote_it)
 {
     configure(everything);
     log_printf(3, "mine\r\n");
@@ -114,21 +114,21 @@ TEST_F(Log_test, EveryLineNamesTheThreadThatWroteIt)
     EXPECT_EQ(bytes.substr(size_on_disk("mine\r\n") + 24), other + "other\r\r\n");
 }
 
-TEST_F(Log_test, MessageOf1023CharactersIsWhole)
+TEST_F(Log_test, message_of1023_characters_is_whole)
 {
     configure(everything);
     log_printf(3, "%s\r\n", std::string(1021, 'x').c_str());
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), std::string(1021, 'x') + "\r\r\n");
 }
 
-TEST_F(Log_test, MessageOf1024CharactersLosesItsLineFeed)
+TEST_F(Log_test, message_of1024_characters_loses_its_line_feed)
 {
     configure(everything);
     log_printf(3, "%s\r\n", std::string(1022, 'x').c_str());
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), std::string(1022, 'x') + "\r");
 }
 
-TEST_F(Log_test, LongerMessageIsCutAt1023CharactersAndTheNextLineFollowsOnTheSameOne)
+TEST_F(Log_test, longer_message_is_cut_at1023_characters_and_the_next_line_follows_on_the_same_one)
 {
     configure(everything);
     log_printf(3, "%s\r\n", std::string(5000, 'x').c_str());
@@ -139,7 +139,7 @@ TEST_F(Log_test, LongerMessageIsCutAt1023CharactersAndTheNextLineFollowsOnTheSam
     EXPECT_EQ(bytes.substr(prefix_size + 1023 + prefix_size), "next\r\r\n");
 }
 
-TEST_F(Log_test, TextOfLogWriteIsNotAFormat)
+TEST_F(Log_test, text_of_log_write_is_not_a_format)
 {
     configure(everything);
     EXPECT_EQ(log_write("100%s%d%%\r\n"), written);

@@ -40,7 +40,7 @@ private:
     const std::string root_ = replaced_ + ".long";
 };
 
-TEST_F(Log_path_length_test, PathOf255CharactersRotates)
+TEST_F(Log_path_length_test, path_of255_characters_rotates)
 {
     place(255);
     create_file(log_path(), std::string(100, 'o'));
@@ -49,7 +49,7 @@ TEST_F(Log_path_length_test, PathOf255CharactersRotates)
     EXPECT_EQ(file_bytes(previous_log_path()), std::string(100, 'o'));
 }
 
-TEST_F(Log_path_length_test, LineIsDroppedAndNothingTouchedWhenThePathHas256Characters)
+TEST_F(Log_path_length_test, line_is_dropped_and_nothing_touched_when_the_path_has256_characters)
 {
     place(256);
     create_file(log_path(), std::string(100, 'o'));
@@ -63,7 +63,7 @@ TEST_F(Log_path_length_test, LineIsDroppedAndNothingTouchedWhenThePathHas256Char
     EXPECT_EQ(file_bytes(log_path()), std::string(100, 'o'));
 }
 
-TEST_F(Log_path_length_test, LongPathIsNoBarAsLongAsNothingRotates)
+TEST_F(Log_path_length_test, long_path_is_no_bar_as_long_as_nothing_rotates)
 {
     place(300);
     configure(everything, 1000);
@@ -71,7 +71,7 @@ TEST_F(Log_path_length_test, LongPathIsNoBarAsLongAsNothingRotates)
     EXPECT_EQ(file_bytes(log_path()).size(), 2 * size_on_disk("x\r\n"));
 }
 
-TEST_F(Log_path_length_test, RunningLogIsClosedWhenItCannotRotate)
+TEST_F(Log_path_length_test, running_log_is_closed_when_it_cannot_rotate)
 {
     place(300);
     configure(everything, static_cast<std::int32_t>(size_on_disk("x\r\n")));

@@ -20,7 +20,7 @@ using ::testing::IsEmpty;
 
 constexpr std::uint64_t default_limit = 52'428'800;
 
-TEST_F(Log_test, FileRotatesWhenALineFindsItExactlyAtTheLimit)
+TEST_F(Log_test, file_rotates_when_a_line_finds_it_exactly_at_the_limit)
 {
     configure(everything, 2 * line_size);
     write_lines(2, line);
@@ -30,7 +30,7 @@ TEST_F(Log_test, FileRotatesWhenALineFindsItExactlyAtTheLimit)
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "new\r\r\n");
 }
 
-TEST_F(Log_test, FileDoesNotRotateOneByteBelowTheLimit)
+TEST_F(Log_test, file_does_not_rotate_one_byte_below_the_limit)
 {
     configure(everything, 2 * line_size + 1);
     write_lines(3, line);
@@ -38,7 +38,7 @@ TEST_F(Log_test, FileDoesNotRotateOneByteBelowTheLimit)
     EXPECT_EQ(file_bytes(log_path()).size(), 3u * size_on_disk(line));
 }
 
-TEST_F(Log_test, LimitCountsTheBytesOnDiskAndNotThoseOfTheMessages)
+TEST_F(Log_test, limit_counts_the_bytes_on_disk_and_not_those_of_the_messages)
 {
     const std::int32_t before_translation = 2 * (line_size - 1);
     configure(everything, before_translation + 1);
@@ -46,7 +46,7 @@ TEST_F(Log_test, LimitCountsTheBytesOnDiskAndNotThoseOfTheMessages)
     EXPECT_TRUE(exists(previous_log_path()));
 }
 
-TEST_F(Log_test, FileFoundAtTheLimitIsRotatedBeforeTheFirstLine)
+TEST_F(Log_test, file_found_at_the_limit_is_rotated_before_the_first_line)
 {
     create_file(log_path(), std::string(200, 'o'));
     configure(everything, 200);
@@ -55,7 +55,7 @@ TEST_F(Log_test, FileFoundAtTheLimitIsRotatedBeforeTheFirstLine)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
 }
 
-TEST_F(Log_test, FileFoundAtOrAboveTheLimitIsRotatedByTheOpeningItself)
+TEST_F(Log_test, file_found_at_or_above_the_limit_is_rotated_by_the_opening_itself)
 {
     for (const std::size_t size : {200u, 201u}) {
         configure(everything, 200);
@@ -67,7 +67,7 @@ TEST_F(Log_test, FileFoundAtOrAboveTheLimitIsRotatedByTheOpeningItself)
     }
 }
 
-TEST_F(Log_test, FileFoundOneByteBelowTheLimitIsAppendedTo)
+TEST_F(Log_test, file_found_one_byte_below_the_limit_is_appended_to)
 {
     create_file(log_path(), std::string(199, 'o'));
     configure(everything, 200);
@@ -76,7 +76,7 @@ TEST_F(Log_test, FileFoundOneByteBelowTheLimitIsAppendedTo)
     EXPECT_EQ(file_bytes(log_path()).size(), 199 + size_on_disk(line));
 }
 
-TEST_F(Log_test, OlderSecondGenerationIsDeletedAndNoThirdEverAppears)
+TEST_F(Log_test, older_second_generation_is_deleted_and_no_third_ever_appears)
 {
     create_file(previous_log_path(), "oldest");
     configure(everything, line_size);
@@ -91,7 +91,7 @@ TEST_F(Log_test, OlderSecondGenerationIsDeletedAndNoThirdEverAppears)
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "d\r\r\n");
 }
 
-TEST_F(Log_test, RotationLeavesTheLogOpenOnAnEmptyFile)
+TEST_F(Log_test, rotation_leaves_the_log_open_on_an_empty_file)
 {
     configure(everything);
     write_lines(1, line);
@@ -102,7 +102,7 @@ TEST_F(Log_test, RotationLeavesTheLogOpenOnAnEmptyFile)
     EXPECT_EQ(file_bytes(previous_log_path()).size(), size_on_disk(line));
 }
 
-TEST_F(Log_test, RotationOfAClosedLogMovesTheFileAndOpensIt)
+TEST_F(Log_test, rotation_of_a_closed_log_moves_the_file_and_opens_it)
 {
     create_file(log_path(), "old");
     configure(everything);
@@ -111,7 +111,7 @@ TEST_F(Log_test, RotationOfAClosedLogMovesTheFileAndOpensIt)
     EXPECT_EQ(file_bytes(previous_log_path()), "old");
 }
 
-TEST_F(Log_test, FileThatALineIsWrittenToIsNotRotated)
+TEST_F(Log_test, file_that_a_line_is_written_to_is_not_rotated)
 {
     create_file(previous_log_path(), "older");
     configure(everything, line_size);
@@ -130,7 +130,7 @@ TEST_F(Log_test, FileThatALineIsWrittenToIsNotRotated)
 }
 
 // Another host's library has the file open in the same way: the system lets nobody move it.
-TEST_F(Log_test, FileThatAnotherHostHasOpenGrowsUntilThatHostClosesIt)
+TEST_F(Log_test, file_that_another_host_has_open_grows_until_that_host_closes_it)
 {
     configure(everything, line_size);
     write_lines(1, line);
@@ -146,7 +146,7 @@ TEST_F(Log_test, FileThatAnotherHostHasOpenGrowsUntilThatHostClosesIt)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
 }
 
-TEST_F(Log_test, CloseWaitsForTheLineThatIsBeingWritten)
+TEST_F(Log_test, close_waits_for_the_line_that_is_being_written)
 {
     configure(everything);
     write_lines(1, line);
@@ -156,7 +156,7 @@ TEST_F(Log_test, CloseWaitsForTheLineThatIsBeingWritten)
     EXPECT_EQ(_write(line_being_written->descriptor(), "end", 3), 3) << "its descriptor is still the file's";
 }
 
-TEST_F(Log_test, LineAsLongAsTheLimitIsDroppedBeforeTheFileIsOpened)
+TEST_F(Log_test, line_as_long_as_the_limit_is_dropped_before_the_file_is_opened)
 {
     configure(everything, 10);
     EXPECT_EQ(log_write("12345678\r\n"), dropped);
@@ -165,7 +165,7 @@ TEST_F(Log_test, LineAsLongAsTheLimitIsDroppedBeforeTheFileIsOpened)
     EXPECT_EQ(log_write("1234567\r\n"), written);
 }
 
-TEST_F(Log_test, LimitOfOneByteDropsEveryLineButAnEmptyOne)
+TEST_F(Log_test, limit_of_one_byte_drops_every_line_but_an_empty_one)
 {
     configure(everything, 1);
     EXPECT_EQ(log_write("x"), dropped);
@@ -175,7 +175,7 @@ TEST_F(Log_test, LimitOfOneByteDropsEveryLineButAnEmptyOne)
 
 class Default_limit_test : public Log_test, public ::testing::WithParamInterface<std::int32_t> {};
 
-TEST_P(Default_limit_test, FileBelow50MebibytesIsAppendedTo)
+TEST_P(Default_limit_test, file_below50_mebibytes_is_appended_to)
 {
     create_file_of_size(log_path(), default_limit - 1);
     configure(everything, GetParam());
@@ -183,7 +183,7 @@ TEST_P(Default_limit_test, FileBelow50MebibytesIsAppendedTo)
     EXPECT_FALSE(exists(previous_log_path()));
 }
 
-TEST_P(Default_limit_test, FileOf50MebibytesIsRotated)
+TEST_P(Default_limit_test, file_of50_mebibytes_is_rotated)
 {
     create_file_of_size(log_path(), default_limit);
     configure(everything, GetParam());
@@ -194,7 +194,7 @@ TEST_P(Default_limit_test, FileOf50MebibytesIsRotated)
 
 INSTANTIATE_TEST_SUITE_P(ZeroAndNegative, Default_limit_test, ::testing::Values(0, -1, INT_MIN));
 
-TEST_F(Log_test, LimitMayBeLargerThanTheDefault)
+TEST_F(Log_test, limit_may_be_larger_than_the_default)
 {
     create_file_of_size(log_path(), default_limit);
     configure(everything, static_cast<std::int32_t>(default_limit) + 1);

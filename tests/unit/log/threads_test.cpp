@@ -24,7 +24,7 @@ std::size_t occurrences(const std::string& text, const std::string& piece)
     return count;
 }
 
-TEST_F(Log_test, EveryPieceOfEveryThreadsLineIsWholeAndThereOnce)
+TEST_F(Log_test, every_piece_of_every_threads_line_is_whole_and_there_once)
 {
     configure(everything);
     log_printf(3, "\r\n");
@@ -48,7 +48,7 @@ TEST_F(Log_test, EveryPieceOfEveryThreadsLineIsWholeAndThereOnce)
 }
 
 // The first lines race to open the file: every line is in it, whoever opened it.
-TEST_F(Log_test, FirstLinesOfManyThreadsAreAllWritten)
+TEST_F(Log_test, first_lines_of_many_threads_are_all_written)
 {
     configure(everything);
     run_at_once([](int thread) { log_printf(3, "%s", message(thread, 0).c_str()); });
@@ -60,7 +60,7 @@ TEST_F(Log_test, FirstLinesOfManyThreadsAreAllWritten)
 
 // Rotations that meet may cost the older generation, and a file that another thread writes to waits for a later line;
 // the first quiet line finds everything in order.
-TEST_F(Log_test, LimitHoldsAgainAfterManyThreadsHaveRotated)
+TEST_F(Log_test, limit_holds_again_after_many_threads_have_rotated)
 {
     constexpr std::size_t limit = 2000;
     configure(everything, static_cast<std::int32_t>(limit));

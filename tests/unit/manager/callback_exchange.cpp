@@ -13,7 +13,7 @@ using Callback_exchange = Manager_test;
 }  // namespace
 
 // The line in front of each call of the host takes its time: enough for the callback to be another one behind it.
-TEST_F(Callback_exchange, An_Event_Uses_The_Callback_That_It_Found)
+TEST_F(Callback_exchange, an_event_uses_the_callback_that_it_found)
 {
     initialize(host_callback);
     std::atomic<bool> over{false};

@@ -86,7 +86,7 @@ std::string without_carriage_returns(std::string text)
 
 }  // namespace
 
-TEST_F(Cycles, A_Thousand_Sessions_Get_All_Their_Events_And_Leave_Nothing_Behind)
+TEST_F(Cycles, a_thousand_sessions_get_all_their_events_and_leave_nothing_behind)
 {
     ASSERT_TRUE(SubscribeToPowerEvent(record_power));
     testing::internal::CaptureStdout();

@@ -29,7 +29,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Driver_liberties, A_Handle_That_Comes_Again_Is_The_New_Scanners)
+TEST_F(Driver_liberties, a_handle_that_comes_again_is_the_new_scanners)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AFTER_CLOSE), 1);
     initialize(host_callback);
@@ -50,7 +50,7 @@ TEST_F(Driver_liberties, A_Handle_That_Comes_Again_Is_The_New_Scanners)
 }
 
 // The arrival inside the call is told on the host's thread, so the removal, which is told on another, comes after it.
-TEST_F(Driver_liberties, A_Late_Removal_Is_The_Scanners_That_Had_The_Handle_First)
+TEST_F(Driver_liberties, a_late_removal_is_the_scanners_that_had_the_handle_first)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AT_ONCE), 1);
     initialize(host_callback);
@@ -64,7 +64,7 @@ TEST_F(Driver_liberties, A_Late_Removal_Is_The_Scanners_That_Had_The_Handle_Firs
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Scanner_That_Stayed_Open_In_The_Driver_Is_Refused_And_Had_Again_After_A_Terminate)
+TEST_F(Driver_liberties, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
 {
     brenvozulta_sim_set_reopen_result(19);
     open_scanners(2);
@@ -82,7 +82,7 @@ TEST_F(Driver_liberties, A_Scanner_That_Stayed_Open_In_The_Driver_Is_Refused_And
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Second_Initialize_Releases_The_Driver_First)
+TEST_F(Driver_liberties, a_second_initialize_releases_the_driver_first)
 {
     brenvozulta_sim_set_reinitialize_result(2);
     initialize();
@@ -93,7 +93,7 @@ TEST_F(Driver_liberties, A_Second_Initialize_Releases_The_Driver_First)
                      "QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"}));
 }
 
-TEST_F(Driver_liberties, An_Arrival_During_The_Registration_Of_The_Listener_Is_Listed_And_Told)
+TEST_F(Driver_liberties, an_arrival_during_the_registration_of_the_listener_is_listed_and_told)
 {
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_SetListenerCallbackHotPlug", BRENVOZULTA_SIM_PLUG, scanner_2);
     initialize(host_callback);
@@ -102,7 +102,7 @@ TEST_F(Driver_liberties, An_Arrival_During_The_Registration_Of_The_Listener_Is_L
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Removal_Inside_The_Open_Leaves_A_Device_That_Can_Be_Closed)
+TEST_F(Driver_liberties, a_removal_inside_the_open_leaves_a_device_that_can_be_closed)
 {
     initialize(host_callback);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
@@ -114,7 +114,7 @@ TEST_F(Driver_liberties, A_Removal_Inside_The_Open_Leaves_A_Device_That_Can_Be_C
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Host_That_Lists_Scanners_On_A_Removal_Inside_Its_Own_Listing_Gets_Both)
+TEST_F(Driver_liberties, a_host_that_lists_scanners_on_a_removal_inside_its_own_listing_gets_both)
 {
     brenvozulta_sim_attach(scanner_2);
     initialize(host_callback);
@@ -131,7 +131,7 @@ TEST_F(Driver_liberties, A_Host_That_Lists_Scanners_On_A_Removal_Inside_Its_Own_
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Return_That_Is_Told_Inside_The_Reset_Ends_It_At_Once)
+TEST_F(Driver_liberties, a_return_that_is_told_inside_the_reset_ends_it_at_once)
 {
     open_scanners(1);
     const brenvozulta_sim_restart never_back = {0, 0, 0};
@@ -142,7 +142,7 @@ TEST_F(Driver_liberties, A_Return_That_Is_Told_Inside_The_Reset_Ends_It_At_Once)
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Removal_Inside_The_Release_Finds_Nothing_And_Tells_Nobody)
+TEST_F(Driver_liberties, a_removal_inside_the_release_finds_nothing_and_tells_nobody)
 {
     initialize(host_callback);
     inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_Release", BRENVOZULTA_SIM_UNPLUG, scanner_1);
@@ -151,7 +151,7 @@ TEST_F(Driver_liberties, A_Removal_Inside_The_Release_Finds_Nothing_And_Tells_No
     EXPECT_THAT(take_log(), ElementsAre("Device UnPlugged\n", "ManageUnplugEvent event\r\n"));
 }
 
-TEST_F(Driver_liberties, A_Removal_Before_The_Open_Has_Returned_Marks_The_Device_Afterwards)
+TEST_F(Driver_liberties, a_removal_before_the_open_has_returned_marks_the_device_afterwards)
 {
     initialize();
     ASSERT_EQ(brenvozulta_sim_block_return("QXDR_OpenDevice"), 1);
@@ -168,7 +168,7 @@ TEST_F(Driver_liberties, A_Removal_Before_The_Open_Has_Returned_Marks_The_Device
 
 // The event waits for the manager lock that the terminate holds: the driver leaves it to itself, and it comes to
 // nothing.
-TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Listener_Ends_All_The_Same)
+TEST_F(Driver_liberties, a_release_that_waits_for_the_listener_ends_all_the_same)
 {
     initialize(host_callback);
     ASSERT_EQ(brenvozulta_sim_block("QXDR_Release"), 1);
@@ -184,7 +184,7 @@ TEST_F(Driver_liberties, A_Release_That_Waits_For_The_Listener_Ends_All_The_Same
 }
 
 // A driver that gives its thread back before it closes.
-TEST_F(Driver_liberties, A_Callback_That_Waits_For_Requests_Does_Not_Hold_Up_A_Close_Or_A_Terminate)
+TEST_F(Driver_liberties, a_callback_that_waits_for_requests_does_not_hold_up_a_close_or_a_terminate)
 {
     brenvozulta_sim_set_frame_rate(1000);
     for (const bool terminate : {false, true}) {
@@ -198,7 +198,7 @@ TEST_F(Driver_liberties, A_Callback_That_Waits_For_Requests_Does_Not_Hold_Up_A_C
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Close_Inside_A_Close_Is_Refused)
+TEST_F(Driver_liberties, a_close_inside_a_close_is_refused)
 {
     initialize([](std::int32_t, const char*, std::int32_t) -> std::int32_t { return VyraCloseDevice_N(0); });
     ASSERT_EQ(open(scanner_1), 0U);
@@ -211,7 +211,7 @@ TEST_F(Driver_liberties, A_Close_Inside_A_Close_Is_Refused)
     take_log();
 }
 
-TEST_F(Driver_liberties, A_Stop_Inside_A_Close_Does_Not_Wait_For_A_Thread_That_Has_Gone)
+TEST_F(Driver_liberties, a_stop_inside_a_close_does_not_wait_for_a_thread_that_has_gone)
 {
     static std::int32_t stopped;
     stopped = -1;

@@ -48,7 +48,7 @@ private:
 
 }  // namespace
 
-TEST_F(Events_while_busy, Unplug_While_Video_Runs_Marks_The_Scanner_And_Leaves_The_Video_To_The_Host)
+TEST_F(Events_while_busy, unplug_while_video_runs_marks_the_scanner_and_leaves_the_video_to_the_host)
 {
     start_video();
     unplug(scanner_1);
@@ -60,7 +60,7 @@ TEST_F(Events_while_busy, Unplug_While_Video_Runs_Marks_The_Scanner_And_Leaves_T
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_StopCapture ret = 4 \n"));
 }
 
-TEST_F(Events_while_busy, Plug_While_Video_Runs_Disturbs_Nothing)
+TEST_F(Events_while_busy, plug_while_video_runs_disturbs_nothing)
 {
     start_video();
     plug(scanner_2);
@@ -69,7 +69,7 @@ TEST_F(Events_while_busy, Plug_While_Video_Runs_Disturbs_Nothing)
     take_log();
 }
 
-TEST_F(Events_while_busy, Sleep_While_Video_Runs_Stops_The_Video_And_Not_The_Capture)
+TEST_F(Events_while_busy, sleep_while_video_runs_stops_the_video_and_not_the_capture)
 {
     start_video();
     access::manager().ManagePowerEvent(true);
@@ -80,7 +80,7 @@ TEST_F(Events_while_busy, Sleep_While_Video_Runs_Stops_The_Video_And_Not_The_Cap
     EXPECT_EQ(brenvozulta_sim_is_capturing(scanner_1), 0);
 }
 
-TEST_F(Events_while_busy, Sleep_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+TEST_F(Events_while_busy, sleep_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     const auto ticket = park_the_callback();
@@ -91,7 +91,7 @@ TEST_F(Events_while_busy, Sleep_While_The_Acquisition_Callback_Is_Parked_Does_No
     release_the_callback(ticket);
 }
 
-TEST_F(Events_while_busy, Unplug_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+TEST_F(Events_while_busy, unplug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     park_the_callback();
@@ -103,7 +103,7 @@ TEST_F(Events_while_busy, Unplug_While_The_Acquisition_Callback_Is_Parked_Does_N
     take_log();
 }
 
-TEST_F(Events_while_busy, Plug_While_The_Acquisition_Callback_Is_Parked_Does_Not_Wait_For_It)
+TEST_F(Events_while_busy, plug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     park_the_callback();
@@ -113,7 +113,7 @@ TEST_F(Events_while_busy, Plug_While_The_Acquisition_Callback_Is_Parked_Does_Not
     take_log();
 }
 
-TEST_F(Events_while_busy, Unplug_During_A_Reset_Is_Dealt_With_Once_The_Reset_Is_Over)
+TEST_F(Events_while_busy, unplug_during_a_reset_is_dealt_with_once_the_reset_is_over)
 {
     open_scanners(1);
     const brenvozulta_sim_restart never = {0, 0, 0};
@@ -132,7 +132,7 @@ TEST_F(Events_while_busy, Unplug_During_A_Reset_Is_Dealt_With_Once_The_Reset_Is_
 }
 
 // The reset is not interrupted; the sleep takes effect once it is over.
-TEST_F(Events_while_busy, Sleep_During_A_Reset_Waits_For_Its_End)
+TEST_F(Events_while_busy, sleep_during_a_reset_waits_for_its_end)
 {
     open_scanners(1);
     ASSERT_TRUE(wait_for_notifier_window());
@@ -157,7 +157,7 @@ TEST_F(Events_while_busy, Sleep_During_A_Reset_Waits_For_Its_End)
 }
 
 // Each waits for the other: the sleep for the manager, the end for the power subscribers. The sleep gives up first.
-TEST_F(Events_while_busy, Sleep_While_Terminate_Runs_Is_Dropped_And_Both_End)
+TEST_F(Events_while_busy, sleep_while_terminate_runs_is_dropped_and_both_end)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -176,7 +176,7 @@ TEST_F(Events_while_busy, Sleep_While_Terminate_Runs_Is_Dropped_And_Both_End)
     EXPECT_EQ(take_log().back(), refusal("ManagePowerEvent lock", VYRA_INTERNAL));
 }
 
-TEST_F(Events_while_busy, Plug_While_Terminate_Runs_Comes_Too_Late)
+TEST_F(Events_while_busy, plug_while_terminate_runs_comes_too_late)
 {
     initialize(host_callback);
     brenvozulta_sim_block("QXDR_Release");
@@ -192,7 +192,7 @@ TEST_F(Events_while_busy, Plug_While_Terminate_Runs_Comes_Too_Late)
 }
 
 // A subscriber that takes its time holds the end up; the library counts as initialized until then.
-TEST_F(Events_while_busy, Terminate_Waits_For_A_Subscriber_And_Is_Initialized_Until_Then)
+TEST_F(Events_while_busy, terminate_waits_for_a_subscriber_and_is_initialized_until_then)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -207,7 +207,7 @@ TEST_F(Events_while_busy, Terminate_Waits_For_A_Subscriber_And_Is_Initialized_Un
 }
 
 // A thread cannot wait for itself: the notifier thread's own call fails, and does not hang.
-TEST_F(Events_while_busy, Terminate_From_A_Subscriber_Is_9000_And_The_Next_Initialize_Recovers)
+TEST_F(Events_while_busy, terminate_from_a_subscriber_is_9000_and_the_next_initialize_recovers)
 {
     static std::int32_t status;
     status = -1;

@@ -21,7 +21,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Get_status, Unknown_Handle_Is_0_At_Once_Without_A_Line)
+TEST_F(Get_status, unknown_handle_is_0_at_once_without_a_line)
 {
     open_scanners(1);
     for (const std::uint32_t handle : {1U, 8U, 0x80000000U, VYRA_NO_HANDLE}) {
@@ -29,7 +29,7 @@ TEST_F(Get_status, Unknown_Handle_Is_0_At_Once_Without_A_Line)
     }
 }
 
-TEST_F(Get_status, Unknown_Handle_Consumes_No_Change)
+TEST_F(Get_status, unknown_handle_consumes_no_change)
 {
     open_scanners(1);
     access::raise_status_change();
@@ -37,14 +37,14 @@ TEST_F(Get_status, Unknown_Handle_Consumes_No_Change)
     EXPECT_EQ(VyraGetStatus(0), VYRA_OK) << "returns for the change";
 }
 
-TEST_F(Get_status, Entry_Without_A_Device_Is_0_At_Once_Without_A_Line)
+TEST_F(Get_status, entry_without_a_device_is_0_at_once_without_a_line)
 {
     initialize();
     access::open_devices().store(0, nullptr);
     EXPECT_EQ(VyraGetStatus(0), VYRA_OK);
 }
 
-TEST_F(Get_status, Not_Initialized_Is_9101)
+TEST_F(Get_status, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -52,7 +52,7 @@ TEST_F(Get_status, Not_Initialized_Is_9101)
     EXPECT_THAT(take_log(), ElementsAre(refusal("get_status", VYRA_NOT_INITIALIZED)));
 }
 
-TEST_F(Get_status, Suspended_Is_9110)
+TEST_F(Get_status, suspended_is_9110)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -62,7 +62,7 @@ TEST_F(Get_status, Suspended_Is_9110)
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
-TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Closed)
+TEST_F(Get_status, blocks_until_the_scanner_is_closed)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -72,7 +72,7 @@ TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Closed)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, Blocks_Until_Another_Scanner_Is_Closed)
+TEST_F(Get_status, blocks_until_another_scanner_is_closed)
 {
     open_scanners(2);
     Status_waiter waiter(0);
@@ -81,7 +81,7 @@ TEST_F(Get_status, Blocks_Until_Another_Scanner_Is_Closed)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Unplugged_And_Is_9005_Then)
+TEST_F(Get_status, blocks_until_the_scanner_is_unplugged_and_is_9005_then)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -92,7 +92,7 @@ TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Unplugged_And_Is_9005_Then)
                                         refusal("get_status", VYRA_DEVICE_UNAVAIL)));
 }
 
-TEST_F(Get_status, Is_0_For_A_Scanner_When_Another_Is_Unplugged)
+TEST_F(Get_status, is_0_for_a_scanner_when_another_is_unplugged)
 {
     open_scanners(2);
     Status_waiter waiter(0);
@@ -102,7 +102,7 @@ TEST_F(Get_status, Is_0_For_A_Scanner_When_Another_Is_Unplugged)
     take_log();
 }
 
-TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Plugged_In_Again)
+TEST_F(Get_status, blocks_until_the_scanner_is_plugged_in_again)
 {
     open_scanners(1);
     send_event(2, scanner_1);
@@ -114,7 +114,7 @@ TEST_F(Get_status, Blocks_Until_The_Scanner_Is_Plugged_In_Again)
     take_log();
 }
 
-TEST_F(Get_status, Is_9005_At_Every_Change_While_The_Scanner_Is_Away)
+TEST_F(Get_status, is_9005_at_every_change_while_the_scanner_is_away)
 {
     open_scanners(1);
     send_event(2, scanner_1);
@@ -125,7 +125,7 @@ TEST_F(Get_status, Is_9005_At_Every_Change_While_The_Scanner_Is_Away)
     take_log();
 }
 
-TEST_F(Get_status, Blocks_Until_The_System_Sleeps)
+TEST_F(Get_status, blocks_until_the_system_sleeps)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -134,7 +134,7 @@ TEST_F(Get_status, Blocks_Until_The_System_Sleeps)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, A_Plug_Of_A_Scanner_That_Is_Not_Open_Changes_Nothing)
+TEST_F(Get_status, a_plug_of_a_scanner_that_is_not_open_changes_nothing)
 {
     open_scanners(1);
     brenvozulta_sim_attach(scanner_2);
@@ -148,7 +148,7 @@ TEST_F(Get_status, A_Plug_Of_A_Scanner_That_Is_Not_Open_Changes_Nothing)
     take_log();
 }
 
-TEST_F(Get_status, Resume_Changes_Nothing)
+TEST_F(Get_status, resume_changes_nothing)
 {
     open_scanners(1);
     access::manager().ManagePowerEvent(true);
@@ -162,7 +162,7 @@ TEST_F(Get_status, Resume_Changes_Nothing)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, Sleep_Without_An_Open_Scanner_Raises_Nothing)
+TEST_F(Get_status, sleep_without_an_open_scanner_raises_nothing)
 {
     initialize();
     access::manager().ManagePowerEvent(true);
@@ -175,7 +175,7 @@ TEST_F(Get_status, Sleep_Without_An_Open_Scanner_Raises_Nothing)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, One_Change_Releases_One_Waiter)
+TEST_F(Get_status, one_change_releases_one_waiter)
 {
     open_scanners(2);
     constexpr std::size_t waiter_count = 3;
@@ -199,7 +199,7 @@ TEST_F(Get_status, One_Change_Releases_One_Waiter)
     }
 }
 
-TEST_F(Get_status, A_Change_Nobody_Waited_For_Is_Kept_Across_Close_And_Open_And_Counts_Once)
+TEST_F(Get_status, a_change_nobody_waited_for_is_kept_across_close_and_open_and_counts_once)
 {
     open_scanners(1);
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -212,7 +212,7 @@ TEST_F(Get_status, A_Change_Nobody_Waited_For_Is_Kept_Across_Close_And_Open_And_
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, Changes_Nobody_Waited_For_Are_One)
+TEST_F(Get_status, changes_nobody_waited_for_are_one)
 {
     open_scanners(1);
     access::raise_status_change();
@@ -225,7 +225,7 @@ TEST_F(Get_status, Changes_Nobody_Waited_For_Are_One)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, A_Kept_Change_Survives_Terminate_And_Initialize)
+TEST_F(Get_status, a_kept_change_survives_terminate_and_initialize)
 {
     initialize();
     access::raise_status_change();
@@ -236,7 +236,7 @@ TEST_F(Get_status, A_Kept_Change_Survives_Terminate_And_Initialize)
 }
 
 // Handle 1 is dropped with the table, not closed: nothing but the end of the session wakes its waiters.
-TEST_F(Get_status, Terminate_Releases_Every_Waiter_Of_Every_Scanner)
+TEST_F(Get_status, terminate_releases_every_waiter_of_every_scanner)
 {
     open_scanners(2);
     std::vector<std::unique_ptr<Status_waiter>> waiters;
@@ -251,7 +251,7 @@ TEST_F(Get_status, Terminate_Releases_Every_Waiter_Of_Every_Scanner)
     }
 }
 
-TEST_F(Get_status, Terminate_That_Does_Not_Release_The_Driver_Releases_The_Waiters)
+TEST_F(Get_status, terminate_that_does_not_release_the_driver_releases_the_waiters)
 {
     open_scanners(2);
     Status_waiter waiter_0(0);
@@ -266,7 +266,7 @@ TEST_F(Get_status, Terminate_That_Does_Not_Release_The_Driver_Releases_The_Waite
     take_log();
 }
 
-TEST_F(Get_status, A_Waiter_Of_An_Unplugged_Scanner_Is_9005_When_Terminate_Releases_It)
+TEST_F(Get_status, a_waiter_of_an_unplugged_scanner_is_9005_when_terminate_releases_it)
 {
     open_scanners(2);
     send_event(2, scanner_2);
@@ -278,7 +278,7 @@ TEST_F(Get_status, A_Waiter_Of_An_Unplugged_Scanner_Is_9005_When_Terminate_Relea
     take_log();
 }
 
-TEST_F(Get_status, Waits_Without_The_Manager_Lock)
+TEST_F(Get_status, waits_without_the_manager_lock)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -292,7 +292,7 @@ TEST_F(Get_status, Waits_Without_The_Manager_Lock)
     EXPECT_TRUE(becomes_true([&] { return waiter.has_returned() || second.has_returned(); }));
 }
 
-TEST_F(Get_status, Keeps_A_Displaced_Device_Alive)
+TEST_F(Get_status, keeps_a_displaced_device_alive)
 {
     brenvozulta_sim_attach(scanner_3);
     open_scanners(2);
@@ -305,7 +305,7 @@ TEST_F(Get_status, Keeps_A_Displaced_Device_Alive)
 }
 
 // Waiters that come at any moment of an end: none is missed, and none touches a device that is gone.
-TEST_F(Get_status, Waiters_That_Enter_While_Terminate_Runs_Return)
+TEST_F(Get_status, waiters_that_enter_while_terminate_runs_return)
 {
     constexpr int cycles = 150;
     constexpr int waiter_count = 4;

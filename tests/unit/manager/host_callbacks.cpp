@@ -13,7 +13,7 @@ using Host_callbacks = Manager_test;
 
 }  // namespace
 
-TEST_F(Host_callbacks, Run_With_The_Manager_Lock_Held)
+TEST_F(Host_callbacks, run_with_the_manager_lock_held)
 {
     initialize(host_callback);
     bool others_kept_out = false;
@@ -25,7 +25,7 @@ TEST_F(Host_callbacks, Run_With_The_Manager_Lock_Held)
     take_log();
 }
 
-TEST_F(Host_callbacks, May_List_The_Scanners)
+TEST_F(Host_callbacks, may_list_the_scanners)
 {
     initialize(host_callback);
     std::uint32_t count = 8;
@@ -39,7 +39,7 @@ TEST_F(Host_callbacks, May_List_The_Scanners)
     take_log();
 }
 
-TEST_F(Host_callbacks, See_The_Plugged_Scanner_In_The_List_And_The_Unplugged_One_Too)
+TEST_F(Host_callbacks, see_the_plugged_scanner_in_the_list_and_the_unplugged_one_too)
 {
     initialize(host_callback);
     Lines names;
@@ -53,7 +53,7 @@ TEST_F(Host_callbacks, See_The_Plugged_Scanner_In_The_List_And_The_Unplugged_One
     take_log();
 }
 
-TEST_F(Host_callbacks, May_Open_The_Scanner_They_Are_Told_About)
+TEST_F(Host_callbacks, may_open_the_scanner_they_are_told_about)
 {
     initialize(host_callback);
     std::uint32_t handle = VYRA_NO_HANDLE;
@@ -63,7 +63,7 @@ TEST_F(Host_callbacks, May_Open_The_Scanner_They_Are_Told_About)
     take_log();
 }
 
-TEST_F(Host_callbacks, May_Close_The_Scanner_They_Are_Told_About)
+TEST_F(Host_callbacks, may_close_the_scanner_they_are_told_about)
 {
     initialize(host_callback);
     ASSERT_EQ(open(), 0U);
@@ -76,7 +76,7 @@ TEST_F(Host_callbacks, May_Close_The_Scanner_They_Are_Told_About)
     take_log();
 }
 
-TEST_F(Host_callbacks, May_Terminate_And_Initialize_At_A_Plug)
+TEST_F(Host_callbacks, may_terminate_and_initialize_at_a_plug)
 {
     initialize(host_callback);
     react_to_host_events([&](const Host_event&) {
@@ -89,7 +89,7 @@ TEST_F(Host_callbacks, May_Terminate_And_Initialize_At_A_Plug)
     take_log();
 }
 
-TEST_F(Host_callbacks, May_Terminate_And_Initialize_At_An_Unplug)
+TEST_F(Host_callbacks, may_terminate_and_initialize_at_an_unplug)
 {
     brenvozulta_sim_attach(scanner_2);
     initialize(host_callback);
@@ -103,7 +103,7 @@ TEST_F(Host_callbacks, May_Terminate_And_Initialize_At_An_Unplug)
     take_log();
 }
 
-TEST_F(Host_callbacks, May_Terminate)
+TEST_F(Host_callbacks, may_terminate)
 {
     for (const bool at_plug : {true, false}) {
         if (brenvozulta_sim_is_attached(scanner_2) == (at_plug ? 1 : 0)) {
@@ -120,7 +120,7 @@ TEST_F(Host_callbacks, May_Terminate)
 }
 
 // The event is dealt with to its end all the same, and the next one comes.
-TEST_F(Host_callbacks, That_Throw_Are_Logged_And_Harm_Nothing)
+TEST_F(Host_callbacks, that_throw_are_logged_and_harm_nothing)
 {
     initialize(host_callback);
     react_to_host_events([](const Host_event&) { throw std::runtime_error("the host's own trouble"); });
@@ -137,7 +137,7 @@ TEST_F(Host_callbacks, That_Throw_Are_Logged_And_Harm_Nothing)
     EXPECT_EQ(open(scanner_2), 0U) << "the lock is free";
 }
 
-TEST_F(Host_callbacks, Another_Initialize_Changes_The_Callback)
+TEST_F(Host_callbacks, another_initialize_changes_the_callback)
 {
     initialize(host_callback);
     ASSERT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);

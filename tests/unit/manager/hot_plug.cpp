@@ -37,7 +37,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Hot_plug, Plugging_A_Scanner_That_Was_Never_Opened_Tells_The_Host_And_Adds_An_Entry)
+TEST_F(Hot_plug, plugging_a_scanner_that_was_never_opened_tells_the_host_and_adds_an_entry)
 {
     initialize(host_callback);
     plug(scanner_2);
@@ -48,7 +48,7 @@ TEST_F(Hot_plug, Plugging_A_Scanner_That_Was_Never_Opened_Tells_The_Host_And_Add
     EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, telling_plug(scanner_2)));
 }
 
-TEST_F(Hot_plug, Pulling_A_Listed_Scanner_Tells_The_Host_And_Removes_The_Entry)
+TEST_F(Hot_plug, pulling_a_listed_scanner_tells_the_host_and_removes_the_entry)
 {
     brenvozulta_sim_attach(scanner_2);
     brenvozulta_sim_attach(scanner_3);
@@ -61,7 +61,7 @@ TEST_F(Hot_plug, Pulling_A_Listed_Scanner_Tells_The_Host_And_Removes_The_Entry)
     EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace, telling_unplug(scanner_2)));
 }
 
-TEST_F(Hot_plug, The_Record_Is_Kept_Whole)
+TEST_F(Hot_plug, the_record_is_kept_whole)
 {
     initialize();
     brenvozulta_sim_attach(scanner_2);
@@ -75,7 +75,7 @@ TEST_F(Hot_plug, The_Record_Is_Kept_Whole)
     take_log();
 }
 
-TEST_F(Hot_plug, At_Level_1_Only_The_Tracing_Is_Logged)
+TEST_F(Hot_plug, at_level_1_only_the_tracing_is_logged)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 1, 0), VYRA_OK);
     plug(scanner_2);
@@ -83,7 +83,7 @@ TEST_F(Hot_plug, At_Level_1_Only_The_Tracing_Is_Logged)
     EXPECT_THAT(take_log(), ElementsAre(plug_trace, telling_plug(scanner_2), unplug_trace, telling_unplug(scanner_2)));
 }
 
-TEST_F(Hot_plug, At_Level_0_Nothing_Is_Logged)
+TEST_F(Hot_plug, at_level_0_nothing_is_logged)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 0, 0), VYRA_OK);
     plug(scanner_2);
@@ -91,7 +91,7 @@ TEST_F(Hot_plug, At_Level_0_Nothing_Is_Logged)
     EXPECT_EQ(take_host_events().size(), 2U);
 }
 
-TEST_F(Hot_plug, Without_A_Callback_The_Lists_Are_Kept_All_The_Same)
+TEST_F(Hot_plug, without_a_callback_the_lists_are_kept_all_the_same)
 {
     initialize(nullptr);
     plug(scanner_2);
@@ -101,7 +101,7 @@ TEST_F(Hot_plug, Without_A_Callback_The_Lists_Are_Kept_All_The_Same)
     EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, unplugged_line, unplug_trace));
 }
 
-TEST_F(Hot_plug, Unknown_Events_Do_Nothing_At_All)
+TEST_F(Hot_plug, unknown_events_do_nothing_at_all)
 {
     open_scanners(1);
     access::set_device_detected(true);
@@ -117,7 +117,7 @@ TEST_F(Hot_plug, Unknown_Events_Do_Nothing_At_All)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Hot_plug, Pulling_An_Open_Scanner_Marks_It_And_Leaves_Its_Handle_Valid)
+TEST_F(Hot_plug, pulling_an_open_scanner_marks_it_and_leaves_its_handle_valid)
 {
     open_scanners(2);
     unplug(scanner_2);
@@ -130,7 +130,7 @@ TEST_F(Hot_plug, Pulling_An_Open_Scanner_Marks_It_And_Leaves_Its_Handle_Valid)
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 4 \n", "close_device:    Error=9005\r\n"));
 }
 
-TEST_F(Hot_plug, Plugging_It_Back_In_Clears_The_Mark)
+TEST_F(Hot_plug, plugging_it_back_in_clears_the_mark)
 {
     open_scanners(2);
     unplug(scanner_2);
@@ -141,7 +141,7 @@ TEST_F(Hot_plug, Plugging_It_Back_In_Clears_The_Mark)
     take_log();
 }
 
-TEST_F(Hot_plug, The_Scanner_That_Comes_Back_Is_Found_By_Name_Whatever_Its_Case)
+TEST_F(Hot_plug, the_scanner_that_comes_back_is_found_by_name_whatever_its_case)
 {
     initialize();
     ASSERT_EQ(open("rq7-3050 #1"), 0U);
@@ -152,7 +152,7 @@ TEST_F(Hot_plug, The_Scanner_That_Comes_Back_Is_Found_By_Name_Whatever_Its_Case)
     take_log();
 }
 
-TEST_F(Hot_plug, A_Longer_Or_Shorter_Name_Is_Another_Scanner)
+TEST_F(Hot_plug, a_longer_or_shorter_name_is_another_scanner)
 {
     open_scanners(1);
     unplug(scanner_1);
@@ -164,7 +164,7 @@ TEST_F(Hot_plug, A_Longer_Or_Shorter_Name_Is_Another_Scanner)
 }
 
 // An unplug is known by the handle of the opening, which a scanner that was plugged in again no longer has.
-TEST_F(Hot_plug, A_Second_Unplug_Has_Another_Handle_And_Does_Not_Mark)
+TEST_F(Hot_plug, a_second_unplug_has_another_handle_and_does_not_mark)
 {
     open_scanners(1);
     unplug(scanner_1);
@@ -175,7 +175,7 @@ TEST_F(Hot_plug, A_Second_Unplug_Has_Another_Handle_And_Does_Not_Mark)
     take_log();
 }
 
-TEST_F(Hot_plug, Only_The_First_Open_Scanner_Of_A_Name_Or_Handle_Is_Marked)
+TEST_F(Hot_plug, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
 {
     open_scanners(1);
     auto twin = boost::make_shared<kvs::brenvozulta::brenvozulta_device>();
@@ -191,7 +191,7 @@ TEST_F(Hot_plug, Only_The_First_Open_Scanner_Of_A_Name_Or_Handle_Is_Marked)
     take_log();
 }
 
-TEST_F(Hot_plug, Entries_Without_A_Device_Are_Passed_Over)
+TEST_F(Hot_plug, entries_without_a_device_are_passed_over)
 {
     initialize();
     access::open_devices().store(0, nullptr);
@@ -203,7 +203,7 @@ TEST_F(Hot_plug, Entries_Without_A_Device_Are_Passed_Over)
     take_log();
 }
 
-TEST_F(Hot_plug, The_Same_Scanner_Plugged_Twice_Is_Two_Records_And_An_Unplug_Removes_The_First)
+TEST_F(Hot_plug, the_same_scanner_plugged_twice_is_two_records_and_an_unplug_removes_the_first)
 {
     initialize(host_callback);
     brenvozulta_sim_attach(scanner_2);
@@ -226,7 +226,7 @@ TEST_F(Hot_plug, The_Same_Scanner_Plugged_Twice_Is_Two_Records_And_An_Unplug_Rem
     take_log();
 }
 
-TEST_F(Hot_plug, Unplug_Of_An_Unknown_Handle_Is_Not_Reported)
+TEST_F(Hot_plug, unplug_of_an_unknown_handle_is_not_reported)
 {
     initialize(host_callback);
     int nothing = 0;
@@ -240,7 +240,7 @@ TEST_F(Hot_plug, Unplug_Of_An_Unknown_Handle_Is_Not_Reported)
 }
 
 // It was opened under a handle that the list never held.
-TEST_F(Hot_plug, Unplug_Of_An_Open_Scanner_That_Was_Never_Listed_Marks_It_Without_Telling_The_Host)
+TEST_F(Hot_plug, unplug_of_an_open_scanner_that_was_never_listed_marks_it_without_telling_the_host)
 {
     initialize(host_callback);
     brenvozulta_sim_attach(scanner_2);
@@ -251,7 +251,7 @@ TEST_F(Hot_plug, Unplug_Of_An_Open_Scanner_That_Was_Never_Listed_Marks_It_Withou
     EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace));
 }
 
-TEST_F(Hot_plug, A_Scanner_The_Driver_Cannot_Describe_Is_Logged_With_The_Raw_Result_And_Dropped)
+TEST_F(Hot_plug, a_scanner_the_driver_cannot_describe_is_logged_with_the_raw_result_and_dropped)
 {
     open_scanners(1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
@@ -271,7 +271,7 @@ TEST_F(Hot_plug, A_Scanner_The_Driver_Cannot_Describe_Is_Logged_With_The_Raw_Res
     EXPECT_THAT(take_host_events(), IsEmpty());
 }
 
-TEST_F(Hot_plug, Events_Before_Initialize_And_After_Terminate_Change_Nothing_But_The_Flag)
+TEST_F(Hot_plug, events_before_initialize_and_after_terminate_change_nothing_but_the_flag)
 {
     initialize(host_callback);
     void* const scanner = brenvozulta_sim_handle(scanner_1);
@@ -289,7 +289,7 @@ TEST_F(Hot_plug, Events_Before_Initialize_And_After_Terminate_Change_Nothing_But
     EXPECT_THAT(take_host_events(), IsEmpty());
 }
 
-TEST_F(Hot_plug, Events_Are_Dealt_With_While_The_System_Sleeps)
+TEST_F(Hot_plug, events_are_dealt_with_while_the_system_sleeps)
 {
     initialize(host_callback);
     access::set_suspended(true);
@@ -299,7 +299,7 @@ TEST_F(Hot_plug, Events_Are_Dealt_With_While_The_System_Sleeps)
     take_log();
 }
 
-TEST_F(Hot_plug, A_Name_Of_559_Characters_Reaches_The_Host_Whole)
+TEST_F(Hot_plug, a_name_of_559_characters_reaches_the_host_whole)
 {
     const std::string name(559, 'n');
     initialize(host_callback);

@@ -24,7 +24,7 @@ std::string enumeration_failed(std::uint32_t result)
 
 }  // namespace
 
-TEST_F(Initialize, Calls_The_Driver_In_Order_And_Logs_Nothing)
+TEST_F(Initialize, calls_the_driver_in_order_and_logs_nothing)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), bring_up);
@@ -32,7 +32,7 @@ TEST_F(Initialize, Calls_The_Driver_In_Order_And_Logs_Nothing)
     EXPECT_EQ(access::callback(), &host_callback);
 }
 
-TEST_F(Initialize, Registers_The_Hot_Plug_Listener_Of_The_Manager)
+TEST_F(Initialize, registers_the_hot_plug_listener_of_the_manager)
 {
     initialize();
     brenvozulta_sim_call call = {};
@@ -40,7 +40,7 @@ TEST_F(Initialize, Registers_The_Hot_Plug_Listener_Of_The_Manager)
     EXPECT_EQ(call.arguments[0], reinterpret_cast<std::uintptr_t>(&kvs::brenvozulta::hot_plug_listener));
 }
 
-TEST_F(Initialize, Keeps_Whole_Entries_In_The_Order_Of_The_Driver)
+TEST_F(Initialize, keeps_whole_entries_in_the_order_of_the_driver)
 {
     brenvozulta_sim_attach(scanner_2);
     brenvozulta_sim_set_serial_number(scanner_2, "SERIAL-00002");
@@ -51,7 +51,7 @@ TEST_F(Initialize, Keeps_Whole_Entries_In_The_Order_Of_The_Driver)
     EXPECT_EQ(std::string(detected[1].info.serial_number, 12), "SERIAL-00002");
 }
 
-TEST_F(Initialize, Log_Level_Above_3_Becomes_0)
+TEST_F(Initialize, log_level_above_3_becomes_0)
 {
     const auto level_after = [](std::uint32_t level) {
         EXPECT_EQ(VyraInitialize_N(nullptr, level, 0), VYRA_OK);
@@ -69,7 +69,7 @@ TEST_F(Initialize, Log_Level_Above_3_Becomes_0)
     EXPECT_EQ(level_after(0), 0);
 }
 
-TEST_F(Initialize, Log_Limit_Below_1_Becomes_50_MiB)
+TEST_F(Initialize, log_limit_below_1_becomes_50_mib)
 {
     const auto limit_after = [](std::int32_t limit) {
         EXPECT_EQ(VyraInitialize_N(nullptr, 0, limit), VYRA_OK);
@@ -84,7 +84,7 @@ TEST_F(Initialize, Log_Limit_Below_1_Becomes_50_MiB)
     EXPECT_EQ(limit_after(std::numeric_limits<std::int32_t>::min()), default_size);
 }
 
-TEST_F(Initialize, Second_Initialize_Says_So_Closes_All_Scanners_And_Starts_The_Driver_Again)
+TEST_F(Initialize, second_initialize_says_so_closes_all_scanners_and_starts_the_driver_again)
 {
     open_scanners(2);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
@@ -96,7 +96,7 @@ TEST_F(Initialize, Second_Initialize_Says_So_Closes_All_Scanners_And_Starts_The_
     EXPECT_EQ(open(), 0U);
 }
 
-TEST_F(Initialize, Line_Of_A_Second_Initialize_Is_Tracing)
+TEST_F(Initialize, line_of_a_second_initialize_is_tracing)
 {
     initialize();
     ASSERT_EQ(VyraInitialize_N(nullptr, 1, 0), VYRA_OK);
@@ -104,7 +104,7 @@ TEST_F(Initialize, Line_Of_A_Second_Initialize_Is_Tracing)
 }
 
 // The result of the nested terminate is not looked at.
-TEST_F(Initialize, Second_Initialize_Goes_On_When_The_Driver_Is_Not_Released)
+TEST_F(Initialize, second_initialize_goes_on_when_the_driver_is_not_released)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -115,7 +115,7 @@ TEST_F(Initialize, Second_Initialize_Goes_On_When_The_Driver_Is_Not_Released)
                                         refusal("terminate", VYRA_INTERNAL)));
 }
 
-TEST_F(Initialize, Driver_That_Does_Not_Come_Up_Is_9000_And_Leaves_The_Library_Uninitialized)
+TEST_F(Initialize, driver_that_does_not_come_up_is_9000_and_leaves_the_library_uninitialized)
 {
     for (const std::uint32_t result : {1U, 5U, 18U, 19U, 0xFFFFFFFFU}) {
         brenvozulta_sim_fail("QXDR_Initialize", result, 1);
@@ -129,7 +129,7 @@ TEST_F(Initialize, Driver_That_Does_Not_Come_Up_Is_9000_And_Leaves_The_Library_U
     }
 }
 
-TEST_F(Initialize, Driver_That_Lists_Nothing_With_Result_5_Is_Success)
+TEST_F(Initialize, driver_that_lists_nothing_with_result_5_is_success)
 {
     brenvozulta_sim_remove_all();
     initialize();
@@ -138,7 +138,7 @@ TEST_F(Initialize, Driver_That_Lists_Nothing_With_Result_5_Is_Success)
 }
 
 // The driver then leaves the count as it was, and the entries too, which are all zero.
-TEST_F(Initialize, Count_That_Result_5_Left_Untouched_Lists_Empty_Entries)
+TEST_F(Initialize, count_that_result_5_left_untouched_lists_empty_entries)
 {
     brenvozulta_sim_remove_all();
     initialize();
@@ -149,14 +149,14 @@ TEST_F(Initialize, Count_That_Result_5_Left_Untouched_Lists_Empty_Entries)
     EXPECT_EQ(access::detected_devices().size(), 8U);
 }
 
-TEST_F(Initialize, Enumeration_Result_18_Is_9110)
+TEST_F(Initialize, enumeration_result_18_is_9110)
 {
     brenvozulta_sim_fail("QXDR_GetDevicesList", 18, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_SCN_UNAVAILABLE);
     EXPECT_THAT(take_log(), ElementsAre(enumeration_failed(18)));
 }
 
-TEST_F(Initialize, Every_Other_Enumeration_Result_Is_9000)
+TEST_F(Initialize, every_other_enumeration_result_is_9000)
 {
     for (std::uint32_t result = 1; result <= 20; ++result) {
         if (result == 5 || result == 18) {
@@ -169,7 +169,7 @@ TEST_F(Initialize, Every_Other_Enumeration_Result_Is_9000)
     }
 }
 
-TEST_F(Initialize, Failed_Enumeration_Leaves_It_Initialized_Without_Events)
+TEST_F(Initialize, failed_enumeration_leaves_it_initialized_without_events)
 {
     brenvozulta_sim_fail("QXDR_GetDevicesList", 2, 1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_INTERNAL);
@@ -185,7 +185,7 @@ TEST_F(Initialize, Failed_Enumeration_Leaves_It_Initialized_Without_Events)
     EXPECT_FALSE(access::initialized());
 }
 
-TEST_F(Initialize, Count_Of_The_Driver_Is_Taken_Within_0_To_8)
+TEST_F(Initialize, count_of_the_driver_is_taken_within_0_to_8)
 {
     brenvozulta_sim_attach(scanner_2);
     const auto listed_with = [](std::int32_t count) {
@@ -205,7 +205,7 @@ TEST_F(Initialize, Count_Of_The_Driver_Is_Taken_Within_0_To_8)
     EXPECT_EQ(listed_with(0x7FFFFFFF), all);
 }
 
-TEST_F(Initialize, Offers_The_Driver_Room_For_8_Entries)
+TEST_F(Initialize, offers_the_driver_room_for_8_entries)
 {
     for (std::size_t number = 2; number <= 9; ++number) {
         brenvozulta_sim_attach(scanner_name(number).c_str());
@@ -215,7 +215,7 @@ TEST_F(Initialize, Offers_The_Driver_Room_For_8_Entries)
     EXPECT_EQ(access::detected_names().back(), scanner_name(8));
 }
 
-TEST_F(Initialize, Refused_Listener_Is_A_Warning_Only)
+TEST_F(Initialize, refused_listener_is_a_warning_only)
 {
     brenvozulta_sim_fail("QXDR_SetListenerCallbackHotPlug", 19, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
@@ -224,7 +224,7 @@ TEST_F(Initialize, Refused_Listener_Is_A_Warning_Only)
     EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
 }
 
-TEST_F(Initialize, Starts_The_Notification_Service_After_The_Listener)
+TEST_F(Initialize, starts_the_notification_service_after_the_listener)
 {
     brenvozulta_sim_block("QXDR_SetListenerCallbackHotPlug");
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
@@ -238,7 +238,7 @@ TEST_F(Initialize, Starts_The_Notification_Service_After_The_Listener)
     EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
 }
 
-TEST_F(Initialize, Is_Initialized_Only_Once_The_Driver_Is)
+TEST_F(Initialize, is_initialized_only_once_the_driver_is)
 {
     brenvozulta_sim_block("QXDR_Initialize");
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
@@ -249,7 +249,7 @@ TEST_F(Initialize, Is_Initialized_Only_Once_The_Driver_Is)
 }
 
 // They are stored before the lock is certain: at once while another thread has it, and for good when it cannot be had.
-TEST_F(Initialize, Settings_Are_In_Place_Before_The_Lock_And_Stay_When_The_Wait_Fails)
+TEST_F(Initialize, settings_are_in_place_before_the_lock_and_stay_when_the_wait_fails)
 {
     const Lock_held_elsewhere busy;
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(host_callback, 3, 4711); });
@@ -268,7 +268,7 @@ TEST_F(Initialize, Settings_Are_In_Place_Before_The_Lock_And_Stay_When_The_Wait_
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Initialize, Goes_On_As_Soon_As_The_Lock_Is_Free)
+TEST_F(Initialize, goes_on_as_soon_as_the_lock_is_free)
 {
     std::future<std::int32_t> initializing;
     {

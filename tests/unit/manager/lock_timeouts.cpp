@@ -60,7 +60,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Lock_timeouts, Every_Operation_Ends_With_9000_And_Every_Event_Is_Dropped_With_Its_Line)
+TEST_F(Lock_timeouts, every_operation_ends_with_9000_and_every_event_is_dropped_with_its_line)
 {
     open_scanners(1);
     VyraBrenvoZultaGetPortType(0, nullptr);  // opens the log, which takes no lock, before many write to it
@@ -97,7 +97,7 @@ TEST_F(Lock_timeouts, Every_Operation_Ends_With_9000_And_Every_Event_Is_Dropped_
     test_support::remove_logs();
 }
 
-TEST_F(Lock_timeouts, Every_Operation_Goes_On_When_The_Lock_Comes_In_Time)
+TEST_F(Lock_timeouts, every_operation_goes_on_when_the_lock_comes_in_time)
 {
     open_scanners(1);
     std::future<std::int32_t> waiting;
@@ -109,7 +109,7 @@ TEST_F(Lock_timeouts, Every_Operation_Goes_On_When_The_Lock_Comes_In_Time)
     EXPECT_EQ(waiting.get(), VYRA_OK);
 }
 
-TEST_F(Lock_timeouts, The_Lock_Is_Recursive)
+TEST_F(Lock_timeouts, the_lock_is_recursive)
 {
     open_scanners(1);
     const boost::unique_lock<boost::recursive_timed_mutex> held(access::lock());

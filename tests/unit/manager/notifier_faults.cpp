@@ -39,20 +39,20 @@ protected:
 
 }  // namespace
 
-TEST_F(Notifier_faults, A_Window_That_Cannot_Be_Created_Does_Not_Fail_The_Session)
+TEST_F(Notifier_faults, a_window_that_cannot_be_created_does_not_fail_the_session)
 {
     win32_double::fail("CreateWindowExA", win32_double::always);
     expect_a_session_without_window("Exception : Could not create message window!\r\n");
 }
 
-TEST_F(Notifier_faults, A_Refused_Registration_Does_Not_Fail_The_Session)
+TEST_F(Notifier_faults, a_refused_registration_does_not_fail_the_session)
 {
     win32_double::fail("RegisterDeviceNotificationA", win32_double::always);
     expect_a_session_without_window("Exception : Could not register for devicenotifications!\r\n");
 }
 
 // A sleep that comes while the notifier is being stopped finds nobody to tell.
-TEST_F(Notifier_faults, The_Power_Subscription_Ends_Before_The_Notifier)
+TEST_F(Notifier_faults, the_power_subscription_ends_before_the_notifier)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());

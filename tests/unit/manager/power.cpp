@@ -45,7 +45,7 @@ private:
 
 }  // namespace
 
-TEST_F(Power, Sleep_Suspends_Logs_And_Prints)
+TEST_F(Power, sleep_suspends_logs_and_prints)
 {
     initialize();
     power_handler(SysPowerSleep);
@@ -54,7 +54,7 @@ TEST_F(Power, Sleep_Suspends_Logs_And_Prints)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\n");
 }
 
-TEST_F(Power, Resume_Wakes_Logs_And_Prints)
+TEST_F(Power, resume_wakes_logs_and_prints)
 {
     initialize();
     access::set_suspended(true);
@@ -64,7 +64,7 @@ TEST_F(Power, Resume_Wakes_Logs_And_Prints)
     EXPECT_EQ(printed(), "RQ7-3050 resume\n");
 }
 
-TEST_F(Power, Any_Value_But_0_Is_Resume)
+TEST_F(Power, any_value_but_0_is_resume)
 {
     initialize();
     access::set_suspended(true);
@@ -75,7 +75,7 @@ TEST_F(Power, Any_Value_But_0_Is_Resume)
 }
 
 // The manager is told before the line is printed: who reads it finds the library suspended.
-TEST_F(Power, Events_Before_Initialize_And_After_Terminate_Change_Nothing)
+TEST_F(Power, events_before_initialize_and_after_terminate_change_nothing)
 {
     initialize();
     VyraTerminate();
@@ -89,7 +89,7 @@ TEST_F(Power, Events_Before_Initialize_And_After_Terminate_Change_Nothing)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
 }
 
-TEST_F(Power, Sleep_Requests_A_Stop_Of_Every_Open_Scanner_And_Raises_A_Status_Change)
+TEST_F(Power, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_status_change)
 {
     open_scanners(3);
     access::open_devices().store(7, nullptr);
@@ -102,7 +102,7 @@ TEST_F(Power, Sleep_Requests_A_Stop_Of_Every_Open_Scanner_And_Raises_A_Status_Ch
     EXPECT_THAT(take_driver_calls(), IsEmpty()) << "the driver is left alone";
 }
 
-TEST_F(Power, Resume_Restarts_Nothing)
+TEST_F(Power, resume_restarts_nothing)
 {
     open_scanners(1);
     brenvozulta_sim_set_idle_stop_result(19);
@@ -120,7 +120,7 @@ TEST_F(Power, Resume_Restarts_Nothing)
     EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
 }
 
-TEST_F(Power, Every_Device_Operation_Between_Sleep_And_Resume_Is_9110)
+TEST_F(Power, every_device_operation_between_sleep_and_resume_is_9110)
 {
     open_scanners(1);
     access::manager().ManagePowerEvent(true);
@@ -138,7 +138,7 @@ TEST_F(Power, Every_Device_Operation_Between_Sleep_And_Resume_Is_9110)
     EXPECT_EQ(VyraBrenvoZultaSetParameters(0, 1, 2), VYRA_OK);
 }
 
-TEST_F(Power, Suspended_Survives_Terminate_And_Initialize_Until_The_Resume)
+TEST_F(Power, suspended_survives_terminate_and_initialize_until_the_resume)
 {
     initialize();
     access::manager().ManagePowerEvent(true);
@@ -153,7 +153,7 @@ TEST_F(Power, Suspended_Survives_Terminate_And_Initialize_Until_The_Resume)
     EXPECT_EQ(open(), 0U);
 }
 
-TEST_F(Power, Broadcasts_Of_The_System_Reach_The_Manager)
+TEST_F(Power, broadcasts_of_the_system_reach_the_manager)
 {
     open_scanners(1);
     ASSERT_TRUE(wait_for_notifier_window());
@@ -166,7 +166,7 @@ TEST_F(Power, Broadcasts_Of_The_System_Reach_The_Manager)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
 }
 
-TEST_F(Power, A_Wake_Nobody_Attends_To_Is_No_Resume)
+TEST_F(Power, a_wake_nobody_attends_to_is_no_resume)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -180,7 +180,7 @@ TEST_F(Power, A_Wake_Nobody_Attends_To_Is_No_Resume)
 }
 
 // A failed release leaves the events in place.
-TEST_F(Power, Broadcasts_Still_Reach_A_Manager_Whose_Driver_Was_Not_Released)
+TEST_F(Power, broadcasts_still_reach_a_manager_whose_driver_was_not_released)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());

@@ -21,7 +21,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Reset_device, Returns_0_When_The_Scanner_Comes_Back)
+TEST_F(Reset_device, returns_0_when_the_scanner_comes_back)
 {
     open_scanners(1);
     restart_with(50, true);
@@ -33,7 +33,7 @@ TEST_F(Reset_device, Returns_0_When_The_Scanner_Comes_Back)
     EXPECT_NE(access::open_devices().find(0), nullptr) << "the handle stays";
 }
 
-TEST_F(Reset_device, Waits_For_A_Return_After_The_Driver_Call)
+TEST_F(Reset_device, waits_for_a_return_after_the_driver_call)
 {
     open_scanners(1);
     restart_with(500, true);
@@ -42,7 +42,7 @@ TEST_F(Reset_device, Waits_For_A_Return_After_The_Driver_Call)
     take_log();
 }
 
-TEST_F(Reset_device, A_Return_That_Never_Comes_Is_9005)
+TEST_F(Reset_device, a_return_that_never_comes_is_9005)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -52,7 +52,7 @@ TEST_F(Reset_device, A_Return_That_Never_Comes_Is_9005)
 }
 
 // A detection of some time ago is not the return that is waited for.
-TEST_F(Reset_device, Forgets_Earlier_Detections_Before_The_Driver_Call)
+TEST_F(Reset_device, forgets_earlier_detections_before_the_driver_call)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -67,7 +67,7 @@ TEST_F(Reset_device, Forgets_Earlier_Detections_Before_The_Driver_Call)
 }
 
 // The listener sets the flag before it waits for the manager lock, which the reset holds.
-TEST_F(Reset_device, Listener_Sets_The_Flag_While_The_Reset_Holds_The_Lock)
+TEST_F(Reset_device, listener_sets_the_flag_while_the_reset_holds_the_lock)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -86,7 +86,7 @@ TEST_F(Reset_device, Listener_Sets_The_Flag_While_The_Reset_Holds_The_Lock)
     take_log();
 }
 
-TEST_F(Reset_device, Unplug_During_The_Wait_Takes_The_Detection_Back)
+TEST_F(Reset_device, unplug_during_the_wait_takes_the_detection_back)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -102,7 +102,7 @@ TEST_F(Reset_device, Unplug_During_The_Wait_Takes_The_Detection_Back)
     take_log();
 }
 
-TEST_F(Reset_device, Refusal_Of_The_Driver_Is_Returned_At_Once_And_Not_Logged_Again)
+TEST_F(Reset_device, refusal_of_the_driver_is_returned_at_once_and_not_logged_again)
 {
     open_scanners(1);
     brenvozulta_sim_fail("QXDR_ResetDevice", 9, 1);
@@ -110,7 +110,7 @@ TEST_F(Reset_device, Refusal_Of_The_Driver_Is_Returned_At_Once_And_Not_Logged_Ag
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_ResetDevice ret = 9 \n"));
 }
 
-TEST_F(Reset_device, Suspended_Is_9110)
+TEST_F(Reset_device, suspended_is_9110)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -119,7 +119,7 @@ TEST_F(Reset_device, Suspended_Is_9110)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Reset_device, Not_Initialized_Is_9101)
+TEST_F(Reset_device, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -129,14 +129,14 @@ TEST_F(Reset_device, Not_Initialized_Is_9101)
     EXPECT_TRUE(access::device_detected()) << "untouched by a refused reset";
 }
 
-TEST_F(Reset_device, Unknown_Handle_Is_9108)
+TEST_F(Reset_device, unknown_handle_is_9108)
 {
     open_scanners(1);
     EXPECT_EQ(VyraBusReset_N(1), VYRA_BAD_SCANNER_IDX);
     EXPECT_THAT(take_log(), ElementsAre(refusal("reset_device", VYRA_BAD_SCANNER_IDX)));
 }
 
-TEST_F(Reset_device, Entry_Without_A_Device_Is_9005_Without_A_Line)
+TEST_F(Reset_device, entry_without_a_device_is_9005_without_a_line)
 {
     initialize();
     access::open_devices().store(0, nullptr);

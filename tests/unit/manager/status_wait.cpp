@@ -45,28 +45,28 @@ protected:
 
 }  // namespace
 
-TEST_F(Status_wait, A_Change_Is_Kept_For_One_Wait)
+TEST_F(Status_wait, a_change_is_kept_for_one_wait)
 {
     status.raise();
     EXPECT_TRUE(take_change());
     EXPECT_FALSE(take_change());
 }
 
-TEST_F(Status_wait, A_Change_That_Nobody_Waited_For_Outlives_Its_Session)
+TEST_F(Status_wait, a_change_that_nobody_waited_for_outlives_its_session)
 {
     status.raise();
     status.end_session();
     EXPECT_TRUE(take_change());
 }
 
-TEST_F(Status_wait, The_End_Of_The_Session_Is_No_Change)
+TEST_F(Status_wait, the_end_of_the_session_is_no_change)
 {
     status.end_session();
     EXPECT_FALSE(take_change());
 }
 
 // As a waiter that the end of its session has released, and that only comes to run after the next change.
-TEST_F(Status_wait, A_Waiter_Of_The_Session_Before_Leaves_The_Changes_Of_The_New_One)
+TEST_F(Status_wait, a_waiter_of_the_session_before_leaves_the_changes_of_the_new_one)
 {
     const status_wait::session before = status.current_session();
     status.end_session();
@@ -76,7 +76,7 @@ TEST_F(Status_wait, A_Waiter_Of_The_Session_Before_Leaves_The_Changes_Of_The_New
 }
 
 // A close raises a change, and the terminate that it belongs to ends the session before the waiter has run.
-TEST_F(Status_wait, A_Change_That_Released_A_Waiter_Ends_With_Its_Session)
+TEST_F(Status_wait, a_change_that_released_a_waiter_ends_with_its_session)
 {
     for (int round = 0; round < 100; ++round) {
         boost::thread waiting([this, session = status.current_session()] { status.wait(session); });
@@ -91,7 +91,7 @@ TEST_F(Status_wait, A_Change_That_Released_A_Waiter_Ends_With_Its_Session)
     EXPECT_FALSE(take_change());
 }
 
-TEST_F(Status_wait, All_Waiters_Of_A_Session_Are_Released_By_Its_End)
+TEST_F(Status_wait, all_waiters_of_a_session_are_released_by_its_end)
 {
     boost::thread_group waiting;
     for (int i = 0; i < 4; ++i) {

@@ -37,7 +37,7 @@ private:
     }
 };
 
-TEST_F(Message_contract, AMessageSentWithinTheThreadIsHandledAtOnce)
+TEST_F(Message_contract, a_message_sent_within_the_thread_is_handled_at_once)
 {
     recorder().answer(first_message, 42);
     const HWND window = contract::create_recorder_window();
@@ -46,7 +46,7 @@ TEST_F(Message_contract, AMessageSentWithinTheThreadIsHandledAtOnce)
     EXPECT_TRUE(DestroyWindow(window));
 }
 
-TEST_F(Message_contract, AMessageSentToAnotherThreadIsHandledByItsOwnerBeforeTheSenderGoesOn)
+TEST_F(Message_contract, a_message_sent_to_another_thread_is_handled_by_its_owner_before_the_sender_goes_on)
 {
     recorder().answer(first_message, 42);
     const contract::Window_thread owner;
@@ -56,7 +56,7 @@ TEST_F(Message_contract, AMessageSentToAnotherThreadIsHandledByItsOwnerBeforeThe
     EXPECT_NE(owner.id(), GetCurrentThreadId());
 }
 
-TEST_F(Message_contract, ASentCloseHasDestroyedTheWindowWhenItReturns)
+TEST_F(Message_contract, a_sent_close_has_destroyed_the_window_when_it_returns)
 {
     const contract::Window_thread owner;
     ASSERT_NE(owner.window(), nullptr);
@@ -65,7 +65,7 @@ TEST_F(Message_contract, ASentCloseHasDestroyedTheWindowWhenItReturns)
     EXPECT_EQ(recorder().handler_of(WM_NCDESTROY), owner.id());
 }
 
-TEST_F(Message_contract, APostedMessageIsDispatchedToItsWindow)
+TEST_F(Message_contract, a_posted_message_is_dispatched_to_its_window)
 {
     const HWND window = contract::create_recorder_window();
     MSG message;
@@ -85,7 +85,7 @@ TEST_F(Message_contract, APostedMessageIsDispatchedToItsWindow)
 }
 
 // Seen under Wine only: Windows documents that the quit is a flag of the queue, not when it is seen.
-TEST_F(Message_contract, TheQuitComesBehindEverythingPosted)
+TEST_F(Message_contract, the_quit_comes_behind_everything_posted)
 {
     const DWORD self = GetCurrentThreadId();
     MSG message;
@@ -102,7 +102,7 @@ TEST_F(Message_contract, TheQuitComesBehindEverythingPosted)
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
 }
 
-TEST_F(Message_contract, APostedQuitMessageEndsALoopToo)
+TEST_F(Message_contract, a_posted_quit_message_ends_a_loop_too)
 {
     MSG message;
     EXPECT_TRUE(PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 9, 0));
@@ -110,7 +110,7 @@ TEST_F(Message_contract, APostedQuitMessageEndsALoopToo)
     EXPECT_EQ(message.wParam, 9u);
 }
 
-TEST_F(Message_contract, PeekingLeavesOrTakesAMessage)
+TEST_F(Message_contract, peeking_leaves_or_takes_a_message)
 {
     MSG message;
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
@@ -120,7 +120,7 @@ TEST_F(Message_contract, PeekingLeavesOrTakesAMessage)
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
 }
 
-TEST_F(Message_contract, GettingMessagesOfNoWindowFails)
+TEST_F(Message_contract, getting_messages_of_no_window_fails)
 {
     const HWND window = contract::create_recorder_window();
     ASSERT_TRUE(DestroyWindow(window));
@@ -130,7 +130,7 @@ TEST_F(Message_contract, GettingMessagesOfNoWindowFails)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
 }
 
-TEST_F(Message_contract, AnEndedThreadGetsNoMessages)
+TEST_F(Message_contract, an_ended_thread_gets_no_messages)
 {
     DWORD ended = 0;
     std::thread([&] { ended = GetCurrentThreadId(); }).join();
@@ -138,7 +138,7 @@ TEST_F(Message_contract, AnEndedThreadGetsNoMessages)
 }
 
 // While a thread waits for an answer it still handles what is sent to it.
-TEST_F(Message_contract, ThreadsThatSendToEachOtherDoNotStandStill)
+TEST_F(Message_contract, threads_that_send_to_each_other_do_not_stand_still)
 {
     static HWND back = nullptr;
     static LRESULT answer = 0;
@@ -173,7 +173,7 @@ TEST_F(Message_contract, ThreadsThatSendToEachOtherDoNotStandStill)
     EXPECT_TRUE(UnregisterClassA("CONTRACT_REPLYING", GetModuleHandleA(nullptr)));
 }
 
-TEST_F(Message_contract, ThreadsHaveNumbersOfTheirOwn)
+TEST_F(Message_contract, threads_have_numbers_of_their_own)
 {
     DWORD other = 0;
     std::thread([&] { other = GetCurrentThreadId(); }).join();
@@ -182,7 +182,7 @@ TEST_F(Message_contract, ThreadsHaveNumbersOfTheirOwn)
     EXPECT_EQ(GetCurrentThreadId(), GetCurrentThreadId());
 }
 
-TEST_F(Message_contract, TheLastErrorBelongsToTheThread)
+TEST_F(Message_contract, the_last_error_belongs_to_the_thread)
 {
     std::atomic<bool> set_there{false};
     std::atomic<bool> set_here{false};

@@ -39,7 +39,7 @@ protected:
     DWORD number_ = 0;
 };
 
-TEST_F(Thread_contract, RunsUnderTheNumberThatItsCreatorIsTold)
+TEST_F(Thread_contract, runs_under_the_number_that_its_creator_is_told)
 {
     EXPECT_NE(number_, GetCurrentThreadId());
     SetEvent(asked_.may_end);
@@ -47,7 +47,7 @@ TEST_F(Thread_contract, RunsUnderTheNumberThatItsCreatorIsTold)
     EXPECT_EQ(asked_.number, number_);
 }
 
-TEST_F(Thread_contract, ItsEndEndsEveryWaitForIt)
+TEST_F(Thread_contract, its_end_ends_every_wait_for_it)
 {
     EXPECT_EQ(WaitForSingleObject(thread_, 0), DWORD{WAIT_TIMEOUT});
     SetEvent(asked_.may_end);
@@ -57,7 +57,7 @@ TEST_F(Thread_contract, ItsEndEndsEveryWaitForIt)
     }
 }
 
-TEST_F(Thread_contract, AWaitForSeveralEndsByTheFirstThatIsSignalled)
+TEST_F(Thread_contract, a_wait_for_several_ends_by_the_first_that_is_signalled)
 {
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     const HANDLE objects[] = {event, thread_};
@@ -75,7 +75,7 @@ TEST_F(Thread_contract, AWaitForSeveralEndsByTheFirstThatIsSignalled)
     EXPECT_TRUE(CloseHandle(event));
 }
 
-TEST_F(Thread_contract, CanBeOpenedByItself)
+TEST_F(Thread_contract, can_be_opened_by_itself)
 {
     HANDLE opened = nullptr;
     std::thread([&] {

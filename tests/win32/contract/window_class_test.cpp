@@ -29,13 +29,13 @@ protected:
     void TearDown() override { UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)); }
 };
 
-TEST_F(Window_class_contract, TheRecordHas80Bytes)
+TEST_F(Window_class_contract, the_record_has80_bytes)
 {
     EXPECT_EQ(sizeof(WNDCLASSEXA), 80u);
 }
 
 // Seen under Wine only: that the case of the letters does not matter follows from the documentation of atoms alone.
-TEST_F(Window_class_contract, ASecondRegistrationFailsAndTheFirstStays)
+TEST_F(Window_class_contract, a_second_registration_fails_and_the_first_stays)
 {
     const WNDCLASSEXA first = description("CONTRACT");
     const WNDCLASSEXA second = description("contract", second_procedure);
@@ -51,7 +51,7 @@ TEST_F(Window_class_contract, ASecondRegistrationFailsAndTheFirstStays)
 }
 
 // Seen under Wine only: the size must be right, what happens otherwise is not documented.
-TEST_F(Window_class_contract, ARecordOfTheWrongSizeIsRefused)
+TEST_F(Window_class_contract, a_record_of_the_wrong_size_is_refused)
 {
     WNDCLASSEXA wrong = description("CONTRACT");
     wrong.cbSize = 7;
@@ -60,7 +60,7 @@ TEST_F(Window_class_contract, ARecordOfTheWrongSizeIsRefused)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
 }
 
-TEST_F(Window_class_contract, AnUnregisteredClassIsGone)
+TEST_F(Window_class_contract, an_unregistered_class_is_gone)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     ASSERT_NE(RegisterClassExA(&added), 0);
@@ -73,7 +73,7 @@ TEST_F(Window_class_contract, AnUnregisteredClassIsGone)
     EXPECT_FALSE(GetClassInfoExA(GetModuleHandleA(nullptr), "CONTRACT", &found));
 }
 
-TEST_F(Window_class_contract, AClassWithAWindowCannotBeUnregistered)
+TEST_F(Window_class_contract, a_class_with_a_window_cannot_be_unregistered)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     ASSERT_NE(RegisterClassExA(&added), 0);
@@ -87,7 +87,7 @@ TEST_F(Window_class_contract, AClassWithAWindowCannotBeUnregistered)
     EXPECT_TRUE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
 }
 
-TEST_F(Window_class_contract, AClassCanBeNamedByItsAtom)
+TEST_F(Window_class_contract, a_class_can_be_named_by_its_atom)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     const ATOM atom = RegisterClassExA(&added);

@@ -49,7 +49,7 @@ protected:
     void TearDown() override { win32_double::clear(); }
 };
 
-TEST_P(Failing, AnOrderedFailureGivesTheFailureValueAndTheError)
+TEST_P(Failing, an_ordered_failure_gives_the_failure_value_and_the_error)
 {
     const Failing_call& call = GetParam();
     win32_double::fail(call.function, 1, 1234);
@@ -166,14 +166,14 @@ protected:
     void TearDown() override { win32_double::clear(); }
 };
 
-TEST_F(Failure_orders, OnceMeansTheNextCallOnly)
+TEST_F(Failure_orders, once_means_the_next_call_only)
 {
     win32_double::fail("Beep");
     EXPECT_FALSE(Beep(1000, 1));
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, ANumberOfCallsFails)
+TEST_F(Failure_orders, a_number_of_calls_fails)
 {
     win32_double::fail("Beep", 2);
     EXPECT_FALSE(Beep(1000, 1));
@@ -181,7 +181,7 @@ TEST_F(Failure_orders, ANumberOfCallsFails)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, AlwaysLastsUntilCleared)
+TEST_F(Failure_orders, always_lasts_until_cleared)
 {
     win32_double::fail("Beep", win32_double::always);
     for (int i = 0; i < 5; ++i)
@@ -190,7 +190,7 @@ TEST_F(Failure_orders, AlwaysLastsUntilCleared)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, CallsBeforeTheFailureStillWork)
+TEST_F(Failure_orders, calls_before_the_failure_still_work)
 {
     win32_double::fail("Beep", 1, ERROR_GEN_FAILURE, 2);
     EXPECT_TRUE(Beep(1000, 1));
@@ -199,20 +199,20 @@ TEST_F(Failure_orders, CallsBeforeTheFailureStillWork)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, AnOrderReplacesTheOneBefore)
+TEST_F(Failure_orders, an_order_replaces_the_one_before)
 {
     win32_double::fail("Beep", win32_double::always);
     win32_double::fail("Beep", 0);
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, OtherFunctionsAreLeftAlone)
+TEST_F(Failure_orders, other_functions_are_left_alone)
 {
     win32_double::fail("DeleteFileA", win32_double::always);
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, CallsAreCountedUntilCleared)
+TEST_F(Failure_orders, calls_are_counted_until_cleared)
 {
     Beep(1000, 1);
     win32_double::fail("Beep");
@@ -222,13 +222,13 @@ TEST_F(Failure_orders, CallsAreCountedUntilCleared)
     EXPECT_EQ(win32_double::calls("Beep"), 0u);
 }
 
-TEST_F(Failure_orders, AnUnknownFunctionIsAnErrorOfTheTest)
+TEST_F(Failure_orders, an_unknown_function_is_an_error_of_the_test)
 {
     EXPECT_THROW(win32_double::fail("Beeb"), std::invalid_argument);
     EXPECT_THROW(win32_double::calls("Beeb"), std::invalid_argument);
 }
 
-TEST_F(Failure_orders, AFailingMoveMovesNothing)
+TEST_F(Failure_orders, a_failing_move_moves_nothing)
 {
     const std::string from = win32_double::program_data() + "/from";
     const std::string to = win32_double::program_data() + "/to";
@@ -242,7 +242,7 @@ TEST_F(Failure_orders, AFailingMoveMovesNothing)
     EXPECT_TRUE(DeleteFileA(from.c_str()));
 }
 
-TEST_F(Failure_orders, AFailingFolderLookupGivesTheOrderedResultAndNoPath)
+TEST_F(Failure_orders, a_failing_folder_lookup_gives_the_ordered_result_and_no_path)
 {
     win32_double::fail("SHGetKnownFolderPath", 1, static_cast<uint32_t>(E_FAIL));
     wchar_t untouched = L'x';

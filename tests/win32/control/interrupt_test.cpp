@@ -17,7 +17,7 @@ BOOL WINAPI note_event(DWORD event)
     return TRUE;
 }
 
-TEST(Interrupt, TheHandlerRunsOnAThreadOfItsOwn)
+TEST(Interrupt, the_handler_runs_on_a_thread_of_its_own)
 {
     std::promise<DWORD> event;
     handled = &event;
@@ -28,7 +28,7 @@ TEST(Interrupt, TheHandlerRunsOnAThreadOfItsOwn)
     EXPECT_TRUE(SetConsoleCtrlHandler(note_event, FALSE));
 }
 
-TEST(Interrupt, AHandlerThatDeclinesLeavesItToTheOneBefore)
+TEST(Interrupt, a_handler_that_declines_leaves_it_to_the_one_before)
 {
     std::promise<DWORD> event;
     handled = &event;
