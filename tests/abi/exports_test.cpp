@@ -22,12 +22,12 @@ std::string exported_name(const binary::Listed_export& listed)
     return binary::has_ordinals ? listed.name : listed.symbol;
 }
 
-class Exports : public ::testing::Test {
+class Exports_test : public ::testing::Test {
 protected:
     void SetUp() override { VyraBreakEnable(); }  // the program is linked with the library
 };
 
-TEST_F(Exports, are_those_of_the_list_and_nothing_else)
+TEST_F(Exports_test, are_those_of_the_list_and_nothing_else)
 {
     std::vector<std::string> expected;
     std::transform(std::begin(listed_exports), std::end(listed_exports), std::back_inserter(expected), exported_name);
@@ -43,7 +43,7 @@ TEST_F(Exports, are_those_of_the_list_and_nothing_else)
 }
 
 // The list is data of the library's own: what hosts have linked with must not change with it.
-TEST_F(Exports, have_the_ordinals_that_hosts_are_linked_with)
+TEST_F(Exports_test, have_the_ordinals_that_hosts_are_linked_with)
 {
     ASSERT_EQ(std::size(listed_exports), 59u);
     EXPECT_STREQ(listed_exports[0].name, "VyraBreakEnable");
@@ -62,7 +62,7 @@ TEST_F(Exports, have_the_ordinals_that_hosts_are_linked_with)
     }
 }
 
-TEST_F(Exports, are_found_by_the_loader_under_their_names)
+TEST_F(Exports_test, are_found_by_the_loader_under_their_names)
 {
     std::set<void*> addresses;
     for (const auto& listed : listed_exports) {
@@ -75,7 +75,7 @@ TEST_F(Exports, are_found_by_the_loader_under_their_names)
 }
 
 // The header's names lead to the decorated exports.
-TEST_F(Exports, notification_service_is_reached_through_its_header)
+TEST_F(Exports_test, notification_service_is_reached_through_its_header)
 {
     const auto on_usb = [](int, int, UsbPlugEventType) {};
     const auto on_power = [](SysPowerEventType) {};

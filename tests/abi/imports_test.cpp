@@ -29,7 +29,7 @@ std::set<std::string> imported_libraries()
 }
 
 // All of them are part of every Windows since Vista. Those whose names begin with "api-ms-win-" are not.
-TEST(Imports, are_of_the_operating_system_and_the_driver_library_alone)
+TEST(Imports_test, are_of_the_operating_system_and_the_driver_library_alone)
 {
     VyraBreakEnable();  // the program is linked with the library
     EXPECT_THAT(imported_libraries(),
@@ -37,7 +37,7 @@ TEST(Imports, are_of_the_operating_system_and_the_driver_library_alone)
                                                 "shell32.dll", "user32.dll"));
 }
 
-TEST(Imports, of_the_driver_library_are_its_twenty_functions)
+TEST(Imports_test, of_the_driver_library_are_its_twenty_functions)
 {
     const auto* const image = binary::library_image();
     std::set<std::string> functions;
@@ -57,7 +57,7 @@ TEST(Imports, of_the_driver_library_are_its_twenty_functions)
     }
 }
 
-TEST(Ordinals, are_the_same_by_ordinal_as_by_name)
+TEST(Ordinals_test, are_the_same_by_ordinal_as_by_name)
 {
     const HMODULE module = GetModuleHandleA("vyrabrenvozulta.dll");
     for (const auto& listed : binary::listed_exports) {

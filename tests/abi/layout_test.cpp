@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(Host_records, have_their_sizes)
+TEST(Host_records_test, have_their_sizes)
 {
     EXPECT_EQ(sizeof(DeviceListRecord), 260u);
     EXPECT_EQ(sizeof(DeviceInfo), 52u);
@@ -16,7 +16,7 @@ TEST(Host_records, have_their_sizes)
     EXPECT_EQ(sizeof(DevUI), 52u);
 }
 
-TEST(Host_records, have_their_fields_in_place)
+TEST(Host_records_test, have_their_fields_in_place)
 {
     EXPECT_EQ(offsetof(DeviceListRecord, name), 4u);
     EXPECT_EQ(sizeof(DeviceListRecord::name), 255u);
@@ -37,12 +37,12 @@ TEST(Host_records, have_their_fields_in_place)
     EXPECT_EQ(offsetof(DevUI, group_c_on), 48u);
 }
 
-TEST(Host_records, short_name_of_the_capabilities_is_the_same_record)
+TEST(Host_records_test, short_name_of_the_capabilities_is_the_same_record)
 {
     EXPECT_TRUE((std::is_same_v<DeviceCapabilities, VyraDeviceCapabilities>));
 }
 
-TEST(Host_constants, have_their_values)
+TEST(Host_constants_test, have_their_values)
 {
     EXPECT_EQ(VYRA_NO_HANDLE, 0xFFFFFFFFu);
     EXPECT_EQ(VYRA_CALIBRATION_SIZE, VYRA_CALIBRATION_WIDTH * VYRA_CALIBRATION_HEIGHT);

@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(Header, serves_beside_the_systems_header_in_any_order)
+TEST(Header_test, serves_beside_the_systems_header_in_any_order)
 {
     EXPECT_EQ(capabilities_size_with_windows_before(), 56);
     EXPECT_EQ(capabilities_size_with_windows_after(), 56);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t patience_ms = 20'000;
 
-class Driver_order : public ::testing::Test {
+class Driver_order_test : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(Driver_order, a_call_hides_no_race)
+TEST_F(Driver_order_test, a_call_hides_no_race)
 {
     EXPECT_EQ(races_around([] {
                   std::int32_t count = 0;
@@ -43,13 +43,13 @@ TEST_F(Driver_order, a_call_hides_no_race)
               1);
 }
 
-TEST_F(Driver_order, a_call_that_is_held_up_hides_no_race)
+TEST_F(Driver_order_test, a_call_that_is_held_up_hides_no_race)
 {
     brenvozulta_sim_set_delay("QXDR_StopCapture", 5);
     EXPECT_EQ(races_around([] { QXDR_StopCapture(nullptr); }), 1);
 }
 
-TEST_F(Driver_order, a_look_at_the_record_hides_no_race)
+TEST_F(Driver_order_test, a_look_at_the_record_hides_no_race)
 {
     EXPECT_EQ(races_around([] { brenvozulta_sim_call_count(); }), 1);
 }
@@ -77,7 +77,7 @@ void deliver_one_image()
     EXPECT_EQ(brenvozulta_sim_deliver(&image, patience_ms, nullptr), 1);
 }
 
-TEST_F(Driver_order, the_callback_follows_its_setting_and_an_image_its_delivery)
+TEST_F(Driver_order_test, the_callback_follows_its_setting_and_an_image_its_delivery)
 {
     Host host;
     EXPECT_EQ(races_between(
@@ -99,7 +99,7 @@ void count_event(std::int32_t, void*)
     listening.images += listening.set_before;
 }
 
-TEST_F(Driver_order, the_listener_follows_its_setting_and_a_wait_the_listener)
+TEST_F(Driver_order_test, the_listener_follows_its_setting_and_a_wait_the_listener)
 {
     EXPECT_EQ(races_between(
                   [] {
@@ -114,7 +114,7 @@ TEST_F(Driver_order, the_listener_follows_its_setting_and_a_wait_the_listener)
               0);
 }
 
-TEST_F(Driver_order, a_stop_follows_the_images_of_its_capture)
+TEST_F(Driver_order_test, a_stop_follows_the_images_of_its_capture)
 {
     Host host;
     host.set_before = 1;

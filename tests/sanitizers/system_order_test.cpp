@@ -57,17 +57,17 @@ const Call calls[] = {
      }},
 };
 
-class System_call : public ::testing::TestWithParam<Call> {};
+class System_call_test : public ::testing::TestWithParam<Call> {};
 
-TEST_P(System_call, hides_no_race)
+TEST_P(System_call_test, hides_no_race)
 {
     EXPECT_EQ(races_around(GetParam().make), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Every, System_call, ::testing::ValuesIn(calls),
+INSTANTIATE_TEST_SUITE_P(Every, System_call_test, ::testing::ValuesIn(calls),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(System_order, an_event_orders_its_setting_and_its_wait)
+TEST(System_order_test, an_event_orders_its_setting_and_its_wait)
 {
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     int carried = 0;
@@ -94,7 +94,7 @@ TEST(System_order, an_event_orders_its_setting_and_its_wait)
     CloseHandle(event);
 }
 
-TEST(System_order, a_time_that_passes_orders_nothing)
+TEST(System_order_test, a_time_that_passes_orders_nothing)
 {
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     EXPECT_EQ(races_around([&] { WaitForSingleObject(event, 1); }), 1);
@@ -147,7 +147,7 @@ int races_with_window(const std::function<void(HWND)>& send)
     return races;
 }
 
-TEST(System_order, a_message_orders_sender_and_receiver_both_ways)
+TEST(System_order_test, a_message_orders_sender_and_receiver_both_ways)
 {
     EXPECT_EQ(races_with_window([](HWND window) {
                   Carried carried;
@@ -158,7 +158,7 @@ TEST(System_order, a_message_orders_sender_and_receiver_both_ways)
               0);
 }
 
-TEST(System_order, a_posted_message_orders_poster_and_receiver)
+TEST(System_order_test, a_posted_message_orders_poster_and_receiver)
 {
     static Carried carried;  // nobody waits for the answer
     EXPECT_EQ(races_with_window([](HWND window) {

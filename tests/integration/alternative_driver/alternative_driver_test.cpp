@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t width = 1600;
 constexpr std::size_t height = 1500;
 
-class Alternative_driver : public ::testing::Test {
+class Alternative_driver_test : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -45,7 +45,7 @@ protected:
     std::uint32_t handle_ = VYRA_NO_HANDLE;
 };
 
-TEST_F(Alternative_driver, tells_its_identity_and_data)
+TEST_F(Alternative_driver_test, tells_its_identity_and_data)
 {
     DeviceInfo info = {};
     EXPECT_EQ(VyraBrenvoGetDeviceInfo(handle_, &info), VYRA_OK);
@@ -65,7 +65,7 @@ TEST_F(Alternative_driver, tells_its_identity_and_data)
     EXPECT_EQ(roll, 0);
 }
 
-TEST_F(Alternative_driver, captures_images_and_stops)
+TEST_F(Alternative_driver_test, captures_images_and_stops)
 {
     for (int start = 0; start < 2; ++start) {
         ASSERT_EQ(VyraBrenvoStartVideo(handle_, 1, 0), VYRA_OK);

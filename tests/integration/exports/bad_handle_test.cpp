@@ -39,7 +39,7 @@ const std::map<std::string, std::string> operations = {
     {"VyraSubmitVideoRequest", "submit_video_request"},
 };
 
-class Bad_handle : public test_support::Scanner_test {
+class Bad_handle_test : public test_support::Scanner_test {
 protected:
     void expect_refused_everywhere(std::uint32_t handle)
     {
@@ -64,7 +64,7 @@ protected:
     }
 };
 
-TEST_F(Bad_handle, is_refused_when_nothing_is_open)
+TEST_F(Bad_handle_test, is_refused_when_nothing_is_open)
 {
     initialize();
     for (const std::uint32_t handle : {0u, 1u, 7u, 8u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, VYRA_NO_HANDLE}) {
@@ -72,7 +72,7 @@ TEST_F(Bad_handle, is_refused_when_nothing_is_open)
     }
 }
 
-TEST_F(Bad_handle, is_refused_beside_an_open_scanner_that_it_does_not_touch)
+TEST_F(Bad_handle_test, is_refused_beside_an_open_scanner_that_it_does_not_touch)
 {
     initialize();
     const std::uint32_t open_handle = open();
@@ -87,7 +87,7 @@ TEST_F(Bad_handle, is_refused_beside_an_open_scanner_that_it_does_not_touch)
     EXPECT_EQ(VyraBrenvoZultaSetParameters(open_handle, 1, 1), VYRA_OK);
 }
 
-TEST_F(Bad_handle, is_what_a_closed_one_becomes)
+TEST_F(Bad_handle_test, is_what_a_closed_one_becomes)
 {
     initialize();
     const std::uint32_t handle = open();
@@ -95,7 +95,7 @@ TEST_F(Bad_handle, is_what_a_closed_one_becomes)
     expect_refused_everywhere(handle);
 }
 
-TEST_F(Bad_handle, is_what_every_handle_becomes_by_terminate)
+TEST_F(Bad_handle_test, is_what_every_handle_becomes_by_terminate)
 {
     initialize();
     const std::uint32_t handle = open();
@@ -104,7 +104,7 @@ TEST_F(Bad_handle, is_what_every_handle_becomes_by_terminate)
     expect_refused_everywhere(handle);
 }
 
-TEST_F(Bad_handle, makes_firmware_without_image_a_refused_parameter_first)
+TEST_F(Bad_handle_test, makes_firmware_without_image_a_refused_parameter_first)
 {
     initialize();
     EXPECT_EQ(VyraPutMemory(77, nullptr, 10), VYRA_BAD_PARAMETER);

@@ -8,7 +8,7 @@ namespace {
 
 using test_support::patience_ms;
 
-class Busy_library : public test_support::Scanner_test {
+class Busy_library_test : public test_support::Scanner_test {
 protected:
     void SetUp() override
     {
@@ -69,7 +69,7 @@ private:
     std::uint32_t handle_ = VYRA_NO_HANDLE;
 };
 
-TEST_F(Busy_library, is_free_again_once_the_long_call_has_ended_however_many_have_given_up)
+TEST_F(Busy_library_test, is_free_again_once_the_long_call_has_ended_however_many_have_given_up)
 {
     for (const int callers : {1, 4}) {
         auto busy = begin_long_call();
@@ -81,7 +81,7 @@ TEST_F(Busy_library, is_free_again_once_the_long_call_has_ended_however_many_hav
     }
 }
 
-TEST_F(Busy_library, gives_the_turn_to_those_who_have_not_given_up)
+TEST_F(Busy_library_test, gives_the_turn_to_those_who_have_not_given_up)
 {
     auto busy = begin_long_call();
     auto impatient = wait_in_line(1);
@@ -95,7 +95,7 @@ TEST_F(Busy_library, gives_the_turn_to_those_who_have_not_given_up)
 }
 
 // The end of the wait and the end of the long call meet.
-TEST_F(Busy_library, is_free_again_when_the_long_call_ends_as_the_wait_does)
+TEST_F(Busy_library_test, is_free_again_when_the_long_call_ends_as_the_wait_does)
 {
     auto busy = begin_long_call();
     auto waiting = wait_in_line(8);

@@ -34,7 +34,7 @@ brenvozulta_sim_image delivery_of(const Pixels& pixels)
     return image;
 }
 
-class Capture : public test_support::Scanner_test {
+class Capture_test : public test_support::Scanner_test {
 protected:
     void SetUp() override
     {
@@ -74,7 +74,7 @@ protected:
     std::uint32_t handle_ = VYRA_NO_HANDLE;
 };
 
-TEST_F(Capture, image_travels_from_the_scanner_to_the_hosts_buffer)
+TEST_F(Capture_test, image_travels_from_the_scanner_to_the_hosts_buffer)
 {
     initialize();
     start();
@@ -86,7 +86,7 @@ TEST_F(Capture, image_travels_from_the_scanner_to_the_hosts_buffer)
     stop_and_close();
 }
 
-TEST_F(Capture, modes_select_their_configuration_in_the_driver)
+TEST_F(Capture_test, modes_select_their_configuration_in_the_driver)
 {
     initialize();
     handle_ = open();
@@ -105,7 +105,7 @@ TEST_F(Capture, modes_select_their_configuration_in_the_driver)
     stop_and_close();
 }
 
-TEST_F(Capture, eight_requests_are_taken_filled_in_order_and_the_ninth_is_refused)
+TEST_F(Capture_test, eight_requests_are_taken_filled_in_order_and_the_ninth_is_refused)
 {
     initialize();
     start();
@@ -130,7 +130,7 @@ TEST_F(Capture, eight_requests_are_taken_filled_in_order_and_the_ninth_is_refuse
     stop_and_close();
 }
 
-TEST_F(Capture, result_is_refused_and_its_place_emptied_while_no_image_is_ready)
+TEST_F(Capture_test, result_is_refused_and_its_place_emptied_while_no_image_is_ready)
 {
     initialize();
     start();
@@ -148,7 +148,7 @@ TEST_F(Capture, result_is_refused_and_its_place_emptied_while_no_image_is_ready)
     stop_and_close();
 }
 
-TEST_F(Capture, requests_are_refused_before_the_start_and_after_the_stop)
+TEST_F(Capture_test, requests_are_refused_before_the_start_and_after_the_stop)
 {
     initialize();
     handle_ = open();
@@ -165,7 +165,7 @@ TEST_F(Capture, requests_are_refused_before_the_start_and_after_the_stop)
     }
 }
 
-TEST_F(Capture, null_buffer_is_a_refused_parameter)
+TEST_F(Capture_test, null_buffer_is_a_refused_parameter)
 {
     initialize();
     start();
@@ -174,7 +174,7 @@ TEST_F(Capture, null_buffer_is_a_refused_parameter)
     stop_and_close();
 }
 
-TEST_F(Capture, stop_releases_a_callback_that_is_parked_for_want_of_a_request)
+TEST_F(Capture_test, stop_releases_a_callback_that_is_parked_for_want_of_a_request)
 {
     initialize();
     start();
@@ -189,7 +189,7 @@ TEST_F(Capture, stop_releases_a_callback_that_is_parked_for_want_of_a_request)
     EXPECT_EQ(VyraCloseDevice_N(handle_), VYRA_OK);
 }
 
-TEST_F(Capture, request_releases_a_parked_callback_whose_image_fills_it)
+TEST_F(Capture_test, request_releases_a_parked_callback_whose_image_fills_it)
 {
     initialize();
     start();
@@ -206,7 +206,7 @@ TEST_F(Capture, request_releases_a_parked_callback_whose_image_fills_it)
 }
 
 // The first start's extraction thread may log that the second one's was quicker: the log is off.
-TEST_F(Capture, second_start_without_a_stop_drops_the_requests_and_captures_on)
+TEST_F(Capture_test, second_start_without_a_stop_drops_the_requests_and_captures_on)
 {
     ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
     start();
@@ -222,7 +222,7 @@ TEST_F(Capture, second_start_without_a_stop_drops_the_requests_and_captures_on)
     stop_and_close();
 }
 
-TEST_F(Capture, stopped_scanner_may_be_stopped_again)
+TEST_F(Capture_test, stopped_scanner_may_be_stopped_again)
 {
     initialize();
     start();

@@ -13,7 +13,7 @@ using ::testing::ElementsAre;
 
 constexpr std::size_t slot = VYRA_NAME_SLOT;
 
-class Device_list : public test_support::Scanner_test {
+class Device_list_test : public test_support::Scanner_test {
 protected:
     void SetUp() override
     {
@@ -37,7 +37,7 @@ protected:
     std::uint32_t count_ = 8;
 };
 
-TEST_F(Device_list, names_every_scanner_in_its_slot)
+TEST_F(Device_list_test, names_every_scanner_in_its_slot)
 {
     attach({"one", "two", "three"});
     initialize();
@@ -49,7 +49,7 @@ TEST_F(Device_list, names_every_scanner_in_its_slot)
     EXPECT_EQ(names_[3 * slot], '#') << "what lies behind the last name stays";
 }
 
-TEST_F(Device_list, stops_at_the_capacity)
+TEST_F(Device_list_test, stops_at_the_capacity)
 {
     attach({"one", "two", "three"});
     initialize();
@@ -63,7 +63,7 @@ TEST_F(Device_list, stops_at_the_capacity)
     EXPECT_EQ(records_[2].name[0], '\xA5');
 }
 
-TEST_F(Device_list, holds_eight_scanners)
+TEST_F(Device_list_test, holds_eight_scanners)
 {
     std::vector<std::string> scanners;
     for (int number = 1; number <= 8; ++number) {
@@ -77,7 +77,7 @@ TEST_F(Device_list, holds_eight_scanners)
     EXPECT_STREQ(records_[7].name, "scanner 8");
 }
 
-TEST_F(Device_list, records_are_padded_with_zeros_and_their_other_bytes_stay)
+TEST_F(Device_list_test, records_are_padded_with_zeros_and_their_other_bytes_stay)
 {
     attach({"one"});
     initialize();
@@ -90,7 +90,7 @@ TEST_F(Device_list, records_are_padded_with_zeros_and_their_other_bytes_stay)
     EXPECT_EQ(records_[0].reserved_259, 0xA5);
 }
 
-TEST_F(Device_list, long_name_runs_over_its_slot_and_is_cut_in_its_record)
+TEST_F(Device_list_test, long_name_runs_over_its_slot_and_is_cut_in_its_record)
 {
     const std::string longest(BRENVOZULTA_SIM_NAME_MAX, 'n');
     attach({longest});
@@ -102,7 +102,7 @@ TEST_F(Device_list, long_name_runs_over_its_slot_and_is_cut_in_its_record)
     EXPECT_EQ(records_[0].reserved_259, 0xA5);
 }
 
-TEST_F(Device_list, refuses_missing_pointers_and_no_capacity)
+TEST_F(Device_list_test, refuses_missing_pointers_and_no_capacity)
 {
     initialize();
     EXPECT_EQ(VyraGetDeviceList(nullptr, names_.data()), VYRA_BUF_TOO_SMALL);
@@ -120,7 +120,7 @@ TEST_F(Device_list, refuses_missing_pointers_and_no_capacity)
                                         error_line("get_device_list_N", 9109, "Error 9109")));
 }
 
-TEST_F(Device_list, without_any_scanner_is_an_error_of_both_lists)
+TEST_F(Device_list_test, without_any_scanner_is_an_error_of_both_lists)
 {
     initialize();
     brenvozulta_sim_remove_all();
@@ -135,7 +135,7 @@ TEST_F(Device_list, without_any_scanner_is_an_error_of_both_lists)
                                         inner, "get_device_list_N:    Error=9000: get device list internal error\r\n"));
 }
 
-TEST_F(Device_list, identity_by_name_needs_no_open_scanner)
+TEST_F(Device_list_test, identity_by_name_needs_no_open_scanner)
 {
     initialize();
     DeviceInfo info = {};
@@ -146,7 +146,7 @@ TEST_F(Device_list, identity_by_name_needs_no_open_scanner)
     EXPECT_STRNE(info.serial_number, "");
 }
 
-TEST_F(Device_list, identity_by_an_unknown_or_missing_name_is_refused)
+TEST_F(Device_list_test, identity_by_an_unknown_or_missing_name_is_refused)
 {
     initialize();
     DeviceInfo info = {};

@@ -23,7 +23,7 @@ std::string driver_line(const std::string& function, std::uint32_t result)
     return "--Error : " + function + " ret = " + std::to_string(result) + " \n";
 }
 
-class Driver_failure : public test_support::Scanner_test {
+class Driver_failure_test : public test_support::Scanner_test {
 protected:
     void SetUp() override
     {
@@ -59,7 +59,7 @@ protected:
     }
 };
 
-TEST_F(Driver_failure, of_initialize_is_an_internal_error_and_leaves_nothing_initialized)
+TEST_F(Driver_failure_test, of_initialize_is_an_internal_error_and_leaves_nothing_initialized)
 {
     for_each_result([&](std::uint32_t result) {
         fail_once("QXDR_Initialize", result);
@@ -72,7 +72,7 @@ TEST_F(Driver_failure, of_initialize_is_an_internal_error_and_leaves_nothing_ini
     expect_a_session_works();
 }
 
-TEST_F(Driver_failure, of_the_list_at_initialization_has_its_own_statuses)
+TEST_F(Driver_failure_test, of_the_list_at_initialization_has_its_own_statuses)
 {
     for_each_result([&](std::uint32_t result) {
         fail_once("QXDR_GetDevicesList", result);
@@ -89,7 +89,7 @@ TEST_F(Driver_failure, of_the_list_at_initialization_has_its_own_statuses)
     expect_a_session_works();
 }
 
-TEST_F(Driver_failure, of_the_hot_plug_listener_is_a_warning)
+TEST_F(Driver_failure_test, of_the_hot_plug_listener_is_a_warning)
 {
     for_each_result([&](std::uint32_t result) {
         fail_once("QXDR_SetListenerCallbackHotPlug", result);
@@ -100,7 +100,7 @@ TEST_F(Driver_failure, of_the_hot_plug_listener_is_a_warning)
     });
 }
 
-TEST_F(Driver_failure, of_opening_is_translated_and_leaves_no_handle)
+TEST_F(Driver_failure_test, of_opening_is_translated_and_leaves_no_handle)
 {
     initialize();
     for (const std::string function : {"QXDR_OpenDevice", "QXDR_SetCallbackAcquisition"}) {
@@ -120,7 +120,7 @@ TEST_F(Driver_failure, of_opening_is_translated_and_leaves_no_handle)
     }
 }
 
-TEST_F(Driver_failure, of_the_leds_at_opening_is_not_missed)
+TEST_F(Driver_failure_test, of_the_leds_at_opening_is_not_missed)
 {
     initialize();
     for_each_result([&](std::uint32_t result) {
@@ -130,7 +130,7 @@ TEST_F(Driver_failure, of_the_leds_at_opening_is_not_missed)
     });
 }
 
-TEST_F(Driver_failure, of_the_first_stop_at_a_start_is_not_missed)
+TEST_F(Driver_failure_test, of_the_first_stop_at_a_start_is_not_missed)
 {
     initialize();
     const std::uint32_t handle = open();
@@ -142,7 +142,7 @@ TEST_F(Driver_failure, of_the_first_stop_at_a_start_is_not_missed)
     });
 }
 
-TEST_F(Driver_failure, of_a_start_is_translated_and_leaves_video_stopped)
+TEST_F(Driver_failure_test, of_a_start_is_translated_and_leaves_video_stopped)
 {
     initialize();
     for (const std::string function : {"QXDR_SelectCaptureConfig", "QXDR_StartCapture"}) {
@@ -164,7 +164,7 @@ TEST_F(Driver_failure, of_a_start_is_translated_and_leaves_video_stopped)
     }
 }
 
-TEST_F(Driver_failure, of_a_stop_is_translated_and_the_stop_may_be_repeated)
+TEST_F(Driver_failure_test, of_a_stop_is_translated_and_the_stop_may_be_repeated)
 {
     initialize();
     const std::uint32_t handle = open();
@@ -180,7 +180,7 @@ TEST_F(Driver_failure, of_a_stop_is_translated_and_the_stop_may_be_repeated)
     EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
 }
 
-TEST_F(Driver_failure, of_a_close_is_logged_and_the_handle_is_given_up_all_the_same)
+TEST_F(Driver_failure_test, of_a_close_is_logged_and_the_handle_is_given_up_all_the_same)
 {
     initialize();
     for_each_result([&](std::uint32_t result) {
@@ -197,7 +197,7 @@ TEST_F(Driver_failure, of_a_close_is_logged_and_the_handle_is_given_up_all_the_s
     expect_a_session_works();
 }
 
-TEST_F(Driver_failure, of_the_release_leaves_the_library_initialized)
+TEST_F(Driver_failure_test, of_the_release_leaves_the_library_initialized)
 {
     for_each_result([&](std::uint32_t result) {
         initialize();
@@ -210,7 +210,7 @@ TEST_F(Driver_failure, of_the_release_leaves_the_library_initialized)
 }
 
 // The functions with a translated result that take nothing but the handle and a place for the result.
-TEST_F(Driver_failure, of_the_containers_size_is_translated)
+TEST_F(Driver_failure_test, of_the_containers_size_is_translated)
 {
     initialize();
     const std::uint32_t handle = open();

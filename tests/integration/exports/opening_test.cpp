@@ -25,13 +25,13 @@ std::int32_t open_with_something(const char* name, std::uint32_t* handle)
     return VyraOpenDevice_N(name, something, handle);
 }
 
-class Opening : public test_support::Scanner_test, public ::testing::WithParamInterface<Way> {
+class Opening_test : public test_support::Scanner_test, public ::testing::WithParamInterface<Way> {
 protected:
     static std::int32_t open_by(const char* name, std::uint32_t* handle) { return GetParam().open(name, handle); }
 };
 
 INSTANTIATE_TEST_SUITE_P(
-    Exports, Opening,
+    Exports, Opening_test,
     ::testing::Values(
         Way{"VyraOpenDevice", VyraOpenDevice},
         Way{"VyraOpenDevice_N_with_null",
@@ -43,7 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
             [](const char* name, std::uint32_t* handle) { return VyraBrenvoZultaOpenDevice(name, handle, 0xFF); }}),
     [](const auto& tested) { return std::string(tested.param.title); });
 
-TEST_P(Opening, gives_the_handle_and_makes_the_same_driver_calls)
+TEST_P(Opening_test, gives_the_handle_and_makes_the_same_driver_calls)
 {
     initialize();
     take_driver_calls();
@@ -55,7 +55,7 @@ TEST_P(Opening, gives_the_handle_and_makes_the_same_driver_calls)
     EXPECT_EQ(VyraCloseDevice_N(handle), VYRA_OK);
 }
 
-TEST_P(Opening, leaves_no_handle_when_there_is_no_such_scanner)
+TEST_P(Opening_test, leaves_no_handle_when_there_is_no_such_scanner)
 {
     initialize();
     std::uint32_t handle = 77;
@@ -65,14 +65,14 @@ TEST_P(Opening, leaves_no_handle_when_there_is_no_such_scanner)
     EXPECT_EQ(open(), 0u) << "a failed open adds no entry";
 }
 
-TEST_P(Opening, leaves_no_handle_before_initialization)
+TEST_P(Opening_test, leaves_no_handle_before_initialization)
 {
     std::uint32_t handle = 77;
     EXPECT_EQ(open_by(scanner, &handle), VYRA_NOT_INITIALIZED);
     EXPECT_EQ(handle, VYRA_NO_HANDLE);
 }
 
-TEST_P(Opening, refuses_null_name_and_still_takes_the_handle_away)
+TEST_P(Opening_test, refuses_null_name_and_still_takes_the_handle_away)
 {
     initialize();
     std::uint32_t handle = 77;
@@ -81,7 +81,7 @@ TEST_P(Opening, refuses_null_name_and_still_takes_the_handle_away)
     EXPECT_THAT(take_log(), ElementsAre(error_line("open_device", 9109, "Error 9109")));
 }
 
-TEST_P(Opening, refuses_null_handle_and_opens_nothing)
+TEST_P(Opening_test, refuses_null_handle_and_opens_nothing)
 {
     initialize();
     take_driver_calls();
@@ -92,7 +92,7 @@ TEST_P(Opening, refuses_null_handle_and_opens_nothing)
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
-TEST_P(Opening, takes_a_name_of10000_characters)
+TEST_P(Opening_test, takes_a_name_of10000_characters)
 {
     initialize();
     const std::string name(10'000, 'n');
@@ -103,7 +103,7 @@ TEST_P(Opening, takes_a_name_of10000_characters)
     EXPECT_EQ(open(), 0u);
 }
 
-TEST_P(Opening, refuses_an_empty_name_like_any_unknown_one)
+TEST_P(Opening_test, refuses_an_empty_name_like_any_unknown_one)
 {
     initialize();
     std::uint32_t handle = 77;
@@ -112,7 +112,7 @@ TEST_P(Opening, refuses_an_empty_name_like_any_unknown_one)
     take_log();
 }
 
-TEST_P(Opening, refuses_a_scanner_that_is_open_already_in_any_case)
+TEST_P(Opening_test, refuses_a_scanner_that_is_open_already_in_any_case)
 {
     initialize();
     open();
@@ -124,9 +124,9 @@ TEST_P(Opening, refuses_a_scanner_that_is_open_already_in_any_case)
     }
 }
 
-using Opening_many = test_support::Scanner_test;
+using Opening_many_test = test_support::Scanner_test;
 
-TEST_F(Opening_many, refuses_the_ninth_scanner)
+TEST_F(Opening_many_test, refuses_the_ninth_scanner)
 {
     initialize();
     for (int number = 1; number <= 9; ++number) {

@@ -10,7 +10,7 @@ using export_calls::Export;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Uninitialized : public test_support::Scanner_test {
+class Uninitialized_test : public test_support::Scanner_test {
 protected:
     // Every forwarding export but the one that initializes.
     static void expect_all_refused()
@@ -39,14 +39,14 @@ protected:
     }
 };
 
-TEST_F(Uninitialized, every_forwarding_export_refuses_and_touches_no_result_before_initialization)
+TEST_F(Uninitialized_test, every_forwarding_export_refuses_and_touches_no_result_before_initialization)
 {
     expect_all_refused();
     EXPECT_THAT(take_driver_calls(), IsEmpty());
     EXPECT_THAT(take_log(), IsEmpty()) << "the log is off until the host asks for it";
 }
 
-TEST_F(Uninitialized, every_forwarding_export_refuses_after_terminate)
+TEST_F(Uninitialized_test, every_forwarding_export_refuses_after_terminate)
 {
     ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
     ASSERT_EQ(VyraTerminate(), VYRA_OK);
@@ -55,7 +55,7 @@ TEST_F(Uninitialized, every_forwarding_export_refuses_after_terminate)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Uninitialized, older_initializations_succeed_and_initialize_nothing)
+TEST_F(Uninitialized_test, older_initializations_succeed_and_initialize_nothing)
 {
     char names[255 + 305];
     std::uint32_t count = 1;
@@ -65,12 +65,12 @@ TEST_F(Uninitialized, older_initializations_succeed_and_initialize_nothing)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Uninitialized, null_port_type_is_refused_even_before_initialization)
+TEST_F(Uninitialized_test, null_port_type_is_refused_even_before_initialization)
 {
     EXPECT_EQ(VyraBrenvoZultaGetPortType(0, nullptr), VYRA_BAD_PARAMETER);
 }
 
-TEST_F(Uninitialized, fixed_results_are_the_same_before_during_and_after_a_session_whatever_the_arguments)
+TEST_F(Uninitialized_test, fixed_results_are_the_same_before_during_and_after_a_session_whatever_the_arguments)
 {
     EXPECT_EQ(wrong_fixed_results(), 0);
     initialize();
@@ -84,7 +84,7 @@ TEST_F(Uninitialized, fixed_results_are_the_same_before_during_and_after_a_sessi
     EXPECT_EQ(wrong_fixed_results(), 0);
 }
 
-TEST_F(Uninitialized, cycle_may_start_again_after_terminate)
+TEST_F(Uninitialized_test, cycle_may_start_again_after_terminate)
 {
     for (int cycle = 0; cycle < 3; ++cycle) {
         initialize();
@@ -94,7 +94,7 @@ TEST_F(Uninitialized, cycle_may_start_again_after_terminate)
     }
 }
 
-TEST_F(Uninitialized, second_initialization_terminates_the_first)
+TEST_F(Uninitialized_test, second_initialization_terminates_the_first)
 {
     initialize();
     const std::uint32_t handle = open();

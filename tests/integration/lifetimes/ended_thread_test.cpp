@@ -4,7 +4,7 @@
 namespace lifetime_tests {
 namespace {
 
-TEST(Ended_thread, of_a_usb_subscriber_is_not_waited_for)
+TEST(Ended_thread_test, of_a_usb_subscriber_is_not_waited_for)
 {
     const auto result = run_host("ended_thread_host", {"usb"});
     expect_good_end(result);
@@ -12,7 +12,7 @@ TEST(Ended_thread, of_a_usb_subscriber_is_not_waited_for)
 }
 
 // It takes the lock of the power subscriptions with it: then nobody can be taken out of them any more.
-TEST(Ended_thread, of_a_power_subscriber_is_not_waited_for_either)
+TEST(Ended_thread_test, of_a_power_subscriber_is_not_waited_for_either)
 {
     const auto result = run_host("ended_thread_host", {"power"});
     expect_good_end(result);

@@ -10,7 +10,7 @@ using ::testing::Values;
 // What the library was doing, how the host cleans up, and when.
 using Ending = std::tuple<const char*, const char*, const char*>;
 
-class Process_exit : public ::testing::TestWithParam<Ending> {
+class Process_exit_test : public ::testing::TestWithParam<Ending> {
 protected:
     static void end_process(int times)
     {
@@ -41,33 +41,34 @@ std::string name_of(const ::testing::TestParamInfo<Ending>& info)
 
 const auto moments = Values("atexit", "destructor");
 
-TEST_P(Process_exit, the_clean_up_goes_through_and_the_process_ends)
+TEST_P(Process_exit_test, the_clean_up_goes_through_and_the_process_ends)
 {
     end_process(1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Notifier, Process_exit, Combine(Values("notifier"), Values("stop_notifier"), moments),
+INSTANTIATE_TEST_SUITE_P(Notifier, Process_exit_test, Combine(Values("notifier"), Values("stop_notifier"), moments),
                          name_of);
-INSTANTIATE_TEST_SUITE_P(Library, Process_exit, Combine(Values("initialized"), Values("terminate"), moments), name_of);
-INSTANTIATE_TEST_SUITE_P(Scanner, Process_exit, Combine(Values("open"), Values("terminate", "close"), moments),
+INSTANTIATE_TEST_SUITE_P(Library, Process_exit_test, Combine(Values("initialized"), Values("terminate"), moments),
                          name_of);
-INSTANTIATE_TEST_SUITE_P(Waiting, Process_exit,
+INSTANTIATE_TEST_SUITE_P(Scanner, Process_exit_test, Combine(Values("open"), Values("terminate", "close"), moments),
+                         name_of);
+INSTANTIATE_TEST_SUITE_P(Waiting, Process_exit_test,
                          Combine(Values("waiting"), Values("terminate", "close", "stop"), moments), name_of);
 
 // On Windows the copy ends with its thread only, so that there is nothing to clean up before that.
-INSTANTIATE_TEST_SUITE_P(Copying, Process_exit,
+INSTANTIATE_TEST_SUITE_P(Copying, Process_exit_test,
                          Combine(Values("copying"), Values("terminate", "close", "stop"), Values("destructor")),
                          name_of);
 
 // The system ends the threads wherever they are: it takes a few times to meet them in different places.
-using Process_exit_amid_images = Process_exit;
+using Process_exit_amid_images_test = Process_exit_test;
 
-TEST_P(Process_exit_amid_images, the_clean_up_goes_through_and_the_process_ends_wherever_the_threads_are)
+TEST_P(Process_exit_amid_images_test, the_clean_up_goes_through_and_the_process_ends_wherever_the_threads_are)
 {
     end_process(20);
 }
 
-INSTANTIATE_TEST_SUITE_P(Video, Process_exit_amid_images,
+INSTANTIATE_TEST_SUITE_P(Video, Process_exit_amid_images_test,
                          Combine(Values("video"), Values("terminate", "close", "stop"), moments), name_of);
 
 }  // namespace

@@ -10,7 +10,7 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class Capture : public Tool_test {
+class Capture_test : public Tool_test {
 protected:
     // Stores images in the folder that the scenario replays in order.
     void feed(const std::vector<Image>& images)
@@ -56,22 +56,22 @@ protected:
     Json scenario_{{"frame_rate", 20}};
 };
 
-TEST_F(Capture, flat_images_arrive_pixel_for_pixel)
+TEST_F(Capture_test, flat_images_arrive_pixel_for_pixel)
 {
     expect_captured({noise(1600, 1500, 1), noise(1600, 1500, 2), noise(1600, 1500, 3)}, {});
 }
 
-TEST_F(Capture, roll_images_arrive_pixel_for_pixel)
+TEST_F(Capture_test, roll_images_arrive_pixel_for_pixel)
 {
     expect_captured({noise(1608, 1000, 4), noise(1608, 1000, 5)}, {"--roll"});
 }
 
-TEST_F(Capture, images_of_a_stated_size_arrive_pixel_for_pixel)
+TEST_F(Capture_test, images_of_a_stated_size_arrive_pixel_for_pixel)
 {
     expect_captured({noise(31, 17, 6), noise(31, 17, 7)}, {"--size", "31x17"});
 }
 
-TEST_F(Capture, constant_images_and_a_last_row_of_any_content_are_images_like_others)
+TEST_F(Capture_test, constant_images_and_a_last_row_of_any_content_are_images_like_others)
 {
     Image black = noise(1600, 1500, 1);
     std::fill(black.pixels.begin(), black.pixels.end(), std::uint8_t{0});
@@ -80,7 +80,7 @@ TEST_F(Capture, constant_images_and_a_last_row_of_any_content_are_images_like_ot
     expect_captured({black, white}, {});
 }
 
-TEST_F(Capture, a_png_tells_its_resolution)
+TEST_F(Capture_test, a_png_tells_its_resolution)
 {
     use_scenario(scenario_);
     ASSERT_EQ(run({"capture", "--out", path("images")}).code, 0);
@@ -92,7 +92,7 @@ TEST_F(Capture, a_png_tells_its_resolution)
     EXPECT_NE(std::search(png.begin(), png.end(), header.begin(), header.end()), png.end());
 }
 
-TEST_F(Capture, text_names_each_file_and_ends_with_the_summary)
+TEST_F(Capture_test, text_names_each_file_and_ends_with_the_summary)
 {
     use_scenario(scenario_);
     const Result result = run({"capture", "--frames", "2", "--out", path("images")});
@@ -103,7 +103,7 @@ TEST_F(Capture, text_names_each_file_and_ends_with_the_summary)
     EXPECT_THAT(result.err, IsEmpty()) << "progress is for terminals";
 }
 
-TEST_F(Capture, files_that_exist_are_not_overwritten)
+TEST_F(Capture_test, files_that_exist_are_not_overwritten)
 {
     std::filesystem::create_directory(path("images"));
     write_bytes(path("images/image_0001.png"), {1, 2, 3});
@@ -113,7 +113,7 @@ TEST_F(Capture, files_that_exist_are_not_overwritten)
     EXPECT_EQ(read_bytes(path("images/image_0001.png")), (Bytes{1, 2, 3}));
 }
 
-TEST_F(Capture, a_directory_that_cannot_be_made_is_a_failure_before_anything_starts)
+TEST_F(Capture_test, a_directory_that_cannot_be_made_is_a_failure_before_anything_starts)
 {
     write_bytes(path("file"), {1});
     use_scenario(scenario_);
@@ -124,50 +124,50 @@ TEST_F(Capture, a_directory_that_cannot_be_made_is_a_failure_before_anything_sta
     EXPECT_EQ(run({"capture", "--out", path("file")}).code, 1);
 }
 
-TEST_F(Capture, larger_images_than_the_modes_are_noticed)
+TEST_F(Capture_test, larger_images_than_the_modes_are_noticed)
 {
     feed({noise(1700, 1500, 1)});
     expect_failure({}, {"images that are larger than 1600 x 1500 pixels", "try: give their size with --size WxH"});
 }
 
-TEST_F(Capture, smaller_images_than_the_modes_are_noticed)
+TEST_F(Capture_test, smaller_images_than_the_modes_are_noticed)
 {
     feed({noise(1600, 1498, 1)});
     expect_failure({}, {"images that are smaller than 1600 x 1500 pixels", "--size"});
 }
 
-TEST_F(Capture, roll_on_a_scanner_without_it_is_a_failure)
+TEST_F(Capture_test, roll_on_a_scanner_without_it_is_a_failure)
 {
     scenario_["capture_configs"] = {{{"number", 13}, {"available", false}}};
     expect_failure({"--roll"}, {"does not capture rolled fingers: 9114 VYRA_CAPTURE_CONFIG", "vyra info"});
 }
 
-TEST_F(Capture, a_refused_start_is_a_failure)
+TEST_F(Capture_test, a_refused_start_is_a_failure)
 {
     scenario_["faults"] = {{{"function", "QXDR_StartCapture"}, {"result", 19}}};
     expect_failure({}, {"cannot start video on \"RQ7-3050 #1\": 9111 VYRA_DRIVER_STATE"});
 }
 
-TEST_F(Capture, a_refused_stop_is_a_failure_though_the_images_are_there)
+TEST_F(Capture_test, a_refused_stop_is_a_failure_though_the_images_are_there)
 {
     // The first stop is the one with which every start begins.
     scenario_["faults"] = {{{"function", "QXDR_StopCapture"}, {"result", 9}, {"skip", 1}}};
     expect_failure({}, {"cannot stop video on \"RQ7-3050 #1\": 9016 VYRA_DEVICE_TIMEOUT"});
 }
 
-TEST_F(Capture, a_scanner_that_sends_nothing_is_a_failure_after_the_timeout)
+TEST_F(Capture_test, a_scanner_that_sends_nothing_is_a_failure_after_the_timeout)
 {
     scenario_["frame_rate"] = 0;
     expect_failure({"--timeout", "0.2"},
                    {"no image from \"RQ7-3050 #1\" for 0.2 seconds: ", "9106 VYRA_VIDEO_TIMEOUT", "--timeout"});
 }
 
-TEST_F(Capture, an_unknown_scanner_is_a_failure)
+TEST_F(Capture_test, an_unknown_scanner_is_a_failure)
 {
     expect_failure({"--scanner", "Middle"}, {"no scanner called \"Middle\"", "9005", "\"RQ7-3050 #1\""});
 }
 
-TEST_F(Capture, a_scanner_unplugged_during_the_capture_is_a_failure)
+TEST_F(Capture_test, a_scanner_unplugged_during_the_capture_is_a_failure)
 {
     scenario_["timeline"] = {
         {{"after_call", {{"function", "QXDR_StartCapture"}}}, {"at_ms", 100}, {"unplug", "RQ7-3050 #1"}}};

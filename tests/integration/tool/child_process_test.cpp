@@ -5,7 +5,7 @@
 namespace test_support {
 namespace {
 
-TEST(Child_process, a_report_of_each_sanitizer_is_seen)
+TEST(Child_process_test, a_report_of_each_sanitizer_is_seen)
 {
     for (const char* report :
          {"==7==ERROR: AddressSanitizer: heap-use-after-free on address 0x602000000010\n",

@@ -11,9 +11,9 @@ namespace {
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-class Data : public Tool_test {};
+class Data_test : public Tool_test {};
 
-TEST_F(Data, param_writes_the_container_byte_for_byte)
+TEST_F(Data_test, param_writes_the_container_byte_for_byte)
 {
     const Bytes container = noise(777, 3, 1).pixels;
     write_bytes(path("container"), container);
@@ -23,7 +23,7 @@ TEST_F(Data, param_writes_the_container_byte_for_byte)
     EXPECT_EQ(read_bytes(path("out.bin")), container);
 }
 
-TEST_F(Data, a_file_that_cannot_be_created_is_a_failure)
+TEST_F(Data_test, a_file_that_cannot_be_created_is_a_failure)
 {
     const std::vector<std::vector<std::string>> commands = {{"param", "--out", path("missing/out.bin")},
                                                             {"snapshot", "--out", path("missing/out.png")},
@@ -35,7 +35,7 @@ TEST_F(Data, a_file_that_cannot_be_created_is_a_failure)
     }
 }
 
-TEST_F(Data, a_refused_container_is_a_failure_and_writes_nothing)
+TEST_F(Data_test, a_refused_container_is_a_failure_and_writes_nothing)
 {
     use_scenario({{"faults", {{{"function", "QXDR_ReadContainer"}, {"result", 9}}}}});
     const Result result = run({"param", "--out", path("out.bin")});
@@ -44,7 +44,7 @@ TEST_F(Data, a_refused_container_is_a_failure_and_writes_nothing)
     EXPECT_FALSE(std::filesystem::exists(path("out.bin")));
 }
 
-TEST_F(Data, snapshots_arrive_as_png_and_as_bare_pixels)
+TEST_F(Data_test, snapshots_arrive_as_png_and_as_bare_pixels)
 {
     const Image image = noise(600, 400, 2);
     write_bytes(path("shot"), image.pixels);
@@ -56,7 +56,7 @@ TEST_F(Data, snapshots_arrive_as_png_and_as_bare_pixels)
     EXPECT_EQ(read_bytes(path("out.RAW")), image.pixels);
 }
 
-TEST_F(Data, the_plain_snapshot_is_one_of_the_flat_capture)
+TEST_F(Data_test, the_plain_snapshot_is_one_of_the_flat_capture)
 {
     EXPECT_EQ(run({"snapshot", "--out", path("out.png")}).code, 0);
     const Image image = read_png(path("out.png"));
@@ -66,7 +66,7 @@ TEST_F(Data, the_plain_snapshot_is_one_of_the_flat_capture)
               *std::min_element(image.pixels.begin(), image.pixels.end()));
 }
 
-TEST_F(Data, the_calibration_image_arrives_as_png_and_as_bare_pixels)
+TEST_F(Data_test, the_calibration_image_arrives_as_png_and_as_bare_pixels)
 {
     ASSERT_EQ(run({"calibration", "--out", path("flat.raw")}).code, 0);
     ASSERT_EQ(run({"calibration", "--out", path("flat.png")}).code, 0);

@@ -7,7 +7,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class Feedback : public In_process_test {
+class Feedback_test : public In_process_test {
 protected:
     static brenvozulta_sim_leds leds(std::uint8_t area)
     {
@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(Feedback, leds_of_each_group_reach_the_scanner)
+TEST_F(Feedback_test, leds_of_each_group_reach_the_scanner)
 {
     EXPECT_EQ(run_in_process({"leds", "a", "1=lit1", "2=lit2", "3=lit3"}).out, "group a: 1=lit1 2=lit2 3=lit3 4=off\n");
     EXPECT_EQ(leds(0).pattern, 0x163);
@@ -27,7 +27,7 @@ TEST_F(Feedback, leds_of_each_group_reach_the_scanner)
     EXPECT_EQ(leds(1).pattern, 0x1E);
 }
 
-TEST_F(Feedback, leds_off_is_commanded_and_not_only_left_to_opening)
+TEST_F(Feedback_test, leds_off_is_commanded_and_not_only_left_to_opening)
 {
     ASSERT_EQ(run_in_process({"leds", "a", "1=lit1"}).code, 0);
     EXPECT_EQ(run_in_process({"leds", "--off"}).out, "all LEDs off\n");
@@ -35,7 +35,7 @@ TEST_F(Feedback, leds_off_is_commanded_and_not_only_left_to_opening)
     EXPECT_EQ(leds(0).on, 1) << "opening commands the LEDs off with an on flag of 0";
 }
 
-TEST_F(Feedback, leds_as_json)
+TEST_F(Feedback_test, leds_as_json)
 {
     EXPECT_EQ(Json::parse(run_in_process({"leds", "c", "2=lit1", "--json"}).out),
               (Json{{"scanner", BRENVOZULTA_SIM_DEFAULT_SCANNER},
@@ -45,9 +45,9 @@ TEST_F(Feedback, leds_as_json)
               (Json{{"scanner", BRENVOZULTA_SIM_DEFAULT_SCANNER}, {"group", nullptr}, {"positions", Json::object()}}));
 }
 
-class Feedback_process : public Tool_test {};
+class Feedback_process_test : public Tool_test {};
 
-TEST_F(Feedback_process, a_refused_led_command_shows_the_drivers_own_result)
+TEST_F(Feedback_process_test, a_refused_led_command_shows_the_drivers_own_result)
 {
     // The first command is that of opening, whose result does not count.
     use_scenario({{"faults", {{{"function", "QXDR_SetLeds"}, {"result", 7}, {"skip", 1}}}}});
@@ -56,7 +56,7 @@ TEST_F(Feedback_process, a_refused_led_command_shows_the_drivers_own_result)
     EXPECT_THAT(result.err, HasSubstr("cannot set the LEDs of \"RQ7-3050 #1\": 7 driver result 7"));
 }
 
-TEST_F(Feedback_process, every_pattern_is_played_by_number_and_by_name)
+TEST_F(Feedback_process_test, every_pattern_is_played_by_number_and_by_name)
 {
     const char* const names[] = {"double", "long", "short", "low"};
     for (int i = 0; i < 4; ++i) {

@@ -13,14 +13,14 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-class Firmware : public Tool_test {
+class Firmware_test : public Tool_test {
 protected:
-    Firmware() { write_bytes(path("image"), {'R', 'Q', '7', 'F', 'W', 3, 1, 'c', 0, 0}); }
+    Firmware_test() { write_bytes(path("image"), {'R', 'Q', '7', 'F', 'W', 3, 1, 'c', 0, 0}); }
 
     std::string version() { return object_of(run({"info", "--json"}))["version"]; }
 };
 
-TEST_F(Firmware, the_new_version_is_reported_once_the_scanner_is_back)
+TEST_F(Firmware_test, the_new_version_is_reported_once_the_scanner_is_back)
 {
     const Result result = run({"firmware", path("image"), "--yes"});
     EXPECT_EQ(result.code, 0) << result.err;
@@ -28,19 +28,19 @@ TEST_F(Firmware, the_new_version_is_reported_once_the_scanner_is_back)
     EXPECT_THAT(result.err, AllOf(HasSubstr("loading 10 bytes of firmware"), Not(HasSubstr("[y/N]"))));
 }
 
-TEST_F(Firmware, as_json)
+TEST_F(Firmware_test, as_json)
 {
     EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"})),
               (Json{{"scanner", "RQ7-3050 #1"}, {"version_before", "2.5.b"}, {"version", "3.1.c"}}));
 }
 
-TEST_F(Firmware, a_scanner_that_restarts_unnoticed_is_reported_as_well)
+TEST_F(Firmware_test, a_scanner_that_restarts_unnoticed_is_reported_as_well)
 {
     use_scenario({{"restart", {{"announce_unplug", false}}}});
     EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"}))["version"], "3.1.c");
 }
 
-TEST_F(Firmware, asks_first_and_takes_only_a_yes)
+TEST_F(Firmware_test, asks_first_and_takes_only_a_yes)
 {
     for (const char* answer : {"n\n", "\n", "", "maybe\n"}) {
         const Result result = run({"firmware", path("image")}, answer);
@@ -54,7 +54,7 @@ TEST_F(Firmware, asks_first_and_takes_only_a_yes)
     EXPECT_THAT(result.out, HasSubstr("now reports 3.1.c"));
 }
 
-TEST_F(Firmware, missing_and_empty_files_are_refused)
+TEST_F(Firmware_test, missing_and_empty_files_are_refused)
 {
     write_bytes(path("empty"), {});
     const Result missing = run({"firmware", path("missing"), "--yes"});
@@ -67,7 +67,7 @@ TEST_F(Firmware, missing_and_empty_files_are_refused)
     EXPECT_THAT(run({"firmware", "/no/such/file", "--yes"}).err, HasSubstr("cannot open the file \"/no/such/file\""));
 }
 
-TEST_F(Firmware, a_transfer_that_breaks_off_is_a_failure)
+TEST_F(Firmware_test, a_transfer_that_breaks_off_is_a_failure)
 {
     use_scenario({{"firmware", {{"fail_at_byte", 4}, {"fail_result", 9}}}});
     const Result result = run({"firmware", path("image"), "--yes"});
@@ -77,7 +77,7 @@ TEST_F(Firmware, a_transfer_that_breaks_off_is_a_failure)
                                   HasSubstr("try: plug the scanner out and in")));
 }
 
-TEST_F(Firmware, a_refused_restart_is_a_failure)
+TEST_F(Firmware_test, a_refused_restart_is_a_failure)
 {
     use_scenario({{"firmware", {{"reset_result", 2}}}});
     const Result result = run({"firmware", path("image"), "--yes"});
@@ -85,9 +85,9 @@ TEST_F(Firmware, a_refused_restart_is_a_failure)
     EXPECT_THAT(result.err, HasSubstr("9025 VYRA_DRIVER_REFUSED"));
 }
 
-class Firmware_in_process : public In_process_test {};
+class Firmware_in_process_test : public In_process_test {};
 
-TEST_F(Firmware_in_process, is_refused_while_video_runs)
+TEST_F(Firmware_in_process_test, is_refused_while_video_runs)
 {
     const vyra_tool::Library library(vyra_tool::log_off);
     vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);

@@ -13,9 +13,9 @@ const Json two_scanners = {{"scanners",
                             {{{"name", "Left"}, {"serial_number", "SN-LEFT"}, {"version", "2.5.b"}, {"port_type", 7}},
                              {{"name", "Right"}, {"serial_number", "123456789012"}, {"version", "-1.12.A"}}}}};
 
-class Identity : public Tool_test {};
+class Identity_test : public Tool_test {};
 
-TEST_F(Identity, list_names_the_attached_scanners)
+TEST_F(Identity_test, list_names_the_attached_scanners)
 {
     use_scenario(two_scanners);
     const Result result = run({"list"});
@@ -26,7 +26,7 @@ TEST_F(Identity, list_names_the_attached_scanners)
     EXPECT_THAT(result.err, IsEmpty());
 }
 
-TEST_F(Identity, list_as_json)
+TEST_F(Identity_test, list_as_json)
 {
     use_scenario(two_scanners);
     const Json object = object_of(run({"list", "--json"}));
@@ -39,13 +39,13 @@ TEST_F(Identity, list_as_json)
     EXPECT_EQ(object["scanners"][1]["name"], "Right");
 }
 
-TEST_F(Identity, a_name_that_is_not_utf8_is_replaced_in_json)
+TEST_F(Identity_test, a_name_that_is_not_utf8_is_replaced_in_json)
 {
     use_scenario_text(R"({"scanners": [{"name": "Gr\u00fcn"}]})");
     EXPECT_EQ(object_of(run({"list", "--json"}))["scanners"][0]["name"], "Gr\u00fcn");
 }
 
-TEST_F(Identity, without_a_scanner_every_command_fails_and_says_so)
+TEST_F(Identity_test, without_a_scanner_every_command_fails_and_says_so)
 {
     use_scenario({{"scanners", Json::array()}});
     const std::vector<std::vector<std::string>> commands = {
@@ -59,7 +59,7 @@ TEST_F(Identity, without_a_scanner_every_command_fails_and_says_so)
     }
 }
 
-TEST_F(Identity, a_failure_as_json_names_code_text_and_advice)
+TEST_F(Identity_test, a_failure_as_json_names_code_text_and_advice)
 {
     use_scenario({{"scanners", Json::array()}});
     const Result result = run({"list", "--json"});
@@ -72,7 +72,7 @@ TEST_F(Identity, a_failure_as_json_names_code_text_and_advice)
     EXPECT_THAT(error["try"].get<std::string>(), HasSubstr("attach a scanner"));
 }
 
-TEST_F(Identity, a_malformed_scenario_fails_with_file_line_and_field)
+TEST_F(Identity_test, a_malformed_scenario_fails_with_file_line_and_field)
 {
     use_scenario_text("{\n  \"frame_rate\": \"fast\"\n}\n");
     const Result result = run({"list"});
@@ -81,7 +81,7 @@ TEST_F(Identity, a_malformed_scenario_fails_with_file_line_and_field)
                                   HasSubstr("cannot initialize the library: 9000")));
 }
 
-TEST_F(Identity, the_first_scanner_is_taken_and_said_among_several)
+TEST_F(Identity_test, the_first_scanner_is_taken_and_said_among_several)
 {
     use_scenario(two_scanners);
     const Result result = run({"info", "--json"});
@@ -90,7 +90,7 @@ TEST_F(Identity, the_first_scanner_is_taken_and_said_among_several)
                 AllOf(HasSubstr("2 scanners are attached (\"Left\", \"Right\")"), HasSubstr("taking \"Left\"")));
 }
 
-TEST_F(Identity, a_scanner_is_chosen_by_name_in_any_case)
+TEST_F(Identity_test, a_scanner_is_chosen_by_name_in_any_case)
 {
     use_scenario(two_scanners);
     const Result result = run({"info", "--scanner", "rIGHT", "--json"});
@@ -98,7 +98,7 @@ TEST_F(Identity, a_scanner_is_chosen_by_name_in_any_case)
     EXPECT_THAT(result.err, IsEmpty());
 }
 
-TEST_F(Identity, an_unknown_scanner_is_answered_with_the_attached_ones)
+TEST_F(Identity_test, an_unknown_scanner_is_answered_with_the_attached_ones)
 {
     use_scenario(two_scanners);
     const Result result = run({"info", "--scanner", "Middle"});
@@ -107,7 +107,7 @@ TEST_F(Identity, an_unknown_scanner_is_answered_with_the_attached_ones)
                                   HasSubstr("choose one of \"Left\", \"Right\"")));
 }
 
-TEST_F(Identity, info_tells_all_that_is_known)
+TEST_F(Identity_test, info_tells_all_that_is_known)
 {
     use_scenario({{"scanners",
                    {{{"name", "Left"},
@@ -136,7 +136,7 @@ TEST_F(Identity, info_tells_all_that_is_known)
     EXPECT_EQ(object["capture_indexes"][5], (Json{{"index", 5}, {"capture", nullptr}}));
 }
 
-TEST_F(Identity, info_of_a_scanner_without_roll_capture)
+TEST_F(Identity_test, info_of_a_scanner_without_roll_capture)
 {
     use_scenario({{"capture_configs", {{{"number", 13}, {"available", false}}}}});
     const Result result = run({"info"});
@@ -145,7 +145,7 @@ TEST_F(Identity, info_of_a_scanner_without_roll_capture)
                                   HasSubstr("capture index 1 flat, 1600 x 1500 pixels, 500 pixels per inch")));
 }
 
-TEST_F(Identity, a_scanner_that_cannot_be_opened_is_a_failure_with_its_code)
+TEST_F(Identity_test, a_scanner_that_cannot_be_opened_is_a_failure_with_its_code)
 {
     use_scenario({{"faults", {{{"function", "QXDR_OpenDevice"}, {"result", 2}}}}});
     const Result result = run({"info"});

@@ -30,7 +30,7 @@ constexpr int codes[] = {VYRA_OK,
                          VYRA_DRIVER_STATE,
                          VYRA_CAPTURE_CONFIG};
 
-TEST(Status_text, every_code_has_its_constants_name_a_meaning_and_advice)
+TEST(Status_text_test, every_code_has_its_constants_name_a_meaning_and_advice)
 {
     for (const int code : codes) {
         const auto text = status_text(code);
@@ -41,13 +41,13 @@ TEST(Status_text, every_code_has_its_constants_name_a_meaning_and_advice)
     EXPECT_EQ(status_text(9110).name, "VYRA_SCN_UNAVAILABLE");
 }
 
-TEST(Status_text, a_drivers_own_result_is_named_as_such)
+TEST(Status_text_test, a_drivers_own_result_is_named_as_such)
 {
     EXPECT_EQ(status_text(7).name, "driver result 7");
     EXPECT_EQ(status_text(19).name, "driver result 19");
 }
 
-TEST(Status_text, other_codes_are_unknown)
+TEST(Status_text_test, other_codes_are_unknown)
 {
     for (const int code : {-1, 9002, 9107, 9999}) {
         EXPECT_EQ(status_text(code).name, "unknown status") << code;

@@ -11,7 +11,7 @@ using ::testing::IsEmpty;
 const char* const commands[] = {"list",  "capture",  "info",        "leds",     "beep",
                                 "param", "snapshot", "calibration", "firmware", "watch"};
 
-class Usage : public Tool_test {
+class Usage_test : public Tool_test {
 protected:
     // Runs the tool and expects that it refuses the arguments with a message that names what.
     void expect_wrong(const std::vector<std::string>& arguments, const std::vector<std::string>& message)
@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(Usage, help_names_every_command_and_the_exit_codes)
+TEST_F(Usage_test, help_names_every_command_and_the_exit_codes)
 {
     const Result result = run({"--help"});
     EXPECT_EQ(result.code, 0);
@@ -36,7 +36,7 @@ TEST_F(Usage, help_names_every_command_and_the_exit_codes)
     EXPECT_THAT(result.out, AllOf(HasSubstr("First steps:"), HasSubstr("Exit codes:")));
 }
 
-TEST_F(Usage, help_of_every_command_teaches_by_examples)
+TEST_F(Usage_test, help_of_every_command_teaches_by_examples)
 {
     for (const char* command : commands) {
         const Result result = run({command, "--help"});
@@ -46,14 +46,14 @@ TEST_F(Usage, help_of_every_command_teaches_by_examples)
     }
 }
 
-TEST_F(Usage, version_is_printed)
+TEST_F(Usage_test, version_is_printed)
 {
     const Result result = run({"--version"});
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("vyra 1."));
 }
 
-TEST_F(Usage, without_a_command_or_with_an_unknown_one_is_wrong)
+TEST_F(Usage_test, without_a_command_or_with_an_unknown_one_is_wrong)
 {
     expect_wrong({}, {"name a command", "vyra --help"});
     expect_wrong({"scan"}, {"scan"});
@@ -61,7 +61,7 @@ TEST_F(Usage, without_a_command_or_with_an_unknown_one_is_wrong)
     expect_wrong({"list", "--log", "loud"}, {"loud", "trace"});
 }
 
-TEST_F(Usage, impossible_captures_are_wrong)
+TEST_F(Usage_test, impossible_captures_are_wrong)
 {
     expect_wrong({"capture", "--frames", "-1", "--out", path("images")}, {"-1"});
     expect_wrong({"capture", "--frames", "many", "--out", path("images")}, {"many"});
@@ -69,7 +69,7 @@ TEST_F(Usage, impossible_captures_are_wrong)
     expect_wrong({"capture", "--size", "1600", "--out", path("images")}, {"\"1600\" is no image size", "1600x1500"});
 }
 
-TEST_F(Usage, unknown_leds_are_answered_with_the_valid_ones)
+TEST_F(Usage_test, unknown_leds_are_answered_with_the_valid_ones)
 {
     expect_wrong({"leds"}, {"name a group", "--off"});
     expect_wrong({"leds", "d", "1=lit1"},
@@ -82,7 +82,7 @@ TEST_F(Usage, unknown_leds_are_answered_with_the_valid_ones)
     expect_wrong({"leds", "a", "--off"}, {"takes no group"});
 }
 
-TEST_F(Usage, an_unknown_tone_pattern_is_answered_with_the_valid_ones)
+TEST_F(Usage_test, an_unknown_tone_pattern_is_answered_with_the_valid_ones)
 {
     expect_wrong({"beep"}, {"pattern is required"});
     for (const char* pattern : {"4", "loud", "-1", "00"}) {
@@ -91,7 +91,7 @@ TEST_F(Usage, an_unknown_tone_pattern_is_answered_with_the_valid_ones)
     }
 }
 
-TEST_F(Usage, an_image_file_says_its_form_by_its_end)
+TEST_F(Usage_test, an_image_file_says_its_form_by_its_end)
 {
     expect_wrong({"calibration", "--out", "flat.jpg"}, {"\"flat.jpg\"", ".png", ".raw"});
     expect_wrong({"snapshot", "--out", "shot"}, {"\"shot\"", ".png", ".raw"});
@@ -100,7 +100,7 @@ TEST_F(Usage, an_image_file_says_its_form_by_its_end)
     expect_wrong({"snapshot", "--out", path("a.png"), "--values", "1", "2", "-3"}, {"--values", "-3"});
 }
 
-TEST_F(Usage, usb_identifiers_are_two_hexadecimal_numbers)
+TEST_F(Usage_test, usb_identifiers_are_two_hexadecimal_numbers)
 {
     for (const char* pair : {"1A2B", "1A2B:", ":00FF", "1A2B:XYZ", "1A2B:10000", "0:0", "-1:5", "1A2B:00FF:1"}) {
         expect_wrong({"watch", std::string("--usb=") + pair}, {std::string("\"") + pair + "\" is no USB identifier"});

@@ -23,7 +23,7 @@ constexpr const char* unplug_and_plug =
                      {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 200, "plug": "Other"},
                      {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 250, "unplug": "Other"}]})";
 
-class Watch : public Tool_test {
+class Watch_test : public Tool_test {
 protected:
     // Reads the lines that watch printed as objects, in order.
     static std::vector<Json> objects(const std::string& text)
@@ -50,7 +50,7 @@ protected:
     }
 };
 
-TEST_F(Watch, prints_plug_unplug_and_status_as_they_happen)
+TEST_F(Watch_test, prints_plug_unplug_and_status_as_they_happen)
 {
     use_scenario_text(unplug_and_plug);
     Child_process child(tool({"watch"}), environment());
@@ -65,7 +65,7 @@ TEST_F(Watch, prints_plug_unplug_and_status_as_they_happen)
     EXPECT_TRUE(std::regex_search(child.out(), std::regex("^[0-9]{4}-[01][0-9]-[0-3][0-9]T[0-9:]{8}\\.[0-9]{3}Z  ")));
 }
 
-TEST_F(Watch, as_json_one_object_a_line)
+TEST_F(Watch_test, as_json_one_object_a_line)
 {
     use_scenario_text(unplug_and_plug);
     Child_process child(tool({"watch", "--json"}), environment());
@@ -80,7 +80,7 @@ TEST_F(Watch, as_json_one_object_a_line)
     EXPECT_EQ(about(events, "Other", true), std::vector<std::string>{});
 }
 
-TEST_F(Watch, waits_for_a_scanner_and_then_watches_its_status)
+TEST_F(Watch_test, waits_for_a_scanner_and_then_watches_its_status)
 {
     use_scenario_text(R"({"scanners": [],
                           "timeline": [{"after_call": {"function": "QXDR_GetDevicesList", "count": 2}, "at_ms": 200,
@@ -93,7 +93,7 @@ TEST_F(Watch, waits_for_a_scanner_and_then_watches_its_status)
     EXPECT_EQ(child.wait(), 0);
 }
 
-class Watch_in_process : public In_process_test {
+class Watch_in_process_test : public In_process_test {
 protected:
     static HWND wait_for_window()
     {
@@ -116,7 +116,7 @@ protected:
     }
 };
 
-TEST_F(Watch_in_process, prints_sleep_resume_and_subscribed_usb_devices)
+TEST_F(Watch_in_process_test, prints_sleep_resume_and_subscribed_usb_devices)
 {
     Background_run run({"watch", "--usb", "1A2B:00ff", "--usb", "1A2B:100"});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
@@ -138,7 +138,7 @@ TEST_F(Watch_in_process, prints_sleep_resume_and_subscribed_usb_devices)
     EXPECT_EQ(events, "sleep\nresume\nusb-plug  1A2B:00FF\nusb-unplug  1A2B:0100\n");
 }
 
-TEST_F(Watch_in_process, closes_its_scanner_at_the_end)
+TEST_F(Watch_in_process_test, closes_its_scanner_at_the_end)
 {
     Background_run run({"watch"});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
@@ -150,7 +150,7 @@ TEST_F(Watch_in_process, closes_its_scanner_at_the_end)
               (std::vector<std::string>{"QXDR_CloseDevice", "QXDR_Release"}));
 }
 
-TEST_F(Watch_in_process, goes_on_without_status_when_the_scanner_cannot_be_opened)
+TEST_F(Watch_in_process_test, goes_on_without_status_when_the_scanner_cannot_be_opened)
 {
     ASSERT_EQ(brenvozulta_sim_fail("QXDR_OpenDevice", 2, 1), 1);
     Background_run run({"watch", "--json"});

@@ -12,7 +12,7 @@ using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
 
-class Ways_out : public In_process_test {
+class Ways_out_test : public In_process_test {
 protected:
     void SetUp() override
     {
@@ -57,13 +57,13 @@ protected:
     std::string directory_;
 };
 
-TEST_F(Ways_out, the_last_image)
+TEST_F(Ways_out_test, the_last_image)
 {
     EXPECT_EQ(run_in_process({"capture", "--frames", "3", "--out", directory_}).code, 0);
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, ctrl_c)
+TEST_F(Ways_out_test, ctrl_c)
 {
     const auto run = endless_capture();
     vyra_tool::request_interrupt();
@@ -73,7 +73,7 @@ TEST_F(Ways_out, ctrl_c)
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, ctrl_c_before_all_images_is_a_failure)
+TEST_F(Ways_out_test, ctrl_c_before_all_images_is_a_failure)
 {
     brenvozulta_sim_set_frame_rate(0);
     Background_run run({"capture", "--frames", "2", "--out", directory_});
@@ -83,7 +83,7 @@ TEST_F(Ways_out, ctrl_c_before_all_images_is_a_failure)
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, a_pulled_cable)
+TEST_F(Ways_out_test, a_pulled_cable)
 {
     const auto run = endless_capture();
     ASSERT_EQ(brenvozulta_sim_unplug(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
@@ -91,7 +91,7 @@ TEST_F(Ways_out, a_pulled_cable)
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, a_disk_that_takes_no_more)
+TEST_F(Ways_out_test, a_disk_that_takes_no_more)
 {
     const auto run = endless_capture();
     std::error_code busy;  // a file that is being written cannot be removed everywhere
@@ -102,20 +102,20 @@ TEST_F(Ways_out, a_disk_that_takes_no_more)
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, a_scanner_that_falls_silent)
+TEST_F(Ways_out_test, a_scanner_that_falls_silent)
 {
     brenvozulta_sim_set_frame_rate(0);
     EXPECT_EQ(run_in_process({"capture", "--timeout", "0.1", "--out", directory_}).code, 1);
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, an_image_of_a_wrong_size)
+TEST_F(Ways_out_test, an_image_of_a_wrong_size)
 {
     EXPECT_EQ(run_in_process({"capture", "--size", "1600x1501", "--out", directory_}).code, 1);
     expect_stopped_and_closed();
 }
 
-TEST_F(Ways_out, a_stop_that_is_refused)
+TEST_F(Ways_out_test, a_stop_that_is_refused)
 {
     const auto run = endless_capture();
     ASSERT_EQ(brenvozulta_sim_fail("QXDR_StopCapture", 9, 1), 1);
@@ -124,9 +124,9 @@ TEST_F(Ways_out, a_stop_that_is_refused)
     expect_stopped_and_closed();
 }
 
-class Ctrl_c : public Tool_test {};
+class Ctrl_c_test : public Tool_test {};
 
-TEST_F(Ctrl_c, ends_a_capture_process_in_order)
+TEST_F(Ctrl_c_test, ends_a_capture_process_in_order)
 {
     Child_process child(tool({"capture", "--frames", "0", "--out", path("images")}));
     ASSERT_TRUE(child.wait_for_output("image_0002.png\n")) << child.err();
@@ -135,7 +135,7 @@ TEST_F(Ctrl_c, ends_a_capture_process_in_order)
     EXPECT_THAT(child.out(), HasSubstr(" frames/s  "));
 }
 
-TEST_F(Ctrl_c, ends_a_watch_process)
+TEST_F(Ctrl_c_test, ends_a_watch_process)
 {
     Child_process child(tool({"watch"}));
     ASSERT_TRUE(child.wait_for_error("watching; Ctrl-C ends\n"));

@@ -130,7 +130,7 @@ TEST_P(Forwarding_test, holds_the_manager_during_the_call_and_no_longer)
 INSTANTIATE_TEST_SUITE_P(Exports, Forwarding_test, ::testing::ValuesIn(forwarding_exports),
                          [](const auto& tested) { return std::string(tested.param.title); });
 
-TEST(Fixed_exports, sixteen_return_zero_and_three_are_not_implemented_and_none_touches_the_manager)
+TEST(Fixed_exports_test, sixteen_return_zero_and_three_are_not_implemented_and_none_touches_the_manager)
 {
     recording_manager::reset();
     using Fixed = std::int32_t (*)();
@@ -152,7 +152,7 @@ TEST(Fixed_exports, sixteen_return_zero_and_three_are_not_implemented_and_none_t
     EXPECT_THAT(state().calls, IsEmpty());
 }
 
-TEST(Version_exports, obtain_the_manager_and_return_zero_without_reading_their_arguments)
+TEST(Version_exports_test, obtain_the_manager_and_return_zero_without_reading_their_arguments)
 {
     recording_manager::reset();
     state().answer = 9101;

@@ -23,7 +23,7 @@ const std::vector<std::pair<std::int32_t, std::string>> table = {
     {9105, "Video Stopped  "}, {9106, "Video Timeout  "}, {9107, "Terminated     "}, {9108, "Bad Scanner Idx"},
 };
 
-TEST(Status_text, every_code_of_both_runs_has_its_text_of15_characters_with_trailing_blanks)
+TEST(Status_text_test, every_code_of_both_runs_has_its_text_of15_characters_with_trailing_blanks)
 {
     for (const auto& [code, text] : table) {
         EXPECT_EQ(text.size(), 15u);
@@ -31,7 +31,7 @@ TEST(Status_text, every_code_of_both_runs_has_its_text_of15_characters_with_trai
     }
 }
 
-TEST(Status_text, every_other_code_around_the_runs_is_shown_as_its_number)
+TEST(Status_text_test, every_other_code_around_the_runs_is_shown_as_its_number)
 {
     for (std::int32_t code = 8900; code <= 9300; ++code) {
         const bool listed = (code >= 9000 && code <= 9018) || (code >= 9100 && code <= 9108);
@@ -41,13 +41,13 @@ TEST(Status_text, every_other_code_around_the_runs_is_shown_as_its_number)
     }
 }
 
-TEST(Status_text, first_run_ends_at9018)
+TEST(Status_text_test, first_run_ends_at9018)
 {
     EXPECT_STREQ(vyra_error_text(9018), "XCTRL Abort    ");
     EXPECT_STREQ(vyra_error_text(9019), "Error 9019");
 }
 
-TEST(Status_text, second_run_ends_at9108_although_two_texts_follow_in_storage)
+TEST(Status_text_test, second_run_ends_at9108_although_two_texts_follow_in_storage)
 {
     EXPECT_STREQ(vyra_error_text(9108), "Bad Scanner Idx");
     EXPECT_STREQ(vyra_error_text(9109), "Error 9109");
@@ -55,14 +55,14 @@ TEST(Status_text, second_run_ends_at9108_although_two_texts_follow_in_storage)
     EXPECT_STREQ(vyra_error_text(9111), "Error 9111");
 }
 
-TEST(Status_text, two_texts_that_are_never_returned_follow_the_second_run)
+TEST(Status_text_test, two_texts_that_are_never_returned_follow_the_second_run)
 {
     const char* const last = vyra_error_text(9108);
     EXPECT_STREQ(last + 16, "Bad Parameter  ");
     EXPECT_STREQ(last + 32, "Device Unavail ");
 }
 
-TEST(Status_text, texts_lie_in_slots_of16_bytes)
+TEST(Status_text_test, texts_lie_in_slots_of16_bytes)
 {
     for (std::size_t i = 1; i < table.size(); ++i) {
         if (table[i].first == table[i - 1].first + 1) {
@@ -71,7 +71,7 @@ TEST(Status_text, texts_lie_in_slots_of16_bytes)
     }
 }
 
-TEST(Status_text, codes_below_the_runs_and_negative_ones_are_shown_as_their_number)
+TEST(Status_text_test, codes_below_the_runs_and_negative_ones_are_shown_as_their_number)
 {
     EXPECT_STREQ(vyra_error_text(8999), "Error 8999");
     EXPECT_STREQ(vyra_error_text(9099), "Error 9099");
@@ -82,7 +82,7 @@ TEST(Status_text, codes_below_the_runs_and_negative_ones_are_shown_as_their_numb
 }
 
 // Two in one expression, as a line of the log may have them.
-TEST(Status_text, text_of_an_unlisted_code_belongs_to_the_expression_that_asked_for_it)
+TEST(Status_text_test, text_of_an_unlisted_code_belongs_to_the_expression_that_asked_for_it)
 {
     const auto both = [](const char* one, const char* other) { return std::string(one) + ", " + other; };
     EXPECT_EQ(both(vyra_error_text(9109), vyra_error_text(9110)), "Error 9109, Error 9110");

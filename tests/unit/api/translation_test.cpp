@@ -7,7 +7,7 @@ namespace {
 
 using kvs::brenvozulta::brenvozulta_device;
 
-TEST(Driver_result, every_known_result_has_its_status)
+TEST(Driver_result_test, every_known_result_has_its_status)
 {
     constexpr std::int32_t expected[20] = {0,    9109, 9025, 9101, 9005, 9005, 9000, 9109, 9109, 9016,
                                            9108, 9000, 9114, 9000, 9109, 9109, 9000, 9000, 9000, 9111};
@@ -16,14 +16,14 @@ TEST(Driver_result, every_known_result_has_its_status)
     }
 }
 
-TEST(Driver_result, every_unknown_result_is_an_internal_error)
+TEST(Driver_result_test, every_unknown_result_is_an_internal_error)
 {
     for (const std::uint32_t result : {20u, 21u, 255u, 256u, 9000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(brenvozulta_device::translate_driver_result(result), 9000) << result;
     }
 }
 
-TEST(Driver_result, constants_have_the_numbers_that_hosts_know)
+TEST(Driver_result_test, constants_have_the_numbers_that_hosts_know)
 {
     EXPECT_EQ(VYRA_OK, 0);
     EXPECT_EQ(VYRA_INTERNAL, 9000);

@@ -28,7 +28,7 @@ using boost::chrono::steady_clock;
 
 using Timed_lock = boost::unique_lock<boost::recursive_timed_mutex>;
 
-TEST(Recursive_timed_mutex, lets_its_holder_in_again_and_nobody_else_in_time)
+TEST(Recursive_timed_mutex_test, lets_its_holder_in_again_and_nobody_else_in_time)
 {
     boost::recursive_timed_mutex mutex;
     const Timed_lock held(mutex);
@@ -43,7 +43,7 @@ TEST(Recursive_timed_mutex, lets_its_holder_in_again_and_nobody_else_in_time)
     }).join();
 }
 
-TEST(Recursive_timed_mutex, goes_to_a_waiter_only_when_the_holder_is_out_altogether)
+TEST(Recursive_timed_mutex_test, goes_to_a_waiter_only_when_the_holder_is_out_altogether)
 {
     boost::recursive_timed_mutex mutex;
     Timed_lock held(mutex);
@@ -83,13 +83,13 @@ void all_waiters_wake()
     EXPECT_EQ(awake, 2);
 }
 
-TEST(Condition_variable, wakes_its_waiters_whoever_started_them)
+TEST(Condition_variable_test, wakes_its_waiters_whoever_started_them)
 {
     all_waiters_wake<boost::condition_variable, boost::mutex>();
     all_waiters_wake<boost::condition_variable_any, boost::recursive_mutex>();
 }
 
-TEST(Condition_variable, a_wait_ends_with_its_time)
+TEST(Condition_variable_test, a_wait_ends_with_its_time)
 {
     boost::mutex mutex;
     boost::condition_variable condition;
@@ -101,7 +101,7 @@ TEST(Condition_variable, a_wait_ends_with_its_time)
     EXPECT_TRUE(lock.owns_lock());
 }
 
-TEST(Promise, ends_the_wait_for_its_value)
+TEST(Promise_test, ends_the_wait_for_its_value)
 {
     boost::promise<int> promise;
     boost::future<int> future = promise.get_future();
@@ -110,7 +110,7 @@ TEST(Promise, ends_the_wait_for_its_value)
     keeper.join();
 }
 
-TEST(Promise, is_broken_when_it_ends_unkept)
+TEST(Promise_test, is_broken_when_it_ends_unkept)
 {
     boost::future<int> future;
     {
@@ -120,7 +120,7 @@ TEST(Promise, is_broken_when_it_ends_unkept)
     EXPECT_THROW(future.get(), boost::broken_promise);
 }
 
-TEST(Promise, is_kept_and_asked_for_once)
+TEST(Promise_test, is_kept_and_asked_for_once)
 {
     boost::promise<int> promise;
     promise.set_value(1);
@@ -130,7 +130,7 @@ TEST(Promise, is_kept_and_asked_for_once)
     EXPECT_EQ(future.get(), 1);
 }
 
-TEST(Once, runs_again_after_an_exception_and_then_never_more)
+TEST(Once_test, runs_again_after_an_exception_and_then_never_more)
 {
     boost::once_flag flag = BOOST_ONCE_INIT;
     std::atomic<int> runs{0};
@@ -145,7 +145,7 @@ TEST(Once, runs_again_after_an_exception_and_then_never_more)
     EXPECT_EQ(runs, 1);
 }
 
-TEST(Thread, that_joins_itself_is_told)
+TEST(Thread_test, that_joins_itself_is_told)
 {
     boost::promise<void> started;
     int error = 0;
@@ -163,7 +163,7 @@ TEST(Thread, that_joins_itself_is_told)
     EXPECT_EQ(error, static_cast<int>(boost::system::errc::resource_deadlock_would_occur));
 }
 
-TEST(Thread, that_is_detached_takes_what_it_kept_with_it)
+TEST(Thread_test, that_is_detached_takes_what_it_kept_with_it)
 {
     std::weak_ptr<int> seen;
     boost::promise<void> go;
@@ -179,7 +179,7 @@ TEST(Thread, that_is_detached_takes_what_it_kept_with_it)
     }
 }
 
-TEST(Thread, has_a_number_that_is_its_own)
+TEST(Thread_test, has_a_number_that_is_its_own)
 {
     const boost::thread::id here = boost::this_thread::get_id();
     boost::thread::id own;
@@ -191,7 +191,7 @@ TEST(Thread, has_a_number_that_is_its_own)
     std::thread([&] { EXPECT_NE(boost::this_thread::get_id(), here); }).join();
 }
 
-TEST(Thread, interruptions_wait_while_they_are_disabled)
+TEST(Thread_test, interruptions_wait_while_they_are_disabled)
 {
     boost::promise<void> interrupted;
     bool slept = false;
@@ -217,7 +217,7 @@ TEST(Thread, interruptions_wait_while_they_are_disabled)
 }
 
 // Boost gives each thread that waits something of its own, also those that it did not start.
-TEST(Thread, of_the_host_or_the_driver_leaves_nothing_behind)
+TEST(Thread_test, of_the_host_or_the_driver_leaves_nothing_behind)
 {
     boost::recursive_timed_mutex mutex;
     boost::mutex plain;

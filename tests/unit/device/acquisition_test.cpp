@@ -11,7 +11,7 @@ using namespace test_support;
 using testing::Each;
 using testing::ElementsAre;
 
-class Acquisition : public Device_test {
+class Acquisition_test : public Device_test {
 protected:
     // An image without pixels: whoever looks at it crashes.
     static std::int32_t deliver_nothing()
@@ -33,14 +33,14 @@ protected:
     }
 };
 
-TEST_F(Acquisition, in_idle_the_image_is_answered_with_0_and_not_looked_at)
+TEST_F(Acquisition_test, in_idle_the_image_is_answered_with_0_and_not_looked_at)
 {
     open_device();
     EXPECT_EQ(deliver_nothing(), 0);
     EXPECT_EQ(device().video_state(), video_idle);
 }
 
-TEST_F(Acquisition, while_a_stop_is_requested_the_image_is_answered_with_2_and_not_looked_at)
+TEST_F(Acquisition_test, while_a_stop_is_requested_the_image_is_answered_with_2_and_not_looked_at)
 {
     open_device();
     device().request_stop();
@@ -48,14 +48,14 @@ TEST_F(Acquisition, while_a_stop_is_requested_the_image_is_answered_with_2_and_n
     EXPECT_EQ(device().video_state(), video_stop_requested);
 }
 
-TEST_F(Acquisition, when_stopped_the_image_is_answered_with_3_and_not_looked_at)
+TEST_F(Acquisition_test, when_stopped_the_image_is_answered_with_3_and_not_looked_at)
 {
     running_device();
     ASSERT_EQ(device().stop_video(), 0);
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, width_times_height_bytes_go_into_the_request_and_not_one_more)
+TEST_F(Acquisition_test, width_times_height_bytes_go_into_the_request_and_not_one_more)
 {
     running_device();
     std::vector<std::uint8_t> pixels(321 * 123);
@@ -72,7 +72,7 @@ TEST_F(Acquisition, width_times_height_bytes_go_into_the_request_and_not_one_mor
     EXPECT_EQ(fetch(), buffer.data());
 }
 
-TEST_F(Acquisition, without_a_request_the_callback_waits_for_one_and_fills_it)
+TEST_F(Acquisition_test, without_a_request_the_callback_waits_for_one_and_fills_it)
 {
     running_device();
     const std::uint64_t delivery = deliver_waiting(image_of(9));
@@ -83,7 +83,7 @@ TEST_F(Acquisition, without_a_request_the_callback_waits_for_one_and_fills_it)
     EXPECT_EQ(fetch(), buffer.data());
 }
 
-TEST_F(Acquisition, with_requests_but_none_pending_the_image_is_dropped_without_waiting)
+TEST_F(Acquisition_test, with_requests_but_none_pending_the_image_is_dropped_without_waiting)
 {
     running_device();
     auto buffer = image_of(0);
@@ -97,7 +97,7 @@ TEST_F(Acquisition, with_requests_but_none_pending_the_image_is_dropped_without_
     EXPECT_EQ(fetch(), nullptr);
 }
 
-TEST_F(Acquisition, the_signal_of_a_request_that_was_filled_at_once_lets_one_later_image_pass)
+TEST_F(Acquisition_test, the_signal_of_a_request_that_was_filled_at_once_lets_one_later_image_pass)
 {
     running_device();
     auto buffer = image_of(0);
@@ -112,7 +112,7 @@ TEST_F(Acquisition, the_signal_of_a_request_that_was_filled_at_once_lets_one_lat
     EXPECT_EQ(result_of(delivery), 0);
 }
 
-TEST_F(Acquisition, a_size_beyond_a_signed_number_or_of_no_pixels_is_no_image)
+TEST_F(Acquisition_test, a_size_beyond_a_signed_number_or_of_no_pixels_is_no_image)
 {
     running_device();
     auto buffer = image_of(0);
@@ -128,7 +128,7 @@ TEST_F(Acquisition, a_size_beyond_a_signed_number_or_of_no_pixels_is_no_image)
     EXPECT_EQ(fetch(), buffer.data()) << "the request is no longer pending";
 }
 
-TEST_F(Acquisition, an_image_during_open_finds_an_idle_video_and_nothing_happens)
+TEST_F(Acquisition_test, an_image_during_open_finds_an_idle_video_and_nothing_happens)
 {
     ASSERT_EQ(brenvozulta_sim_block("QXDR_SetLeds"), 1);
     boost::thread opening([this] { EXPECT_EQ(device().open(first_scanner, 0), 0); });
@@ -142,7 +142,7 @@ TEST_F(Acquisition, an_image_during_open_finds_an_idle_video_and_nothing_happens
     EXPECT_EQ(device().start_camera(), 0);
 }
 
-TEST_F(Acquisition, images_of_two_scanners_go_to_the_device_that_the_context_names)
+TEST_F(Acquisition_test, images_of_two_scanners_go_to_the_device_that_the_context_names)
 {
     brenvozulta_sim_attach(second_scanner);
     running_device();
@@ -162,7 +162,7 @@ TEST_F(Acquisition, images_of_two_scanners_go_to_the_device_that_the_context_nam
     EXPECT_EQ(other.stop_video(), 0);
 }
 
-TEST_F(Acquisition, an_image_for_a_device_that_is_gone_is_refused_with_3)
+TEST_F(Acquisition_test, an_image_for_a_device_that_is_gone_is_refused_with_3)
 {
     running_device();
     void* const context = brenvozulta_sim_callback_context();
@@ -171,14 +171,14 @@ TEST_F(Acquisition, an_image_for_a_device_that_is_gone_is_refused_with_3)
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, an_image_with_a_context_that_never_was_a_device_is_refused_with_3)
+TEST_F(Acquisition_test, an_image_with_a_context_that_never_was_a_device_is_refused_with_3)
 {
     open_device();
     EXPECT_EQ(deliver_to(nullptr, image_of(1)), 3);
     EXPECT_EQ(deliver_to(this, image_of(1)), 3);
 }
 
-TEST_F(Acquisition, after_a_close_the_old_context_answers_with_the_state_of_its_video)
+TEST_F(Acquisition_test, after_a_close_the_old_context_answers_with_the_state_of_its_video)
 {
     open_device();
     ASSERT_EQ(device().close(), 0);
@@ -188,7 +188,7 @@ TEST_F(Acquisition, after_a_close_the_old_context_answers_with_the_state_of_its_
     EXPECT_EQ(deliver_nothing(), 3);
 }
 
-TEST_F(Acquisition, after_a_refused_registration_the_device_is_not_held_to_be_video)
+TEST_F(Acquisition_test, after_a_refused_registration_the_device_is_not_held_to_be_video)
 {
     const brenvozulta_sim_fault registered_but_refused = {9, 0, 1, 1};
     brenvozulta_sim_set_fault("QXDR_SetCallbackAcquisition", &registered_but_refused);

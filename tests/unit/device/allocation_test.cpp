@@ -27,7 +27,7 @@ std::size_t allocations_of(Work work)
     return allocations_of_this_thread() - before;
 }
 
-class Allocations : public Device_test {
+class Allocations_test : public Device_test {
 protected:
     void SetUp() override
     {
@@ -46,7 +46,7 @@ protected:
     std::vector<std::uint8_t> buffer_ = image_of(0);
 };
 
-TEST_F(Allocations, the_callback_allocates_nothing)
+TEST_F(Allocations_test, the_callback_allocates_nothing)
 {
     for (int i = 0; i < 8; ++i) {
         ASSERT_EQ(device().submit_video_request(buffer_.data(), 1), 0);
@@ -61,7 +61,7 @@ TEST_F(Allocations, the_callback_allocates_nothing)
     EXPECT_EQ(allocations_of([&] { on_acquisition(image_.data(), 1, 1, this); }), 0u) << "no such device";
 }
 
-TEST_F(Allocations, a_submit_allocates_the_request_and_a_get_nothing)
+TEST_F(Allocations_test, a_submit_allocates_the_request_and_a_get_nothing)
 {
     for (std::uint64_t i = 0; i < 8; ++i) {
         EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 1u);
@@ -76,7 +76,7 @@ TEST_F(Allocations, a_submit_allocates_the_request_and_a_get_nothing)
 }
 
 // An extraction thread has nobody to tell that it could not.
-TEST_F(Allocations, the_answer_to_a_stop_needs_none)
+TEST_F(Allocations_test, the_answer_to_a_stop_needs_none)
 {
     Video_data video;
     Stop_handshake handshake;
@@ -86,7 +86,7 @@ TEST_F(Allocations, the_answer_to_a_stop_needs_none)
 }
 
 // A handshake goes with its device, and a promise with the next start, also where nobody has answered.
-TEST_F(Allocations, the_end_of_a_handshake_without_an_answer_needs_none)
+TEST_F(Allocations_test, the_end_of_a_handshake_without_an_answer_needs_none)
 {
     Video_data video;
     auto handshake = std::make_unique<Stop_handshake>();
@@ -96,7 +96,7 @@ TEST_F(Allocations, the_end_of_a_handshake_without_an_answer_needs_none)
 }
 
 // The system's own functions may allocate.
-TEST_F(Allocations, the_calibration_image_is_copied_without_an_allocation_of_the_library)
+TEST_F(Allocations_test, the_calibration_image_is_copied_without_an_allocation_of_the_library)
 {
     ASSERT_TRUE(load_installed_library());
     std::vector<std::uint8_t> buffer(VYRA_CALIBRATION_SIZE);

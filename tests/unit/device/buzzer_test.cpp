@@ -7,9 +7,9 @@ using namespace test_support;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Buzzer : public Device_test {};
+class Buzzer_test : public Device_test {};
 
-TEST_F(Buzzer, patterns_0_to_3_succeed_in_every_state_of_the_device)
+TEST_F(Buzzer_test, patterns_0_to_3_succeed_in_every_state_of_the_device)
 {
     for (std::uint32_t pattern = 0; pattern <= 3; ++pattern) {
         EXPECT_EQ(device().set_buzzer(pattern), 0);
@@ -22,7 +22,7 @@ TEST_F(Buzzer, patterns_0_to_3_succeed_in_every_state_of_the_device)
     EXPECT_THAT(take_calls(), IsEmpty()) << "the tones are not the scanner's";
 }
 
-TEST_F(Buzzer, any_other_pattern_is_9109)
+TEST_F(Buzzer_test, any_other_pattern_is_9109)
 {
     for (const std::uint32_t pattern : {4u, 5u, 256u, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(device().set_buzzer(pattern), 9109);
@@ -30,7 +30,7 @@ TEST_F(Buzzer, any_other_pattern_is_9109)
     }
 }
 
-TEST_F(Buzzer, the_export_ignores_its_last_two_arguments)
+TEST_F(Buzzer_test, the_export_ignores_its_last_two_arguments)
 {
     const std::uint32_t handle = open();
     EXPECT_EQ(VyraBrenvoSetBuzzer(handle, 2, this, nullptr), 0);

@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-class Buzzer_tones : public Device_test {
+class Buzzer_tones_test : public Device_test {
 protected:
     void SetUp() override
     {
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(Buzzer_tones, each_pattern_plays_its_own)
+TEST_F(Buzzer_tones_test, each_pattern_plays_its_own)
 {
     EXPECT_THAT(tones_of(0), ElementsAre(Pair(1000, 200), Pair(1000, 300)));
     EXPECT_THAT(tones_of(1), ElementsAre(Pair(1000, 600)));
@@ -43,14 +43,14 @@ TEST_F(Buzzer_tones, each_pattern_plays_its_own)
     EXPECT_THAT(tones_of(3), ElementsAre(Pair(800, 600)));
 }
 
-TEST_F(Buzzer_tones, an_unknown_pattern_plays_nothing)
+TEST_F(Buzzer_tones_test, an_unknown_pattern_plays_nothing)
 {
     EXPECT_THAT(tones_of(4, 9109), IsEmpty());
     EXPECT_THAT(tones_of(0xFFFFFFFF, 9109), IsEmpty());
     take_log();
 }
 
-TEST_F(Buzzer_tones, a_tone_that_cannot_be_played_is_ignored)
+TEST_F(Buzzer_tones_test, a_tone_that_cannot_be_played_is_ignored)
 {
     win32_double::clear();
     win32_double::fail("Beep", win32_double::always);

@@ -9,7 +9,7 @@ using namespace test_support;
 using testing::Each;
 using testing::ElementsAre;
 
-class Calibration_failure : public Device_test {
+class Calibration_failure_test : public Device_test {
 protected:
     void SetUp() override
     {
@@ -38,26 +38,26 @@ protected:
     }
 };
 
-TEST_F(Calibration_failure, no_module)
+TEST_F(Calibration_failure_test, no_module)
 {
     expect_failure("GetModuleHandleA", "read_uniformity_buffers:    Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, no_resource)
+TEST_F(Calibration_failure_test, no_resource)
 {
     expect_failure(
         "FindResourceA",
         "read_uniformity_buffers:    Can't find the Image Uniformity resource Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, a_resource_that_cannot_be_loaded)
+TEST_F(Calibration_failure_test, a_resource_that_cannot_be_loaded)
 {
     expect_failure(
         "LoadResource",
         "read_uniformity_buffers:    Can't load the Image Uniformity resource Error=9000: Internal VYRA  \r\n");
 }
 
-TEST_F(Calibration_failure, a_resource_of_another_size)
+TEST_F(Calibration_failure_test, a_resource_of_another_size)
 {
     static const unsigned char bytes[4] = {1, 2, 3, 4};
     unload_installed_library();
@@ -70,7 +70,7 @@ TEST_F(Calibration_failure, a_resource_of_another_size)
     EXPECT_EQ(std::count(buffer.begin(), buffer.end(), 0xA5), VYRA_CALIBRATION_SIZE);
 }
 
-TEST_F(Calibration_failure, a_null_buffer_asks_the_system_for_nothing)
+TEST_F(Calibration_failure_test, a_null_buffer_asks_the_system_for_nothing)
 {
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, VYRA_CALIBRATION_SIZE), 9109);
     EXPECT_THAT(take_log(), ElementsAre("read_uniformity_buffers:    Error=9109: Error 9109\r\n"));

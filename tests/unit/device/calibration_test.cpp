@@ -13,7 +13,7 @@ using testing::IsEmpty;
 const std::string operation = "read_uniformity_buffers";
 constexpr std::int32_t image_size = 6'444'864;
 
-class Calibration : public Device_test {
+class Calibration_test : public Device_test {
 protected:
     void SetUp() override
     {
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(Calibration, the_image_equals_the_file_it_was_built_from)
+TEST_F(Calibration_test, the_image_equals_the_file_it_was_built_from)
 {
     const std::string file = file_bytes(CALIBRATION_FILE);
     ASSERT_EQ(file.size(), static_cast<std::size_t>(image_size));
@@ -48,7 +48,7 @@ TEST_F(Calibration, the_image_equals_the_file_it_was_built_from)
     EXPECT_THAT(take_calls(), IsEmpty()) << "the scanner is not asked";
 }
 
-TEST_F(Calibration, every_call_copies_it_again)
+TEST_F(Calibration_test, every_call_copies_it_again)
 {
     std::vector<std::uint8_t> first(image_size, 1);
     std::vector<std::uint8_t> second(image_size, 2);
@@ -57,13 +57,13 @@ TEST_F(Calibration, every_call_copies_it_again)
     EXPECT_TRUE(first == second);
 }
 
-TEST_F(Calibration, one_byte_less_or_more_leaves_the_buffer_untouched)
+TEST_F(Calibration_test, one_byte_less_or_more_leaves_the_buffer_untouched)
 {
     expect_refused(image_size - 1);
     expect_refused(image_size + 1);
 }
 
-TEST_F(Calibration, sizes_of_nothing_and_less_leave_the_buffer_untouched)
+TEST_F(Calibration_test, sizes_of_nothing_and_less_leave_the_buffer_untouched)
 {
     expect_refused(0);
     expect_refused(-1);
@@ -72,7 +72,7 @@ TEST_F(Calibration, sizes_of_nothing_and_less_leave_the_buffer_untouched)
     expect_refused(INT32_MAX);
 }
 
-TEST_F(Calibration, without_the_library_s_file_it_is_9000)
+TEST_F(Calibration_test, without_the_library_s_file_it_is_9000)
 {
     unload_installed_library();
     std::vector<std::uint8_t> buffer(8, 0xA5);
@@ -81,7 +81,7 @@ TEST_F(Calibration, without_the_library_s_file_it_is_9000)
     EXPECT_THAT(buffer, Each(0xA5));
 }
 
-TEST_F(Calibration, a_null_buffer_is_9109_before_the_image_is_looked_for)
+TEST_F(Calibration_test, a_null_buffer_is_9109_before_the_image_is_looked_for)
 {
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, image_size), 9109);
     unload_installed_library();
@@ -90,7 +90,7 @@ TEST_F(Calibration, a_null_buffer_is_9109_before_the_image_is_looked_for)
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
-TEST_F(Calibration, an_open_device_is_required)
+TEST_F(Calibration_test, an_open_device_is_required)
 {
     ASSERT_EQ(device().close(), 0);
     std::vector<std::uint8_t> buffer(image_size, 0xA5);

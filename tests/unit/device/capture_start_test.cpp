@@ -13,7 +13,7 @@ using testing::IsEmpty;
 
 constexpr std::uint32_t nothing_to_stop = 19;
 
-class Capture_start : public Device_test {
+class Capture_start_test : public Device_test {
 protected:
     static std::vector<std::string> calls_of_start(int config, std::uint32_t stop_result = nothing_to_stop)
     {
@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Capture_start, start_camera_stops_selects_configuration_1_and_starts)
+TEST_F(Capture_start_test, start_camera_stops_selects_configuration_1_and_starts)
 {
     open_device();
     EXPECT_EQ(device().start_camera(), 0);
@@ -32,7 +32,7 @@ TEST_F(Capture_start, start_camera_stops_selects_configuration_1_and_starts)
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
 }
 
-TEST_F(Capture_start, start_video_gives_the_driver_the_low_byte_of_the_configuration)
+TEST_F(Capture_start_test, start_video_gives_the_driver_the_low_byte_of_the_configuration)
 {
     open_device();
     for (const std::uint16_t config :
@@ -45,7 +45,7 @@ TEST_F(Capture_start, start_video_gives_the_driver_the_low_byte_of_the_configura
     }
 }
 
-TEST_F(Capture_start, a_configuration_that_the_scanner_does_not_have_is_9114)
+TEST_F(Capture_start_test, a_configuration_that_the_scanner_does_not_have_is_9114)
 {
     open_device();
     for (const auto& [result, translated] : translations()) {
@@ -61,7 +61,7 @@ TEST_F(Capture_start, a_configuration_that_the_scanner_does_not_have_is_9114)
     }
 }
 
-TEST_F(Capture_start, a_refused_start_returns_the_translated_result_and_leaves_the_state)
+TEST_F(Capture_start_test, a_refused_start_returns_the_translated_result_and_leaves_the_state)
 {
     open_device();
     for (const auto& [result, status] : translations()) {
@@ -72,7 +72,7 @@ TEST_F(Capture_start, a_refused_start_returns_the_translated_result_and_leaves_t
     }
 }
 
-TEST_F(Capture_start, a_refused_start_leaves_each_state_as_it_was)
+TEST_F(Capture_start_test, a_refused_start_leaves_each_state_as_it_was)
 {
     running_device();
     brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, 1);
@@ -93,7 +93,7 @@ TEST_F(Capture_start, a_refused_start_leaves_each_state_as_it_was)
     take_log();
 }
 
-TEST_F(Capture_start, the_video_runs_only_when_the_driver_has_started)
+TEST_F(Capture_start_test, the_video_runs_only_when_the_driver_has_started)
 {
     open_device();
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StartCapture"), 1);
@@ -105,7 +105,7 @@ TEST_F(Capture_start, the_video_runs_only_when_the_driver_has_started)
     EXPECT_EQ(device().video_state(), video_running);
 }
 
-TEST_F(Capture_start, requests_are_dropped_before_the_driver_is_asked_for_anything)
+TEST_F(Capture_start_test, requests_are_dropped_before_the_driver_is_asked_for_anything)
 {
     running_device();
     auto buffer = image_of(0);
@@ -119,7 +119,7 @@ TEST_F(Capture_start, requests_are_dropped_before_the_driver_is_asked_for_anythi
 }
 
 // A pause is where a thread that is to be interrupted ends.
-TEST_F(Capture_start, a_start_that_stopped_a_capture_pauses)
+TEST_F(Capture_start_test, a_start_that_stopped_a_capture_pauses)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -135,7 +135,7 @@ TEST_F(Capture_start, a_start_that_stopped_a_capture_pauses)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_StopCapture"));
 }
 
-TEST_F(Capture_start, a_start_that_had_nothing_to_stop_does_not_pause)
+TEST_F(Capture_start_test, a_start_that_had_nothing_to_stop_does_not_pause)
 {
     open_device();
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StopCapture"), 1);
@@ -147,7 +147,7 @@ TEST_F(Capture_start, a_start_that_had_nothing_to_stop_does_not_pause)
     EXPECT_EQ(take_calls(), calls_of_start(1));
 }
 
-TEST_F(Capture_start, the_pause_is_not_shorter_than_the_scanner_needs)
+TEST_F(Capture_start_test, the_pause_is_not_shorter_than_the_scanner_needs)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -157,7 +157,7 @@ TEST_F(Capture_start, the_pause_is_not_shorter_than_the_scanner_needs)
     EXPECT_EQ(take_calls(), calls_of_start(1, 0));
 }
 
-TEST_F(Capture_start, a_second_start_succeeds_and_drops_the_requests_of_the_first)
+TEST_F(Capture_start_test, a_second_start_succeeds_and_drops_the_requests_of_the_first)
 {
     running_device();
     auto first = image_of(0);
@@ -174,7 +174,7 @@ TEST_F(Capture_start, a_second_start_succeeds_and_drops_the_requests_of_the_firs
     EXPECT_EQ(second, image_of(9));
 }
 
-TEST_F(Capture_start, video_can_be_started_and_stopped_again_and_again)
+TEST_F(Capture_start_test, video_can_be_started_and_stopped_again_and_again)
 {
     open_device();
     auto buffer = image_of(0);

@@ -9,9 +9,9 @@ using namespace test_support;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Capture_stop : public Device_test {};
+class Capture_stop_test : public Device_test {};
 
-TEST_F(Capture_stop, in_idle_the_driver_is_asked_and_the_video_is_stopped)
+TEST_F(Capture_stop_test, in_idle_the_driver_is_asked_and_the_video_is_stopped)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -20,7 +20,7 @@ TEST_F(Capture_stop, in_idle_the_driver_is_asked_and_the_video_is_stopped)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Capture_stop, a_running_video_is_stopped)
+TEST_F(Capture_stop_test, a_running_video_is_stopped)
 {
     running_device();
     EXPECT_EQ(device().stop_video(), 0);
@@ -29,7 +29,7 @@ TEST_F(Capture_stop, a_running_video_is_stopped)
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 0);
 }
 
-TEST_F(Capture_stop, a_stopped_video_is_stopped_again)
+TEST_F(Capture_stop_test, a_stopped_video_is_stopped_again)
 {
     running_device();
     ASSERT_EQ(device().stop_video(), 0);
@@ -41,7 +41,7 @@ TEST_F(Capture_stop, a_stopped_video_is_stopped_again)
 }
 
 // No extraction thread is there to answer: a stop that waited would never return.
-TEST_F(Capture_stop, after_a_suspend_the_stop_does_not_wait)
+TEST_F(Capture_stop_test, after_a_suspend_the_stop_does_not_wait)
 {
     open_device();
     brenvozulta_sim_set_idle_stop_result(0);
@@ -51,7 +51,7 @@ TEST_F(Capture_stop, after_a_suspend_the_stop_does_not_wait)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Capture_stop, a_suspend_of_a_running_video_ends_its_extraction_thread)
+TEST_F(Capture_stop_test, a_suspend_of_a_running_video_ends_its_extraction_thread)
 {
     running_device();
     device().request_stop();
@@ -63,7 +63,7 @@ TEST_F(Capture_stop, a_suspend_of_a_running_video_ends_its_extraction_thread)
     EXPECT_EQ(device().stop_video(), 0);
 }
 
-TEST_F(Capture_stop, the_handshake_comes_before_the_driver_is_asked)
+TEST_F(Capture_stop_test, the_handshake_comes_before_the_driver_is_asked)
 {
     running_device();
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StopCapture"), 1);
@@ -74,7 +74,7 @@ TEST_F(Capture_stop, the_handshake_comes_before_the_driver_is_asked)
     stopping.join();
 }
 
-TEST_F(Capture_stop, a_callback_that_waits_for_a_request_is_woken_and_its_image_is_dropped)
+TEST_F(Capture_stop_test, a_callback_that_waits_for_a_request_is_woken_and_its_image_is_dropped)
 {
     running_device();
     const std::uint64_t delivery = deliver_waiting(image_of(9));
@@ -83,7 +83,7 @@ TEST_F(Capture_stop, a_callback_that_waits_for_a_request_is_woken_and_its_image_
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Capture_stop, the_callback_is_woken_before_the_driver_is_asked)
+TEST_F(Capture_stop_test, the_callback_is_woken_before_the_driver_is_asked)
 {
     running_device();
     const std::uint64_t delivery = deliver_waiting(image_of(9));
@@ -95,7 +95,7 @@ TEST_F(Capture_stop, the_callback_is_woken_before_the_driver_is_asked)
     stopping.join();
 }
 
-TEST_F(Capture_stop, a_refused_stop_of_a_running_video_leaves_it_stopped_in_the_library_alone)
+TEST_F(Capture_stop_test, a_refused_stop_of_a_running_video_leaves_it_stopped_in_the_library_alone)
 {
     for (const auto& [result, status] : translations()) {
         running_device();
@@ -108,7 +108,7 @@ TEST_F(Capture_stop, a_refused_stop_of_a_running_video_leaves_it_stopped_in_the_
     }
 }
 
-TEST_F(Capture_stop, a_refused_stop_leaves_the_states_without_a_capture_as_they_were)
+TEST_F(Capture_stop_test, a_refused_stop_leaves_the_states_without_a_capture_as_they_were)
 {
     open_device();
     EXPECT_EQ(device().stop_video(), 9111);
@@ -120,7 +120,7 @@ TEST_F(Capture_stop, a_refused_stop_leaves_the_states_without_a_capture_as_they_
                 ElementsAre(driver_error_line("QXDR_StopCapture", 19), driver_error_line("QXDR_StopCapture", 19)));
 }
 
-TEST_F(Capture_stop, after_a_stop_no_buffer_is_written_any_more)
+TEST_F(Capture_stop_test, after_a_stop_no_buffer_is_written_any_more)
 {
     running_device();
     auto buffer = image_of(0);

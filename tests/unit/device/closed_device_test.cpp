@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class Closed_device : public Device_test {
+class Closed_device_test : public Device_test {
 protected:
     template <class Operation>
     void expect_refused(const std::string& line, Operation run)
@@ -86,7 +86,7 @@ protected:
     }
 };
 
-TEST_F(Closed_device, a_device_never_opened_refuses_all_and_takes_an_open)
+TEST_F(Closed_device_test, a_device_never_opened_refuses_all_and_takes_an_open)
 {
     expect_all_refused();
     EXPECT_EQ(device().set_buzzer(4), 9109);
@@ -94,7 +94,7 @@ TEST_F(Closed_device, a_device_never_opened_refuses_all_and_takes_an_open)
     EXPECT_EQ(device().open(first_scanner, 0), 0);
 }
 
-TEST_F(Closed_device, a_device_whose_open_was_refused_refuses_all)
+TEST_F(Closed_device_test, a_device_whose_open_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
@@ -102,7 +102,7 @@ TEST_F(Closed_device, a_device_whose_open_was_refused_refuses_all)
     expect_all_refused();
 }
 
-TEST_F(Closed_device, a_device_whose_callback_was_refused_refuses_all)
+TEST_F(Closed_device_test, a_device_whose_callback_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
@@ -110,7 +110,7 @@ TEST_F(Closed_device, a_device_whose_callback_was_refused_refuses_all)
     expect_all_refused();
 }
 
-TEST_F(Closed_device, a_closed_device_refuses_all_and_keeps_what_the_operator_saw)
+TEST_F(Closed_device_test, a_closed_device_refuses_all_and_keeps_what_the_operator_saw)
 {
     open_device();
     DevUI ui = {{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10}, 0, 1, 0};
@@ -126,7 +126,7 @@ TEST_F(Closed_device, a_closed_device_refuses_all_and_keeps_what_the_operator_sa
     EXPECT_EQ(device().set_buzzer(2), 0);
 }
 
-TEST_F(Closed_device, close_gives_the_driver_the_place_of_the_handle_that_open_filled)
+TEST_F(Closed_device_test, close_gives_the_driver_the_place_of_the_handle_that_open_filled)
 {
     const void* const handle = brenvozulta_sim_handle(first_scanner);
     ASSERT_EQ(device().open(first_scanner, 0), 0);
@@ -143,7 +143,7 @@ TEST_F(Closed_device, close_gives_the_driver_the_place_of_the_handle_that_open_f
     EXPECT_EQ(brenvozulta_sim_is_open(first_scanner), 0);
 }
 
-TEST_F(Closed_device, a_second_close_does_not_reach_the_driver)
+TEST_F(Closed_device_test, a_second_close_does_not_reach_the_driver)
 {
     open_device();
     ASSERT_EQ(device().close(), 0);
@@ -153,7 +153,7 @@ TEST_F(Closed_device, a_second_close_does_not_reach_the_driver)
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Closed_device, a_refused_close_leaves_the_device_usable)
+TEST_F(Closed_device_test, a_refused_close_leaves_the_device_usable)
 {
     running_device();
     auto buffer = image_of(0);
@@ -171,7 +171,7 @@ TEST_F(Closed_device, a_refused_close_leaves_the_device_usable)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
 }
 
-TEST_F(Closed_device, close_leaves_a_running_video_to_itself_and_drops_its_requests)
+TEST_F(Closed_device_test, close_leaves_a_running_video_to_itself_and_drops_its_requests)
 {
     running_device();
     auto buffer = image_of(0);

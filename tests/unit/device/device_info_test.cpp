@@ -31,7 +31,7 @@ private:
     }
 };
 
-class Device_info : public Device_test {
+class Device_info_test : public Device_test {
 protected:
     std::vector<std::uint32_t> capabilities(std::uint32_t index)
     {
@@ -49,7 +49,7 @@ const std::vector<std::uint32_t> roll_words = {1, 1, 500, 1600, 1500, 800, 750, 
 const std::vector<std::uint32_t> flat_words = {1, 1, 500, 3200, 3000, 1600, 1500, 0, 0, 0, 0, 0, 0, 0};
 const std::vector<std::uint32_t> untouched_words(14, untouched_word);
 
-TEST_F(Device_info, the_record_holds_the_model_and_what_the_driver_tells)
+TEST_F(Device_info_test, the_record_holds_the_model_and_what_the_driver_tells)
 {
     open_device();
     DriverDeviceInfo info;
@@ -74,7 +74,7 @@ TEST_F(Device_info, the_record_holds_the_model_and_what_the_driver_tells)
                                                      address_text(device().driver_handle()) + ", info=0x")));
 }
 
-TEST_F(Device_info, when_the_driver_fails_the_record_is_all_zero_and_the_status_9000)
+TEST_F(Device_info_test, when_the_driver_fails_the_record_is_all_zero_and_the_status_9000)
 {
     open_device();
     for (const auto& translation : translations()) {
@@ -87,7 +87,7 @@ TEST_F(Device_info, when_the_driver_fails_the_record_is_all_zero_and_the_status_
     }
 }
 
-TEST_F(Device_info, a_driver_that_stores_no_version_gives_one_of_zeros)
+TEST_F(Device_info_test, a_driver_that_stores_no_version_gives_one_of_zeros)
 {
     open_device();
     brenvozulta_sim_fail("QXDR_GetDeviceInfo", 0, 1);
@@ -96,7 +96,7 @@ TEST_F(Device_info, a_driver_that_stores_no_version_gives_one_of_zeros)
     EXPECT_STREQ(record.version, "0.0.");
 }
 
-TEST_F(Device_info, the_port_type_passes_through_unchanged)
+TEST_F(Device_info_test, the_port_type_passes_through_unchanged)
 {
     open_device();
     for (const std::uint32_t type : {0u, 3u, 0x80000000u, 0xFFFFFFFFu}) {
@@ -109,7 +109,7 @@ TEST_F(Device_info, the_port_type_passes_through_unchanged)
     EXPECT_THAT(take_driver_calls(), Each("QXDR_GetDeviceInfo"));
 }
 
-TEST_F(Device_info, when_the_driver_fails_the_port_type_is_untouched_and_the_status_9000)
+TEST_F(Device_info_test, when_the_driver_fails_the_port_type_is_untouched_and_the_status_9000)
 {
     open_device();
     for (const auto& translation : translations()) {
@@ -121,20 +121,20 @@ TEST_F(Device_info, when_the_driver_fails_the_port_type_is_untouched_and_the_sta
     }
 }
 
-TEST_F(Device_info, a_null_place_for_the_port_type_is_9109_before_anything_else)
+TEST_F(Device_info_test, a_null_place_for_the_port_type_is_9109_before_anything_else)
 {
     EXPECT_EQ(VyraBrenvoZultaGetPortType(77, nullptr), 9109);
     EXPECT_THAT(take_log(), ElementsAre(error_line("get_port_type", 9109, "Error 9109")));
 }
 
-TEST_F(Device_info, index_0_is_roll_capture_where_the_scanner_has_it)
+TEST_F(Device_info_test, index_0_is_roll_capture_where_the_scanner_has_it)
 {
     open_device();
     EXPECT_EQ(capabilities(0), roll_words);
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_GetCaptureConfig"));
 }
 
-TEST_F(Device_info, index_0_leaves_the_record_where_the_scanner_has_no_roll_capture)
+TEST_F(Device_info_test, index_0_leaves_the_record_where_the_scanner_has_no_roll_capture)
 {
     open_device();
     brenvozulta_sim_set_capture_config(13, "RQ7 roll 1608x100", 1608, 1000);
@@ -144,7 +144,7 @@ TEST_F(Device_info, index_0_leaves_the_record_where_the_scanner_has_no_roll_capt
     EXPECT_THAT(take_log(), ElementsAre("--info : QXDR_GetCaptureConfig for config 13 ret = 12 \n"));
 }
 
-TEST_F(Device_info, indexes_1_and_2_are_flat_capture)
+TEST_F(Device_info_test, indexes_1_and_2_are_flat_capture)
 {
     open_device();
     EXPECT_EQ(capabilities(1), flat_words);
@@ -152,7 +152,7 @@ TEST_F(Device_info, indexes_1_and_2_are_flat_capture)
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Device_info, indexes_3_to_5_succeed_and_leave_the_record)
+TEST_F(Device_info_test, indexes_3_to_5_succeed_and_leave_the_record)
 {
     open_device();
     for (const std::uint32_t index : {3u, 4u, 5u}) {
@@ -161,7 +161,7 @@ TEST_F(Device_info, indexes_3_to_5_succeed_and_leave_the_record)
     }
 }
 
-TEST_F(Device_info, indexes_above_5_are_9109_with_a_line_of_their_own)
+TEST_F(Device_info_test, indexes_above_5_are_9109_with_a_line_of_their_own)
 {
     open_device();
     for (const std::uint32_t index : {6u, 7u, 256u, 0x80000000u, 0xFFFFFFFFu}) {

@@ -7,7 +7,7 @@ namespace {
 
 using namespace test_support;
 
-class Driver_liberties : public Device_test {
+class Driver_liberties_test : public Device_test {
 protected:
     // One image, without pixels, when the driver's call number count of the function comes to the moment: whoever looks
     // at it crashes.
@@ -29,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(Driver_liberties, an_image_before_the_start_has_returned_is_not_looked_at)
+TEST_F(Driver_liberties_test, an_image_before_the_start_has_returned_is_not_looked_at)
 {
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StartCapture");
     open_device();
@@ -43,7 +43,7 @@ TEST_F(Driver_liberties, an_image_before_the_start_has_returned_is_not_looked_at
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Driver_liberties, images_after_the_driver_has_stopped_are_not_looked_at)
+TEST_F(Driver_liberties_test, images_after_the_driver_has_stopped_are_not_looked_at)
 {
     running_device();  // stops first
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StopCapture", 2);
@@ -56,7 +56,7 @@ TEST_F(Driver_liberties, images_after_the_driver_has_stopped_are_not_looked_at)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Driver_liberties, images_during_and_after_a_close_are_not_looked_at)
+TEST_F(Driver_liberties_test, images_during_and_after_a_close_are_not_looked_at)
 {
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_CloseDevice");
     image_at(BRENVOZULTA_SIM_AFTER_CALL, "QXDR_CloseDevice");
@@ -67,7 +67,7 @@ TEST_F(Driver_liberties, images_during_and_after_a_close_are_not_looked_at)
     expect_callbacks(2);
 }
 
-TEST_F(Driver_liberties, an_image_between_the_drivers_stop_and_its_return_is_answered_with_3)
+TEST_F(Driver_liberties_test, an_image_between_the_drivers_stop_and_its_return_is_answered_with_3)
 {
     running_device();
     ASSERT_EQ(brenvozulta_sim_block_return("QXDR_StopCapture"), 1);
@@ -78,7 +78,7 @@ TEST_F(Driver_liberties, an_image_between_the_drivers_stop_and_its_return_is_ans
     stopping.join();
 }
 
-TEST_F(Driver_liberties, an_image_of_another_size_than_the_configurations_fills_as_many_bytes_as_it_has)
+TEST_F(Driver_liberties_test, an_image_of_another_size_than_the_configurations_fills_as_many_bytes_as_it_has)
 {
     running_device();
     std::vector<std::uint8_t> buffer(100, 0);
@@ -90,7 +90,7 @@ TEST_F(Driver_liberties, an_image_of_another_size_than_the_configurations_fills_
 }
 
 // Whatever the driver waits for, the callback is on its way out when the driver is told to stop.
-TEST_F(Driver_liberties, a_stop_and_a_close_that_wait_for_the_callback_find_it_woken)
+TEST_F(Driver_liberties_test, a_stop_and_a_close_that_wait_for_the_callback_find_it_woken)
 {
     running_device();
     brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
@@ -101,7 +101,7 @@ TEST_F(Driver_liberties, a_stop_and_a_close_that_wait_for_the_callback_find_it_w
     EXPECT_EQ(device().close(), 0);
 }
 
-TEST_F(Driver_liberties, a_release_that_waits_for_the_callback_finds_it_woken_by_the_stop)
+TEST_F(Driver_liberties_test, a_release_that_waits_for_the_callback_finds_it_woken_by_the_stop)
 {
     const std::uint32_t handle = open(first_scanner);
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);

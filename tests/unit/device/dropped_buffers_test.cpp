@@ -39,7 +39,7 @@ const std::vector<Way>& ways()
     return all;
 }
 
-class Dropped_buffers : public Device_test {
+class Dropped_buffers_test : public Device_test {
 protected:
     // Starts over, with the scanner delivering whose handle will be dropped.
     std::uint32_t start_over(const Way& way)
@@ -66,7 +66,7 @@ constexpr std::uint16_t large_width = 8192;
 constexpr std::uint16_t large_height = 4096;
 constexpr std::size_t large_size = std::size_t{large_width} * large_height;
 
-TEST_F(Dropped_buffers, are_not_written_by_a_copy_that_was_under_way)
+TEST_F(Dropped_buffers_test, are_not_written_by_a_copy_that_was_under_way)
 {
     const std::vector<std::uint8_t> pixels(large_size, 9);
     const brenvozulta_sim_image image = {pixels.data(), pixels.size(), large_width, large_height, nullptr, 0, nullptr};
@@ -91,7 +91,7 @@ TEST_F(Dropped_buffers, are_not_written_by_a_copy_that_was_under_way)
     take_log();
 }
 
-TEST_F(Dropped_buffers, are_not_written_by_a_callback_that_was_waiting)
+TEST_F(Dropped_buffers_test, are_not_written_by_a_callback_that_was_waiting)
 {
     const auto pixels = image_of(9);
     const brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, nullptr, 0, nullptr};
@@ -113,7 +113,7 @@ TEST_F(Dropped_buffers, are_not_written_by_a_callback_that_was_waiting)
 }
 
 // A change of status releases one of the threads that wait for it; the other still owns the device.
-TEST_F(Dropped_buffers, are_the_hosts_although_a_status_wait_still_owns_the_device)
+TEST_F(Dropped_buffers_test, are_the_hosts_although_a_status_wait_still_owns_the_device)
 {
     const Way& way = ways().front();
     const std::uint32_t handle = start_over(way);

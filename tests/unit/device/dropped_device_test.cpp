@@ -11,7 +11,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-class Dropped_device : public Device_test {
+class Dropped_device_test : public Device_test {
 protected:
     // Opens a scanner through the exports and starts its video; the calls of that are forgotten.
     std::uint32_t running(const char* scanner = first_scanner)
@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(Dropped_device, nothing_is_stopped_or_closed)
+TEST_F(Dropped_device_test, nothing_is_stopped_or_closed)
 {
     running_device();
     auto buffer = image_of(0);
@@ -36,7 +36,7 @@ TEST_F(Dropped_device, nothing_is_stopped_or_closed)
     EXPECT_EQ(buffer, image_of(0));
 }
 
-TEST_F(Dropped_device, a_callback_that_waits_returns)
+TEST_F(Dropped_device_test, a_callback_that_waits_returns)
 {
     running_device();
     void* const context = brenvozulta_sim_callback_context();
@@ -47,7 +47,7 @@ TEST_F(Dropped_device, a_callback_that_waits_returns)
     EXPECT_EQ(deliver_to(context, image_of(9)), 3);
 }
 
-TEST_F(Dropped_device, a_new_device_at_the_same_scanner_works_beside_a_callback_that_waits)
+TEST_F(Dropped_device_test, a_new_device_at_the_same_scanner_works_beside_a_callback_that_waits)
 {
     running_device();
     deliver_waiting(image_of(9));
@@ -64,7 +64,7 @@ TEST_F(Dropped_device, a_new_device_at_the_same_scanner_works_beside_a_callback_
     EXPECT_EQ(next.close(), 0);
 }
 
-TEST_F(Dropped_device, closed_by_its_handle_while_video_runs)
+TEST_F(Dropped_device_test, closed_by_its_handle_while_video_runs)
 {
     const std::uint32_t handle = running();
     void* const context = brenvozulta_sim_callback_context();
@@ -73,7 +73,7 @@ TEST_F(Dropped_device, closed_by_its_handle_while_video_runs)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, closed_by_its_handle_while_the_callback_waits)
+TEST_F(Dropped_device_test, closed_by_its_handle_while_the_callback_waits)
 {
     const std::uint32_t handle = running();
     deliver_waiting(image_of(9));
@@ -81,7 +81,7 @@ TEST_F(Dropped_device, closed_by_its_handle_while_the_callback_waits)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice"));
 }
 
-TEST_F(Dropped_device, a_refused_close_by_handle_drops_the_device_all_the_same)
+TEST_F(Dropped_device_test, a_refused_close_by_handle_drops_the_device_all_the_same)
 {
     const std::uint32_t handle = running();
     brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
@@ -91,7 +91,7 @@ TEST_F(Dropped_device, a_refused_close_by_handle_drops_the_device_all_the_same)
     EXPECT_EQ(deliver(image_of(1), image_width, image_height), 3);
 }
 
-TEST_F(Dropped_device, terminated_while_video_runs)
+TEST_F(Dropped_device_test, terminated_while_video_runs)
 {
     running();
     void* const context = brenvozulta_sim_callback_context();
@@ -101,7 +101,7 @@ TEST_F(Dropped_device, terminated_while_video_runs)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, terminated_with_a_device_that_terminate_does_not_close)
+TEST_F(Dropped_device_test, terminated_with_a_device_that_terminate_does_not_close)
 {
     brenvozulta_sim_attach(second_scanner);
     const std::uint32_t lower = open(first_scanner);
@@ -115,7 +115,7 @@ TEST_F(Dropped_device, terminated_with_a_device_that_terminate_does_not_close)
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }
 
-TEST_F(Dropped_device, displaced_by_a_later_open_while_video_runs)
+TEST_F(Dropped_device_test, displaced_by_a_later_open_while_video_runs)
 {
     brenvozulta_sim_attach(second_scanner);
     brenvozulta_sim_attach("RQ7-3050 #3");

@@ -14,7 +14,7 @@ std::ptrdiff_t threads()
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-class Extraction_threads : public Device_test {
+class Extraction_threads_test : public Device_test {
 protected:
     // Opens the device and notes what runs without video. The driver pretends its captures: it starts no thread.
     void open_and_count()
@@ -38,7 +38,7 @@ protected:
     std::ptrdiff_t before_ = 0;
 };
 
-TEST_F(Extraction_threads, each_start_adds_one_and_a_stop_ends_at_least_one)
+TEST_F(Extraction_threads_test, each_start_adds_one_and_a_stop_ends_at_least_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -52,7 +52,7 @@ TEST_F(Extraction_threads, each_start_adds_one_and_a_stop_ends_at_least_one)
     take_log();  // perhaps that the second thread found the stop answered
 }
 
-TEST_F(Extraction_threads, a_stop_ends_the_only_one)
+TEST_F(Extraction_threads_test, a_stop_ends_the_only_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -60,7 +60,7 @@ TEST_F(Extraction_threads, a_stop_ends_the_only_one)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, a_suspend_ends_the_only_one)
+TEST_F(Extraction_threads_test, a_suspend_ends_the_only_one)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -68,7 +68,7 @@ TEST_F(Extraction_threads, a_suspend_ends_the_only_one)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, they_end_with_their_device)
+TEST_F(Extraction_threads_test, they_end_with_their_device)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -78,7 +78,7 @@ TEST_F(Extraction_threads, they_end_with_their_device)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, they_end_when_their_device_is_opened_again)
+TEST_F(Extraction_threads_test, they_end_when_their_device_is_opened_again)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);
@@ -86,7 +86,7 @@ TEST_F(Extraction_threads, they_end_when_their_device_is_opened_again)
     EXPECT_TRUE(come_to(0));
 }
 
-TEST_F(Extraction_threads, they_outlive_a_close_and_end_with_the_device)
+TEST_F(Extraction_threads_test, they_outlive_a_close_and_end_with_the_device)
 {
     open_and_count();
     ASSERT_EQ(device().start_camera(), 0);

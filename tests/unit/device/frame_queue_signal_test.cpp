@@ -13,9 +13,9 @@ using kvs::brenvozulta::Frame_queue;
 using test_support::moment;
 using test_support::patience;
 
-class Frame_queue_signal : public testing::Test {
+class Frame_queue_signal_test : public testing::Test {
 protected:
-    ~Frame_queue_signal() override
+    ~Frame_queue_signal_test() override
     {
         while (waiter_.joinable() && !waiter_.try_join_for(moment)) {
             queue_.wake_waiter();
@@ -42,7 +42,7 @@ protected:
     boost::thread waiter_;
 };
 
-TEST_F(Frame_queue_signal, a_wait_on_an_empty_queue_ends_with_the_first_request)
+TEST_F(Frame_queue_signal_test, a_wait_on_an_empty_queue_ends_with_the_first_request)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -50,7 +50,7 @@ TEST_F(Frame_queue_signal, a_wait_on_an_empty_queue_ends_with_the_first_request)
     EXPECT_TRUE(returns());
 }
 
-TEST_F(Frame_queue_signal, a_wait_ends_with_a_wake_up)
+TEST_F(Frame_queue_signal_test, a_wait_ends_with_a_wake_up)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -58,7 +58,7 @@ TEST_F(Frame_queue_signal, a_wait_ends_with_a_wake_up)
     EXPECT_TRUE(returns());
 }
 
-TEST_F(Frame_queue_signal, a_wake_up_that_nobody_waits_for_releases_one_later_wait)
+TEST_F(Frame_queue_signal_test, a_wake_up_that_nobody_waits_for_releases_one_later_wait)
 {
     queue_.wake_waiter();
     queue_.wake_waiter();
@@ -67,7 +67,7 @@ TEST_F(Frame_queue_signal, a_wake_up_that_nobody_waits_for_releases_one_later_wa
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, a_wait_with_requests_queued_returns_at_once_and_leaves_the_signal)
+TEST_F(Frame_queue_signal_test, a_wait_with_requests_queued_returns_at_once_and_leaves_the_signal)
 {
     queue_.add_request(&buffer_, 0);
     EXPECT_TRUE(passes());
@@ -78,7 +78,7 @@ TEST_F(Frame_queue_signal, a_wait_with_requests_queued_returns_at_once_and_leave
     EXPECT_TRUE(waits()) << "and consumed by one wait";
 }
 
-TEST_F(Frame_queue_signal, requests_that_are_filled_or_taken_still_count_as_queued)
+TEST_F(Frame_queue_signal_test, requests_that_are_filled_or_taken_still_count_as_queued)
 {
     queue_.wake_waiter();
     EXPECT_TRUE(passes());
@@ -93,7 +93,7 @@ TEST_F(Frame_queue_signal, requests_that_are_filled_or_taken_still_count_as_queu
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, only_the_request_that_ends_the_emptiness_signals)
+TEST_F(Frame_queue_signal_test, only_the_request_that_ends_the_emptiness_signals)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -106,7 +106,7 @@ TEST_F(Frame_queue_signal, only_the_request_that_ends_the_emptiness_signals)
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, a_request_after_the_queue_was_emptied_signals_again)
+TEST_F(Frame_queue_signal_test, a_request_after_the_queue_was_emptied_signals_again)
 {
     for (int round = 0; round < 2; ++round) {
         queue_.add_request(&buffer_, 0);
@@ -121,7 +121,7 @@ TEST_F(Frame_queue_signal, a_request_after_the_queue_was_emptied_signals_again)
     }
 }
 
-TEST_F(Frame_queue_signal, clear_does_not_wake_a_wait)
+TEST_F(Frame_queue_signal_test, clear_does_not_wake_a_wait)
 {
     begin_wait();
     EXPECT_TRUE(waits());
@@ -129,7 +129,7 @@ TEST_F(Frame_queue_signal, clear_does_not_wake_a_wait)
     EXPECT_TRUE(waits());
 }
 
-TEST_F(Frame_queue_signal, one_wake_up_releases_one_wait)
+TEST_F(Frame_queue_signal_test, one_wake_up_releases_one_wait)
 {
     std::atomic<int> returned{0};
     const auto wait = [&] {

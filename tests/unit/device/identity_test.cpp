@@ -30,7 +30,7 @@ std::string recorded_version(std::int8_t major, std::int8_t minor, char revision
     return record.version;
 }
 
-TEST(Format_version, two_numbers_and_a_character)
+TEST(Format_version_test, two_numbers_and_a_character)
 {
     EXPECT_EQ(format_version(2, 5, 'b'), "2.5.b");
     EXPECT_EQ(format_version(1, 0, 'A'), "1.0.A");
@@ -38,7 +38,7 @@ TEST(Format_version, two_numbers_and_a_character)
     EXPECT_EQ(format_version(65, 66, '\x01'), "65.66.\x01");
 }
 
-TEST(Format_version, the_numbers_are_signed)
+TEST(Format_version_test, the_numbers_are_signed)
 {
     EXPECT_EQ(format_version(-12, 100, 'c'), "-12.100.c");
     EXPECT_EQ(format_version(-128, 127, 'z'), "-128.127.z");
@@ -46,12 +46,12 @@ TEST(Format_version, the_numbers_are_signed)
     EXPECT_EQ(format_version(-1, -1, '-'), "-1.-1.-");
 }
 
-TEST(Format_version, a_zero_revision_is_a_zero_character)
+TEST(Format_version_test, a_zero_revision_is_a_zero_character)
 {
     EXPECT_EQ(format_version(1, 0, '\0'), std::string("1.0.\0", 5));
 }
 
-TEST(Recorded_version, is_cut_at_7_characters)
+TEST(Recorded_version_test, is_cut_at_7_characters)
 {
     EXPECT_EQ(recorded_version(2, 5, 'b'), "2.5.b");
     EXPECT_EQ(recorded_version(10, 10, 'b'), "10.10.b");
@@ -60,12 +60,12 @@ TEST(Recorded_version, is_cut_at_7_characters)
     EXPECT_EQ(recorded_version(-128, 127, 'c'), "-128.12");
 }
 
-TEST(Recorded_version, with_a_zero_revision_ends_in_the_point)
+TEST(Recorded_version_test, with_a_zero_revision_ends_in_the_point)
 {
     EXPECT_EQ(recorded_version(1, 0, '\0'), "1.0.");
 }
 
-TEST(Recorded_serial_number, of_12_characters_without_terminator_arrives_whole_and_terminated)
+TEST(Recorded_serial_number_test, of_12_characters_without_terminator_arrives_whole_and_terminated)
 {
     DriverDeviceInfo info;
     std::memset(&info, 'x', sizeof(info));
@@ -75,7 +75,7 @@ TEST(Recorded_serial_number, of_12_characters_without_terminator_arrives_whole_a
     EXPECT_EQ(std::string(record.serial_number, 16), std::string("ABCDEFGHIJKL\0\0\0\0", 16));
 }
 
-TEST(Recorded_serial_number, that_is_shorter_is_padded_with_zeros)
+TEST(Recorded_serial_number_test, that_is_shorter_is_padded_with_zeros)
 {
     DriverDeviceInfo info;
     std::memset(&info, 'x', sizeof(info));
@@ -85,7 +85,7 @@ TEST(Recorded_serial_number, that_is_shorter_is_padded_with_zeros)
     EXPECT_EQ(std::string(record.serial_number, 16), std::string("AB") + std::string(14, '\0'));
 }
 
-TEST(Recorded_model, clears_the_record_and_writes_the_constants)
+TEST(Recorded_model_test, clears_the_record_and_writes_the_constants)
 {
     DeviceInfo record;
     std::memset(&record, 0xA5, sizeof(record));

@@ -20,7 +20,7 @@ constexpr std::array<unsigned, 4> places_a = {6, 4, 0, 2};
 constexpr std::array<unsigned, 4> places_b = {2, 0, 4, 6};
 constexpr std::array<unsigned, 2> places_c = {0, 2};
 
-class Led_patterns : public Device_test {
+class Led_patterns_test : public Device_test {
 protected:
     void SetUp() override
     {
@@ -70,7 +70,7 @@ private:
     std::uint32_t switch_ = 0;
 };
 
-TEST_F(Led_patterns, group_a_with_every_combination_of_values)
+TEST_F(Led_patterns_test, group_a_with_every_combination_of_values)
 {
     std::array<std::uint32_t, 4> p = {};
     every_combination(p, 0, [&] {
@@ -79,7 +79,7 @@ TEST_F(Led_patterns, group_a_with_every_combination_of_values)
     });
 }
 
-TEST_F(Led_patterns, group_b_with_every_combination_of_values)
+TEST_F(Led_patterns_test, group_b_with_every_combination_of_values)
 {
     std::array<std::uint32_t, 4> p = {};
     every_combination(p, 0, [&] {
@@ -88,7 +88,7 @@ TEST_F(Led_patterns, group_b_with_every_combination_of_values)
     });
 }
 
-TEST_F(Led_patterns, group_c_with_every_combination_of_values)
+TEST_F(Led_patterns_test, group_c_with_every_combination_of_values)
 {
     std::array<std::uint32_t, 2> p = {};
     every_combination(p, 0, [&] {
@@ -97,7 +97,7 @@ TEST_F(Led_patterns, group_c_with_every_combination_of_values)
     });
 }
 
-TEST_F(Led_patterns, known_patterns)
+TEST_F(Led_patterns_test, known_patterns)
 {
     expect_command({{1, 2, 3, 0}, {}, {}, 1, 0, 0}, 0, 0x163);
     expect_command({{}, {}, {2, 3}, 0, 0, 1}, 1, 0x1E);
@@ -106,7 +106,7 @@ TEST_F(Led_patterns, known_patterns)
 }
 
 // Every setting of the three switches: A before B before C.
-TEST_F(Led_patterns, the_first_group_that_is_switched_on_is_the_one_sent)
+TEST_F(Led_patterns_test, the_first_group_that_is_switched_on_is_the_one_sent)
 {
     const std::uint32_t on[] = {0, 1, 2, 0x80000000, 0xFFFFFFFF};
     for (const std::uint32_t a : on) {

@@ -23,7 +23,7 @@ bool operator==(const DevUI& left, const DevUI& right)
     return std::memcmp(&left, &right, sizeof(DevUI)) == 0;
 }
 
-class Leds : public Device_test {
+class Leds_test : public Device_test {
 protected:
     DevUI shown()
     {
@@ -36,14 +36,14 @@ protected:
     // Counts the calls and keeps the last context.
     void watch()
     {
-        device().set_ui_cb([](void* context) { ++static_cast<Leds*>(context)->told_; }, this);
+        device().set_ui_cb([](void* context) { ++static_cast<Leds_test*>(context)->told_; }, this);
     }
 
     int told_ = 0;
     const DevUI group_a_ = {{1, 2, 3, 0}, {}, {}, 1, 0, 0};
 };
 
-TEST_F(Leds, a_freshly_opened_device_shows_nothing)
+TEST_F(Leds_test, a_freshly_opened_device_shows_nothing)
 {
     open_device();
     EXPECT_TRUE(shown() == DevUI{});
@@ -54,7 +54,7 @@ TEST_F(Leds, a_freshly_opened_device_shows_nothing)
     EXPECT_EQ(told_, 0);
 }
 
-TEST_F(Leds, a_record_is_stored_sent_and_told)
+TEST_F(Leds_test, a_record_is_stored_sent_and_told)
 {
     open_device();
     watch();
@@ -64,7 +64,7 @@ TEST_F(Leds, a_record_is_stored_sent_and_told)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, the_same_record_again_is_neither_sent_nor_told)
+TEST_F(Leds_test, the_same_record_again_is_neither_sent_nor_told)
 {
     open_device();
     watch();
@@ -75,7 +75,7 @@ TEST_F(Leds, the_same_record_again_is_neither_sent_nor_told)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, a_change_of_any_one_word_is_sent)
+TEST_F(Leds_test, a_change_of_any_one_word_is_sent)
 {
     open_device();
     ASSERT_EQ(device().set_device_ui(&group_a_), 0);
@@ -92,7 +92,7 @@ TEST_F(Leds, a_change_of_any_one_word_is_sent)
     }
 }
 
-TEST_F(Leds, groups_that_are_not_sent_are_stored)
+TEST_F(Leds_test, groups_that_are_not_sent_are_stored)
 {
     open_device();
     const DevUI ui = {{1, 0, 0, 0}, {7, 8, 9, 10}, {2, 3}, 5, 0, 6};
@@ -101,7 +101,7 @@ TEST_F(Leds, groups_that_are_not_sent_are_stored)
     EXPECT_TRUE(shown() == ui);
 }
 
-TEST_F(Leds, with_no_group_switched_on_all_is_turned_off)
+TEST_F(Leds_test, with_no_group_switched_on_all_is_turned_off)
 {
     open_device();
     watch();
@@ -113,7 +113,7 @@ TEST_F(Leds, with_no_group_switched_on_all_is_turned_off)
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(Leds, the_driver_s_own_result_comes_back_and_the_record_counts_as_shown)
+TEST_F(Leds_test, the_driver_s_own_result_comes_back_and_the_record_counts_as_shown)
 {
     open_device();
     watch();
@@ -132,7 +132,7 @@ TEST_F(Leds, the_driver_s_own_result_comes_back_and_the_record_counts_as_shown)
     }
 }
 
-TEST_F(Leds, the_record_is_stored_before_the_command_and_the_host_told_after_it)
+TEST_F(Leds_test, the_record_is_stored_before_the_command_and_the_host_told_after_it)
 {
     open_device();
     struct Seen {
@@ -153,7 +153,7 @@ TEST_F(Leds, the_record_is_stored_before_the_command_and_the_host_told_after_it)
     EXPECT_EQ(seen.commands, 1u);
 }
 
-TEST_F(Leds, the_turn_off_line_comes_before_the_driver_s_failure)
+TEST_F(Leds_test, the_turn_off_line_comes_before_the_driver_s_failure)
 {
     open_device();
     brenvozulta_sim_fail("QXDR_SetLeds", 9, 1);
@@ -162,7 +162,7 @@ TEST_F(Leds, the_turn_off_line_comes_before_the_driver_s_failure)
     EXPECT_THAT(take_log(), ElementsAre(nothing_on_line, driver_error_line("QXDR_SetLeds", 9)));
 }
 
-TEST_F(Leds, a_null_callback_ends_the_telling)
+TEST_F(Leds_test, a_null_callback_ends_the_telling)
 {
     open_device();
     watch();
@@ -171,7 +171,7 @@ TEST_F(Leds, a_null_callback_ends_the_telling)
     EXPECT_EQ(told_, 0);
 }
 
-TEST_F(Leds, a_callback_may_have_a_null_context)
+TEST_F(Leds_test, a_callback_may_have_a_null_context)
 {
     open_device();
     static bool was_null = false;
@@ -180,7 +180,7 @@ TEST_F(Leds, a_callback_may_have_a_null_context)
     EXPECT_TRUE(was_null);
 }
 
-TEST_F(Leds, a_null_place_for_the_record_is_9109)
+TEST_F(Leds_test, a_null_place_for_the_record_is_9109)
 {
     open_device();
     EXPECT_EQ(device().get_device_ui(nullptr), 9109);
@@ -188,7 +188,7 @@ TEST_F(Leds, a_null_place_for_the_record_is_9109)
 }
 
 // The exports hold a lock meanwhile, which the same thread may take again.
-TEST_F(Leds, a_callback_may_call_the_library)
+TEST_F(Leds_test, a_callback_may_call_the_library)
 {
     struct Host {
         std::uint32_t handle;
@@ -213,7 +213,7 @@ TEST_F(Leds, a_callback_may_call_the_library)
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_SetLeds", "QXDR_SetLeds"));
 }
 
-TEST_F(Leds, commands_accept_every_parameter_and_value_without_effect)
+TEST_F(Leds_test, commands_accept_every_parameter_and_value_without_effect)
 {
     open_device();
     for (const std::uint8_t parameter : {std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{255}}) {

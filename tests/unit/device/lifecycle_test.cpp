@@ -9,13 +9,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class Lifecycle : public Device_test {
+class Lifecycle_test : public Device_test {
 protected:
     std::string registration() const
     {
         return "QXDR_SetCallbackAcquisition(callback=" +
                address_text(reinterpret_cast<const void*>(kvs::brenvozulta::on_acquisition)) +
-               ", context=" + address_text(const_cast<Lifecycle*>(this)->deviceAddress()) + ")";
+               ", context=" + address_text(const_cast<Lifecycle_test*>(this)->deviceAddress()) + ")";
     }
     const void* deviceAddress() { return &device(); }
 };
@@ -25,14 +25,14 @@ std::string all_leds_off(std::uint32_t result = 0)
     return scanner_call("QXDR_SetLeds", "area=0, pattern=0, on=0, fifth=0", result);
 }
 
-TEST_F(Lifecycle, construction_and_destruction_touch_neither_driver_nor_log)
+TEST_F(Lifecycle_test, construction_and_destruction_touch_neither_driver_nor_log)
 {
     EXPECT_FALSE(device().disconnected());
     drop_device();
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Lifecycle, open_opens_registers_and_switches_the_leds_off)
+TEST_F(Lifecycle_test, open_opens_registers_and_switches_the_leds_off)
 {
     EXPECT_EQ(device().open(first_scanner, 0), 0);
 
@@ -46,20 +46,20 @@ TEST_F(Lifecycle, open_opens_registers_and_switches_the_leds_off)
     EXPECT_EQ(brenvozulta_sim_callback_context(), &device());
 }
 
-TEST_F(Lifecycle, the_open_option_is_not_used)
+TEST_F(Lifecycle_test, the_open_option_is_not_used)
 {
     EXPECT_EQ(device().open(first_scanner, 0xFF), 0);
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_OpenDevice", "QXDR_SetCallbackAcquisition", "QXDR_SetLeds"));
 }
 
-TEST_F(Lifecycle, the_name_reaches_the_driver_up_to_its_terminator)
+TEST_F(Lifecycle_test, the_name_reaches_the_driver_up_to_its_terminator)
 {
     const std::string name = std::string(first_scanner) + '\0' + "more";
     EXPECT_EQ(device().open(name, 0), 0);
     EXPECT_EQ(device().name(), name);
 }
 
-TEST_F(Lifecycle, a_refused_open_ends_there_with_the_translated_result)
+TEST_F(Lifecycle_test, a_refused_open_ends_there_with_the_translated_result)
 {
     for (const auto& [result, status] : translations()) {
         brenvozulta_sim_fail("QXDR_OpenDevice", result, 1);
@@ -71,7 +71,7 @@ TEST_F(Lifecycle, a_refused_open_ends_there_with_the_translated_result)
     }
 }
 
-TEST_F(Lifecycle, a_refused_callback_leaves_the_scanner_open_in_the_driver)
+TEST_F(Lifecycle_test, a_refused_callback_leaves_the_scanner_open_in_the_driver)
 {
     for (const auto& [result, status] : translations()) {
         brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", result, 1);
@@ -84,7 +84,7 @@ TEST_F(Lifecycle, a_refused_callback_leaves_the_scanner_open_in_the_driver)
     }
 }
 
-TEST_F(Lifecycle, leds_that_cannot_be_switched_off_are_ignored)
+TEST_F(Lifecycle_test, leds_that_cannot_be_switched_off_are_ignored)
 {
     for (const auto& translation : translations()) {
         brenvozulta_sim_fail("QXDR_SetLeds", translation.result, 1);
@@ -94,7 +94,7 @@ TEST_F(Lifecycle, leds_that_cannot_be_switched_off_are_ignored)
     EXPECT_EQ(device().start_camera(), 0);
 }
 
-TEST_F(Lifecycle, a_device_whose_open_failed_can_be_opened)
+TEST_F(Lifecycle_test, a_device_whose_open_failed_can_be_opened)
 {
     brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
     EXPECT_EQ(device().open("elsewhere", 0), 9005);
@@ -103,7 +103,7 @@ TEST_F(Lifecycle, a_device_whose_open_failed_can_be_opened)
     EXPECT_EQ(device().name(), first_scanner);
 }
 
-TEST_F(Lifecycle, a_later_open_starts_with_fresh_records)
+TEST_F(Lifecycle_test, a_later_open_starts_with_fresh_records)
 {
     running_device();
     DevUI ui = {};
@@ -120,7 +120,7 @@ TEST_F(Lifecycle, a_later_open_starts_with_fresh_records)
     EXPECT_EQ(device().set_device_ui(&ui), 0);
 }
 
-TEST_F(Lifecycle, a_later_open_has_a_queue_without_the_signal_of_the_earlier_one)
+TEST_F(Lifecycle_test, a_later_open_has_a_queue_without_the_signal_of_the_earlier_one)
 {
     running_device();
     auto buffer = image_of(0);
@@ -132,7 +132,7 @@ TEST_F(Lifecycle, a_later_open_has_a_queue_without_the_signal_of_the_earlier_one
     EXPECT_EQ(buffer, image_of(0));
 }
 
-TEST_F(Lifecycle, opening_a_second_scanner_moves_the_callback_to_it)
+TEST_F(Lifecycle_test, opening_a_second_scanner_moves_the_callback_to_it)
 {
     brenvozulta_sim_attach(second_scanner);
     open_device();
@@ -143,7 +143,7 @@ TEST_F(Lifecycle, opening_a_second_scanner_moves_the_callback_to_it)
     EXPECT_EQ(device().driver_handle(), brenvozulta_sim_handle(first_scanner));
 }
 
-TEST_F(Lifecycle, reset_resets_the_scanner_whatever_the_handle)
+TEST_F(Lifecycle_test, reset_resets_the_scanner_whatever_the_handle)
 {
     open_device();
     brenvozulta_sim_fail("QXDR_ResetDevice", 0, 2);  // accepted, without the restart
@@ -152,7 +152,7 @@ TEST_F(Lifecycle, reset_resets_the_scanner_whatever_the_handle)
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_ResetDevice"), scanner_call("QXDR_ResetDevice")));
 }
 
-TEST_F(Lifecycle, a_refused_reset_returns_the_translated_result)
+TEST_F(Lifecycle_test, a_refused_reset_returns_the_translated_result)
 {
     open_device();
     for (const auto& [result, status] : translations()) {
@@ -163,7 +163,7 @@ TEST_F(Lifecycle, a_refused_reset_returns_the_translated_result)
     EXPECT_EQ(device().close(), 0);
 }
 
-TEST_F(Lifecycle, reset_leaves_a_running_video_untouched)
+TEST_F(Lifecycle_test, reset_leaves_a_running_video_untouched)
 {
     running_device();
     auto buffer = image_of(0);
@@ -178,14 +178,14 @@ TEST_F(Lifecycle, reset_leaves_a_running_video_untouched)
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Lifecycle, a_refused_reset_shows_the_address_of_the_text_as_its_number)
+TEST_F(Lifecycle_test, a_refused_reset_shows_the_address_of_the_text_as_its_number)
 {
     EXPECT_EQ(device().reset(0), 9110);
     EXPECT_THAT(take_log(), ElementsAre(address_line()));
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Lifecycle, the_disconnected_mark_hinders_no_operation)
+TEST_F(Lifecycle_test, the_disconnected_mark_hinders_no_operation)
 {
     device().set_disconnected(true);
     running_device();
@@ -197,7 +197,7 @@ TEST_F(Lifecycle, the_disconnected_mark_hinders_no_operation)
     EXPECT_FALSE(device().disconnected());
 }
 
-TEST_F(Lifecycle, an_open_device_that_ends_leaves_the_scanner_open)
+TEST_F(Lifecycle_test, an_open_device_that_ends_leaves_the_scanner_open)
 {
     open_device();
     drop_device();

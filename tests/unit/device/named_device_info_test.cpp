@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-class Named_device_info : public Device_test {
+class Named_device_info_test : public Device_test {
 protected:
     std::int32_t query(const char* name)
     {
@@ -43,7 +43,7 @@ protected:
     DeviceInfo record_ = {};
 };
 
-TEST_F(Named_device_info, a_listed_scanner_is_described_without_a_driver_call)
+TEST_F(Named_device_info_test, a_listed_scanner_is_described_without_a_driver_call)
 {
     list(second_scanner, "123456789012");
     EXPECT_EQ(query(second_scanner), 0);
@@ -51,7 +51,7 @@ TEST_F(Named_device_info, a_listed_scanner_is_described_without_a_driver_call)
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
-TEST_F(Named_device_info, a_name_in_another_case_goes_to_the_driver)
+TEST_F(Named_device_info_test, a_name_in_another_case_goes_to_the_driver)
 {
     list("Scanner", "1");
     EXPECT_EQ(query("SCANNER"), 0);
@@ -59,14 +59,14 @@ TEST_F(Named_device_info, a_name_in_another_case_goes_to_the_driver)
     EXPECT_THAT(take_calls(), ElementsAre(StartsWith("QXDR_GetDeviceInfoSN(name=\"SCANNER\", info=0x")));
 }
 
-TEST_F(Named_device_info, a_beginning_of_a_listed_name_goes_to_the_driver)
+TEST_F(Named_device_info_test, a_beginning_of_a_listed_name_goes_to_the_driver)
 {
     EXPECT_EQ(query("RQ7-3050 #"), 9000);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_GetDeviceInfoSN", 5)));
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_GetDeviceInfoSN"));
 }
 
-TEST_F(Named_device_info, a_scanner_that_is_not_listed_is_described_by_the_driver)
+TEST_F(Named_device_info_test, a_scanner_that_is_not_listed_is_described_by_the_driver)
 {
     brenvozulta_sim_attach("later");
     brenvozulta_sim_set_serial_number("later", "ABC");
@@ -75,7 +75,7 @@ TEST_F(Named_device_info, a_scanner_that_is_not_listed_is_described_by_the_drive
     EXPECT_EQ(bytes(), expected("ABC", "3.4."));
 }
 
-TEST_F(Named_device_info, when_the_driver_fails_the_model_is_filled_all_the_same)
+TEST_F(Named_device_info_test, when_the_driver_fails_the_model_is_filled_all_the_same)
 {
     for (const auto& translation : translations()) {
         brenvozulta_sim_fail("QXDR_GetDeviceInfoSN", translation.result, 1);
@@ -85,7 +85,7 @@ TEST_F(Named_device_info, when_the_driver_fails_the_model_is_filled_all_the_same
     }
 }
 
-TEST_F(Named_device_info, uninitialized_it_is_9101_and_the_record_untouched)
+TEST_F(Named_device_info_test, uninitialized_it_is_9101_and_the_record_untouched)
 {
     ASSERT_EQ(VyraTerminate(), 0);
     EXPECT_EQ(query(first_scanner), 9101);
@@ -93,7 +93,7 @@ TEST_F(Named_device_info, uninitialized_it_is_9101_and_the_record_untouched)
     EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_info", 9101, "Not Initialized")));
 }
 
-TEST_F(Named_device_info, while_the_system_sleeps_it_is_9110_with_its_longer_name)
+TEST_F(Named_device_info_test, while_the_system_sleeps_it_is_9110_with_its_longer_name)
 {
     kvs::brenvozulta::get_manager()->ManagePowerEvent(true);
     EXPECT_EQ(query(first_scanner), 9110);
@@ -102,7 +102,7 @@ TEST_F(Named_device_info, while_the_system_sleeps_it_is_9110_with_its_longer_nam
     EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_info_dev_name", 9110, "Error 9110")));
 }
 
-TEST_F(Named_device_info, a_null_name_is_9109)
+TEST_F(Named_device_info_test, a_null_name_is_9109)
 {
     EXPECT_EQ(query(nullptr), 9109);
     EXPECT_EQ(bytes(), std::string(52, '\xA5'));

@@ -12,12 +12,12 @@ namespace {
 
 using namespace kvs::brenvozulta;
 
-TEST(Process_end, a_process_at_work_is_not_ending)
+TEST(Process_end_test, a_process_at_work_is_not_ending)
 {
     EXPECT_FALSE(process_is_ending());
 }
 
-class Ending_process : public testing::Test {
+class Ending_process_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -30,12 +30,12 @@ private:
     HMODULE system_ = nullptr;
 };
 
-TEST_F(Ending_process, is_known_by_the_systems_word)
+TEST_F(Ending_process_test, is_known_by_the_systems_word)
 {
     EXPECT_TRUE(process_is_ending());
 }
 
-TEST_F(Ending_process, no_thread_is_left_to_answer_a_stop)
+TEST_F(Ending_process_test, no_thread_is_left_to_answer_a_stop)
 {
     Stop_handshake handshake;
     Video_data video;

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 constexpr std::uint8_t roll = 13;
 
-class Roll_support : public Device_test {
+class Roll_support_test : public Device_test {
 protected:
     void describe(const std::string& text)
     {
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(Roll_support, a_description_with_1608x1000_anywhere_is_roll)
+TEST_F(Roll_support_test, a_description_with_1608x1000_anywhere_is_roll)
 {
     open_device();
     EXPECT_TRUE(probe_of("1608x1000"));
@@ -38,7 +38,7 @@ TEST_F(Roll_support, a_description_with_1608x1000_anywhere_is_roll)
     EXPECT_TRUE(probe_of(std::string(119, 'a') + "1608x1000")) << "at the end of all 128 characters";
 }
 
-TEST_F(Roll_support, any_other_description_is_not)
+TEST_F(Roll_support_test, any_other_description_is_not)
 {
     open_device();
     EXPECT_FALSE(probe_of(""));
@@ -49,7 +49,7 @@ TEST_F(Roll_support, any_other_description_is_not)
     EXPECT_FALSE(probe_of(std::string("flat\0 1608x1000", 15))) << "behind the terminator";
 }
 
-TEST_F(Roll_support, a_description_of_128_characters_without_terminator_is_read_to_its_end)
+TEST_F(Roll_support_test, a_description_of_128_characters_without_terminator_is_read_to_its_end)
 {
     open_device();
     EXPECT_FALSE(probe_of(std::string(128, 'a')));
@@ -58,7 +58,7 @@ TEST_F(Roll_support, a_description_of_128_characters_without_terminator_is_read_
     EXPECT_TRUE(probe_of(std::string(119, 'a') + "1608x1000"));
 }
 
-TEST_F(Roll_support, a_driver_that_succeeds_without_a_description_has_no_roll)
+TEST_F(Roll_support_test, a_driver_that_succeeds_without_a_description_has_no_roll)
 {
     open_device();
     ASSERT_TRUE(probe_of(std::string(100, 'a') + "1608x1000"));
@@ -66,7 +66,7 @@ TEST_F(Roll_support, a_driver_that_succeeds_without_a_description_has_no_roll)
     EXPECT_FALSE(probe_roll_config(device().driver_handle()));
 }
 
-TEST_F(Roll_support, the_driver_is_asked_for_configuration_13_alone)
+TEST_F(Roll_support_test, the_driver_is_asked_for_configuration_13_alone)
 {
     open_device();
     ASSERT_TRUE(probe_roll_config(device().driver_handle()));
@@ -75,7 +75,7 @@ TEST_F(Roll_support, the_driver_is_asked_for_configuration_13_alone)
                                       ", config=13, description=0x")));
 }
 
-TEST_F(Roll_support, a_refusal_is_no_roll_and_is_noted)
+TEST_F(Roll_support_test, a_refusal_is_no_roll_and_is_noted)
 {
     open_device();
     for (const auto& translation : translations()) {
@@ -86,7 +86,7 @@ TEST_F(Roll_support, a_refusal_is_no_roll_and_is_noted)
     }
 }
 
-TEST_F(Roll_support, the_flag_is_1_with_roll_and_0_without)
+TEST_F(Roll_support_test, the_flag_is_1_with_roll_and_0_without)
 {
     open_device();
     std::array<std::uint8_t, 3> flag = {9, 9, 9};
@@ -97,7 +97,7 @@ TEST_F(Roll_support, the_flag_is_1_with_roll_and_0_without)
     EXPECT_THAT(flag, ElementsAre(9, 0, 9));
 }
 
-TEST_F(Roll_support, a_scanner_without_configuration_13_has_the_flag_0_and_success)
+TEST_F(Roll_support_test, a_scanner_without_configuration_13_has_the_flag_0_and_success)
 {
     open_device();
     brenvozulta_sim_remove_capture_config(roll);

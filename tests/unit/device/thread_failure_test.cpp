@@ -14,7 +14,7 @@ using testing::StartsWith;
 
 constexpr int the_driver_s_own = 1;  // the acquisition thread, which the start of the capture creates
 
-class Thread_failure : public Device_test {
+class Thread_failure_test : public Device_test {
 protected:
     std::int32_t start_without_thread(std::uint32_t handle)
     {
@@ -25,7 +25,7 @@ protected:
     }
 };
 
-TEST_F(Thread_failure, leaves_the_device_as_an_exception)
+TEST_F(Thread_failure_test, leaves_the_device_as_an_exception)
 {
     open_device();
     refuse_thread_after(the_driver_s_own);
@@ -37,7 +37,7 @@ TEST_F(Thread_failure, leaves_the_device_as_an_exception)
     EXPECT_EQ(device().video_state(), video_stopped);
 }
 
-TEST_F(Thread_failure, is_9000_for_the_host_and_the_capture_goes_on)
+TEST_F(Thread_failure_test, is_9000_for_the_host_and_the_capture_goes_on)
 {
     const std::uint32_t handle = open();
     EXPECT_EQ(start_without_thread(handle), 9000);
@@ -49,7 +49,7 @@ TEST_F(Thread_failure, is_9000_for_the_host_and_the_capture_goes_on)
     EXPECT_EQ(buffer, image_of(9));
 }
 
-TEST_F(Thread_failure, a_later_stop_does_not_wait_and_a_later_start_works)
+TEST_F(Thread_failure_test, a_later_stop_does_not_wait_and_a_later_start_works)
 {
     const std::uint32_t handle = open();
     ASSERT_EQ(start_without_thread(handle), 9000);
@@ -60,7 +60,7 @@ TEST_F(Thread_failure, a_later_stop_does_not_wait_and_a_later_start_works)
     EXPECT_EQ(VyraStopVideo(handle), 0);
 }
 
-TEST_F(Thread_failure, a_second_start_that_fails_so_does_not_hold_up_the_stop)
+TEST_F(Thread_failure_test, a_second_start_that_fails_so_does_not_hold_up_the_stop)
 {
     const std::uint32_t handle = open();
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);

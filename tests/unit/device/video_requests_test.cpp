@@ -15,7 +15,7 @@ std::string stopped_line(const std::string& operation)
     return error_line(operation, 9105, "Video Stopped  ");
 }
 
-class Video_requests : public Device_test {
+class Video_requests_test : public Device_test {
 protected:
     // Video does not run: both are refused, in each of the ways to call them.
     void expect_stopped()
@@ -59,20 +59,20 @@ protected:
     std::vector<std::vector<std::uint8_t>> buffers_{9, image_of(0)};
 };
 
-TEST_F(Video_requests, in_idle_both_are_refused)
+TEST_F(Video_requests_test, in_idle_both_are_refused)
 {
     open_device();
     expect_stopped();
 }
 
-TEST_F(Video_requests, while_a_stop_is_requested_both_are_refused)
+TEST_F(Video_requests_test, while_a_stop_is_requested_both_are_refused)
 {
     open_device();
     device().request_stop();
     expect_stopped();
 }
 
-TEST_F(Video_requests, when_stopped_both_are_refused_until_the_next_start)
+TEST_F(Video_requests_test, when_stopped_both_are_refused_until_the_next_start)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -84,7 +84,7 @@ TEST_F(Video_requests, when_stopped_both_are_refused_until_the_next_start)
     EXPECT_EQ(submit_buffer(0), 0);
 }
 
-TEST_F(Video_requests, a_null_buffer_is_9109_and_its_line_says_9105)
+TEST_F(Video_requests_test, a_null_buffer_is_9109_and_its_line_says_9105)
 {
     running_device();
     EXPECT_EQ(device().submit_video_request(nullptr, 1), 9109);
@@ -92,7 +92,7 @@ TEST_F(Video_requests, a_null_buffer_is_9109_and_its_line_says_9105)
     expect_nothing_ready();
 }
 
-TEST_F(Video_requests, eight_requests_fit_and_the_ninth_is_9104)
+TEST_F(Video_requests_test, eight_requests_fit_and_the_ninth_is_9104)
 {
     running_device();
     for (std::size_t number = 0; number < 8; ++number) {
@@ -105,7 +105,7 @@ TEST_F(Video_requests, eight_requests_fit_and_the_ninth_is_9104)
     take_log();
 }
 
-TEST_F(Video_requests, the_ninth_is_9104_also_when_the_eight_are_filled)
+TEST_F(Video_requests_test, the_ninth_is_9104_also_when_the_eight_are_filled)
 {
     running_device();
     for (std::size_t number = 0; number < 8; ++number) {
@@ -118,7 +118,7 @@ TEST_F(Video_requests, the_ninth_is_9104_also_when_the_eight_are_filled)
     EXPECT_EQ(submit_buffer(8), 0) << "a result that was fetched makes room";
 }
 
-TEST_F(Video_requests, a_get_before_any_image_leaves_the_request_queued)
+TEST_F(Video_requests_test, a_get_before_any_image_leaves_the_request_queued)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -128,7 +128,7 @@ TEST_F(Video_requests, a_get_before_any_image_leaves_the_request_queued)
     expect_nothing_ready();
 }
 
-TEST_F(Video_requests, two_images_fill_two_of_three_requests_in_their_order)
+TEST_F(Video_requests_test, two_images_fill_two_of_three_requests_in_their_order)
 {
     running_device();
     for (std::size_t number = 0; number < 3; ++number) {
@@ -143,7 +143,7 @@ TEST_F(Video_requests, two_images_fill_two_of_three_requests_in_their_order)
     expect_result(2, 3);
 }
 
-TEST_F(Video_requests, without_a_place_for_the_context_the_buffer_is_returned)
+TEST_F(Video_requests_test, without_a_place_for_the_context_the_buffer_is_returned)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -153,7 +153,7 @@ TEST_F(Video_requests, without_a_place_for_the_context_the_buffer_is_returned)
     EXPECT_EQ(buffer, buffers_[0].data());
 }
 
-TEST_F(Video_requests, the_same_buffer_may_be_handed_in_twice)
+TEST_F(Video_requests_test, the_same_buffer_may_be_handed_in_twice)
 {
     running_device();
     ASSERT_EQ(submit_buffer(0), 0);
@@ -165,7 +165,7 @@ TEST_F(Video_requests, the_same_buffer_may_be_handed_in_twice)
 }
 
 // The driver's own thread and pace against a host that polls.
-TEST_F(Video_requests, images_of_a_capture_reach_the_host_in_order)
+TEST_F(Video_requests_test, images_of_a_capture_reach_the_host_in_order)
 {
     running_device();
     const std::vector<std::uint8_t> empty(1600 * 1500, 0);

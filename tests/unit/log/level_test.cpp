@@ -50,7 +50,7 @@ TEST_P(Tracing_level_test, tracing_is_written_and_errors_are_not)
                 ::testing::ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
 }
 
-INSTANTIATE_TEST_SUITE_P(TracingOnly, Tracing_level_test, Values(1u, 2u));
+INSTANTIATE_TEST_SUITE_P(Tracing_only, Tracing_level_test, Values(1u, 2u));
 
 TEST_F(Log_test, level_three_writes_errors_and_tracing)
 {

@@ -192,7 +192,7 @@ TEST_P(Default_limit_test, file_of50_mebibytes_is_rotated)
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line));
 }
 
-INSTANTIATE_TEST_SUITE_P(ZeroAndNegative, Default_limit_test, ::testing::Values(0, -1, INT_MIN));
+INSTANTIATE_TEST_SUITE_P(Zero_and_negative, Default_limit_test, ::testing::Values(0, -1, INT_MIN));
 
 TEST_F(Log_test, limit_may_be_larger_than_the_default)
 {

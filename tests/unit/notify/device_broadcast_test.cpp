@@ -10,24 +10,24 @@ using notify_test::name_offset;
 
 namespace {
 
-TEST(Device_broadcast, the_name_ends_at_its_terminator)
+TEST(Device_broadcast_test, the_name_ends_at_its_terminator)
 {
     EXPECT_EQ(broadcast_device_name(Device_record("USB#VID_1A2B").address()), "USB#VID_1A2B");
     EXPECT_EQ(broadcast_device_name(Device_record({"name\0more", 9}, name_offset + 9, name_offset + 9).address()),
               "name");
 }
 
-TEST(Device_broadcast, a_null_pointer_has_no_name)
+TEST(Device_broadcast_test, a_null_pointer_has_no_name)
 {
     EXPECT_EQ(broadcast_device_name(0), "");
 }
 
-TEST(Device_broadcast, an_empty_name_is_empty)
+TEST(Device_broadcast_test, an_empty_name_is_empty)
 {
     EXPECT_EQ(broadcast_device_name(Device_record("").address()), "");
 }
 
-TEST(Device_broadcast, other_device_types_have_no_name)
+TEST(Device_broadcast_test, other_device_types_have_no_name)
 {
     for (const DWORD type : {0u, 1u, 2u, 3u, 4u, 6u, 7u, 0x80000005u, 0xFFFFFFFFu}) {
         const Device_record record("VID_1A2B&PID_00FF", name_offset + 17, name_offset + 17, type);
@@ -36,7 +36,7 @@ TEST(Device_broadcast, other_device_types_have_no_name)
 }
 
 // Test tools state the fixed record, or nothing.
-TEST(Device_broadcast, a_size_up_to_the_fixed_records_says_nothing_of_the_name)
+TEST(Device_broadcast_test, a_size_up_to_the_fixed_records_says_nothing_of_the_name)
 {
     const std::string_view name("USB#VID_1A2B&PID_00FF", 22);
     for (DWORD size = 0; size <= sizeof(DEV_BROADCAST_DEVICEINTERFACE_A); ++size) {
@@ -45,7 +45,7 @@ TEST(Device_broadcast, a_size_up_to_the_fixed_records_says_nothing_of_the_name)
     }
 }
 
-TEST(Device_broadcast, of_another_type_nothing_behind_the_header_is_read)
+TEST(Device_broadcast_test, of_another_type_nothing_behind_the_header_is_read)
 {
     for (const DWORD size : {0u, 12u, 28u, 32u}) {
         const Device_record record("", sizeof(DEV_BROADCAST_HDR), size, DBT_DEVTYP_DEVICEINTERFACE + 1);
@@ -53,7 +53,7 @@ TEST(Device_broadcast, of_another_type_nothing_behind_the_header_is_read)
     }
 }
 
-TEST(Device_broadcast, a_name_without_terminator_ends_with_the_stated_size)
+TEST(Device_broadcast_test, a_name_without_terminator_ends_with_the_stated_size)
 {
     const std::string_view name = "VID_1A2B&PID_00FF";
     constexpr std::size_t in_fixed_record = sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) - name_offset;
@@ -63,13 +63,13 @@ TEST(Device_broadcast, a_name_without_terminator_ends_with_the_stated_size)
     }
 }
 
-TEST(Device_broadcast, a_size_that_claims_too_little_cuts_the_name)
+TEST(Device_broadcast_test, a_size_that_claims_too_little_cuts_the_name)
 {
     const Device_record record("VID_1A2B&PID_00FF", name_offset + 17, name_offset + 8);
     EXPECT_EQ(broadcast_device_name(record.address()), "VID_1A2B");
 }
 
-TEST(Device_broadcast, a_size_that_claims_too_much_does_not_lead_behind_the_terminator)
+TEST(Device_broadcast_test, a_size_that_claims_too_much_does_not_lead_behind_the_terminator)
 {
     for (const DWORD size : {100u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         const Device_record record({"VID_1A2B\0", 9}, name_offset + 9, size);
@@ -77,7 +77,7 @@ TEST(Device_broadcast, a_size_that_claims_too_much_does_not_lead_behind_the_term
     }
 }
 
-TEST(Device_broadcast, a_name_of_64_kib_is_read_whole)
+TEST(Device_broadcast_test, a_name_of_64_kib_is_read_whole)
 {
     const std::string name(65536, 'A');
     EXPECT_EQ(broadcast_device_name(Device_record(name).address()), name);

@@ -20,36 +20,36 @@ namespace {
 
 constexpr Usb_identifiers expected = {0x1A2B, 0x00FF};
 
-TEST(Device_path, identifiers_are_read_from_a_path_without_a_revision)
+TEST(Device_path_test, identifiers_are_read_from_a_path_without_a_revision)
 {
     EXPECT_EQ(find_usb_identifiers("\\\\?\\USB#VID_1A2B&PID_00FF#6&1&0&2#{a5dcbf10}"), expected);
 }
 
-TEST(Device_path, identifiers_are_read_from_a_path_with_a_revision)
+TEST(Device_path_test, identifiers_are_read_from_a_path_with_a_revision)
 {
     EXPECT_EQ(find_usb_identifiers("\\\\?\\USB#VID_1A2B&PID_00FF&REV_0100#6&1"), expected);
     EXPECT_EQ(find_usb_identifiers("VID_1A2B&PID_00FF&REV_xyz"), expected);
 }
 
-TEST(Device_path, the_pattern_may_stand_anywhere)
+TEST(Device_path_test, the_pattern_may_stand_anywhere)
 {
     EXPECT_EQ(find_usb_identifiers("VID_1A2B&PID_00FF"), expected);
     EXPECT_EQ(find_usb_identifiers("anything VID_1A2B&PID_00FF0 else"), expected);
     EXPECT_EQ(find_usb_identifiers(std::string_view("\0VID_1A2B&PID_00FF", 18)), expected);
 }
 
-TEST(Device_path, of_two_matches_the_first_counts)
+TEST(Device_path_test, of_two_matches_the_first_counts)
 {
     EXPECT_EQ(find_usb_identifiers("VID_1A2B&PID_00F_VID_1A2B&PID_00FF#VID_0001&PID_0002"), expected);
 }
 
-TEST(Device_path, the_whole_range_of_identifiers_is_read)
+TEST(Device_path_test, the_whole_range_of_identifiers_is_read)
 {
     EXPECT_EQ(find_usb_identifiers("VID_0000&PID_FFFF"), (Usb_identifiers{0, 0xFFFF}));
     EXPECT_EQ(find_usb_identifiers("VID_FFFF&PID_0000"), (Usb_identifiers{0xFFFF, 0}));
 }
 
-TEST(Device_path, lower_case_does_not_match)
+TEST(Device_path_test, lower_case_does_not_match)
 {
     EXPECT_EQ(find_usb_identifiers("\\\\?\\usb#vid_1a2b&pid_00ff#6"), std::nullopt);
     EXPECT_EQ(find_usb_identifiers("VID_1a2b&PID_00FF"), std::nullopt);
@@ -57,7 +57,7 @@ TEST(Device_path, lower_case_does_not_match)
     EXPECT_EQ(find_usb_identifiers("vid_1A2B&pid_00FF"), std::nullopt);
 }
 
-TEST(Device_path, other_names_do_not_match)
+TEST(Device_path_test, other_names_do_not_match)
 {
     for (const char* name : {"", "VID_", "VID_1A2B", "VID_1A2B&PID_", "VID_1A2B&PID_00F", "VID_1A2&PID_00FF",
                              "VID_1A2B#PID_00FF", "VID_1A2B5&PID_00FF", "VID_1A2G&PID_00FF", "PID_00FF&VID_1A2B"}) {
@@ -66,7 +66,7 @@ TEST(Device_path, other_names_do_not_match)
     EXPECT_EQ(find_usb_identifiers({}), std::nullopt);
 }
 
-TEST(Device_path, a_name_of_64_kib_is_searched_to_its_end)
+TEST(Device_path_test, a_name_of_64_kib_is_searched_to_its_end)
 {
     const std::string match = "VID_1A2B&PID_00FF&REV_0100";
     for (const char* filling : {"x", "VID_", "VID_1A2B&PID_00F", "&REV_0100"}) {

@@ -61,7 +61,7 @@ std::vector<double> local_differences(const std::vector<double>& profile)
     return differences;
 }
 
-class Calibration_image : public testing::Test {
+class Calibration_image_test : public testing::Test {
 protected:
     // Read once: under the sanitizers each pass over six million pixels takes its time.
     static void SetUpTestSuite() { image() = embedded_image(); }
@@ -111,14 +111,14 @@ protected:
     }
 };
 
-TEST_F(Calibration_image, reaches_both_ends_of_its_range)
+TEST_F(Calibration_image_test, reaches_both_ends_of_its_range)
 {
     const auto [low, high] = std::minmax_element(image().begin(), image().end());
     EXPECT_EQ(*low, 7);
     EXPECT_EQ(*high, 254);
 }
 
-TEST_F(Calibration_image, scanning_area_lies_between_210_and_230)
+TEST_F(Calibration_image_test, scanning_area_lies_between_210_and_230)
 {
     std::vector<std::size_t> counts(256);
     std::size_t pixels = 0;
@@ -136,27 +136,27 @@ TEST_F(Calibration_image, scanning_area_lies_between_210_and_230)
     EXPECT_LT(share(0, 204) + share(236, 255), 0.0001);  // defects are rare
 }
 
-TEST_F(Calibration_image, falls_off_smoothly_towards_the_left)
+TEST_F(Calibration_image_test, falls_off_smoothly_towards_the_left)
 {
     expect_smooth_fall_off(profile(260, height, [](int distance, int y) { return pixel(distance, y); }));
 }
 
-TEST_F(Calibration_image, falls_off_smoothly_towards_the_right)
+TEST_F(Calibration_image_test, falls_off_smoothly_towards_the_right)
 {
     expect_smooth_fall_off(profile(260, height, [](int distance, int y) { return pixel(width - 1 - distance, y); }));
 }
 
-TEST_F(Calibration_image, falls_off_smoothly_towards_the_top)
+TEST_F(Calibration_image_test, falls_off_smoothly_towards_the_top)
 {
     expect_smooth_fall_off(profile(260, width, [](int distance, int x) { return pixel(x, distance); }));
 }
 
-TEST_F(Calibration_image, falls_off_smoothly_towards_the_bottom)
+TEST_F(Calibration_image_test, falls_off_smoothly_towards_the_bottom)
 {
     expect_smooth_fall_off(profile(260, width, [](int distance, int x) { return pixel(x, height - 1 - distance); }));
 }
 
-TEST_F(Calibration_image, has_a_fine_and_small_grain)
+TEST_F(Calibration_image_test, has_a_fine_and_small_grain)
 {
     // Between two rows of the same columns only the grain differs; fine means that neighbours know nothing of each
     // other.
@@ -179,7 +179,7 @@ TEST_F(Calibration_image, has_a_fine_and_small_grain)
     EXPECT_LT(std::abs(mean(products)), 0.05 * variance);
 }
 
-TEST_F(Calibration_image, has_a_faint_column_structure_and_no_rows)
+TEST_F(Calibration_image_test, has_a_faint_column_structure_and_no_rows)
 {
     const auto column_means = profile(width - margin, height, [](int x, int y) { return pixel(x, y); });
     const auto row_means = profile(height - margin, width, [](int y, int x) { return pixel(x, y); });
@@ -189,7 +189,7 @@ TEST_F(Calibration_image, has_a_faint_column_structure_and_no_rows)
     EXPECT_LT(deviation(local_differences(rows)), 0.1);
 }
 
-TEST_F(Calibration_image, is_the_same_whatever_compiler_built_its_generator)
+TEST_F(Calibration_image_test, is_the_same_whatever_compiler_built_its_generator)
 {
     std::uint64_t checksum = 0xCBF29CE484222325u;  // FNV-1a
     for (const std::uint8_t byte : image()) {

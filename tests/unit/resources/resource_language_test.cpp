@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(Calibration_resource, is_stored_under_language_1036_alone)
+TEST(Calibration_resource_test, is_stored_under_language_1036_alone)
 {
     std::vector<WORD> languages;
     const auto collect = [](HMODULE, const char*, const char*, WORD language, LONG_PTR list) -> BOOL {
@@ -19,7 +19,7 @@ TEST(Calibration_resource, is_stored_under_language_1036_alone)
     EXPECT_EQ(languages, std::vector<WORD>{1036});
 }
 
-TEST(Calibration_resource, stands_beside_the_version)
+TEST(Calibration_resource_test, stands_beside_the_version)
 {
     EXPECT_NE(FindResourceA(nullptr, MAKEINTRESOURCEA(1), MAKEINTRESOURCEA(16)), nullptr);
 }

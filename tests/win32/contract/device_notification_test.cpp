@@ -9,7 +9,7 @@ namespace {
 
 constexpr GUID usb_devices = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 0x00, 0xC0, 0x4F, 0xB9, 0x51, 0xED}};
 
-class Device_notification_contract : public testing::Test {
+class Device_notification_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -34,7 +34,7 @@ protected:
     DEV_BROADCAST_DEVICEINTERFACE_A filter_{};
 };
 
-TEST_F(Device_notification_contract, the_records_layout)
+TEST_F(Device_notification_contract_test, the_records_layout)
 {
     EXPECT_EQ(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A), 32u);
     EXPECT_EQ(offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), 28u);
@@ -43,7 +43,7 @@ TEST_F(Device_notification_contract, the_records_layout)
     EXPECT_EQ(DBT_DEVICEREMOVECOMPLETE, 0x8004);
 }
 
-TEST_F(Device_notification_contract, a_window_is_registered_and_unregistered)
+TEST_F(Device_notification_contract_test, a_window_is_registered_and_unregistered)
 {
     const HDEVNOTIFY registered = RegisterDeviceNotificationA(window_, &filter_, DEVICE_NOTIFY_WINDOW_HANDLE);
     ASSERT_NE(registered, nullptr);
@@ -52,7 +52,7 @@ TEST_F(Device_notification_contract, a_window_is_registered_and_unregistered)
 }
 
 // Seen under Wine only: Windows documents neither the refusal of this kind nor the error.
-TEST_F(Device_notification_contract, a_filter_of_another_kind_is_refused)
+TEST_F(Device_notification_contract_test, a_filter_of_another_kind_is_refused)
 {
     filter_.dbcc_devicetype = DBT_DEVTYP_VOLUME;
     SetLastError(0);
@@ -60,13 +60,13 @@ TEST_F(Device_notification_contract, a_filter_of_another_kind_is_refused)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_DATA});
 }
 
-TEST_F(Device_notification_contract, a_recipient_that_is_no_window_is_refused)
+TEST_F(Device_notification_contract_test, a_recipient_that_is_no_window_is_refused)
 {
     EXPECT_EQ(RegisterDeviceNotificationA(nullptr, &filter_, DEVICE_NOTIFY_WINDOW_HANDLE), nullptr);
 }
 
 // Seen under Wine only: the flags are documented, an error for others is not.
-TEST_F(Device_notification_contract, unknown_flags_are_refused)
+TEST_F(Device_notification_contract_test, unknown_flags_are_refused)
 {
     SetLastError(0);
     EXPECT_EQ(RegisterDeviceNotificationA(window_, &filter_, 0x80), nullptr);

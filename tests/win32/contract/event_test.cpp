@@ -11,7 +11,7 @@ using contract::recorder;
 
 constexpr UINT sent_message = WM_APP + 1;
 
-class Event_contract : public testing::Test {
+class Event_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -51,14 +51,14 @@ protected:
     HANDLE event_ = nullptr;
 };
 
-TEST_F(Event_contract, is_not_set_at_first)
+TEST_F(Event_contract_test, is_not_set_at_first)
 {
     EXPECT_EQ(WaitForSingleObject(event_, 0), DWORD{WAIT_TIMEOUT});
     EXPECT_EQ(WaitForSingleObject(event_, 1), DWORD{WAIT_TIMEOUT});
     EXPECT_EQ(wait_for_event_or_message(0), DWORD{WAIT_TIMEOUT});
 }
 
-TEST_F(Event_contract, stays_set)
+TEST_F(Event_contract_test, stays_set)
 {
     EXPECT_TRUE(SetEvent(event_));
     EXPECT_TRUE(SetEvent(event_));
@@ -68,7 +68,7 @@ TEST_F(Event_contract, stays_set)
     }
 }
 
-TEST_F(Event_contract, ends_the_waits_of_other_threads)
+TEST_F(Event_contract_test, ends_the_waits_of_other_threads)
 {
     DWORD alone = WAIT_FAILED;
     DWORD with_messages = WAIT_FAILED;
@@ -81,7 +81,7 @@ TEST_F(Event_contract, ends_the_waits_of_other_threads)
     EXPECT_EQ(with_messages, DWORD{WAIT_OBJECT_0});
 }
 
-TEST_F(Event_contract, a_closed_handle_is_refused)
+TEST_F(Event_contract_test, a_closed_handle_is_refused)
 {
     const HANDLE closed = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     ASSERT_TRUE(CloseHandle(closed));
@@ -98,7 +98,7 @@ TEST_F(Event_contract, a_closed_handle_is_refused)
     }));
 }
 
-TEST_F(Event_contract, a_sent_message_ends_the_wait_for_it)
+TEST_F(Event_contract_test, a_sent_message_ends_the_wait_for_it)
 {
     recorder().answer(sent_message, 42);
     LRESULT answer = 0;
@@ -115,7 +115,7 @@ TEST_F(Event_contract, a_sent_message_ends_the_wait_for_it)
 }
 
 // Seen under Wine only: what comes first when both are there is not documented.
-TEST_F(Event_contract, the_event_comes_before_the_message)
+TEST_F(Event_contract_test, the_event_comes_before_the_message)
 {
     EXPECT_TRUE(SetEvent(event_));
     std::thread sender([&] { SendMessageA(window_, sent_message, 0, 0); });
@@ -125,7 +125,7 @@ TEST_F(Event_contract, the_event_comes_before_the_message)
     sender.join();
 }
 
-TEST_F(Event_contract, a_posted_message_is_left_alone)
+TEST_F(Event_contract_test, a_posted_message_is_left_alone)
 {
     EXPECT_TRUE(PostMessageA(window_, sent_message, 0, 0));
     EXPECT_EQ(wait_for_event_or_message(0), DWORD{WAIT_TIMEOUT});

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int log_flags = _O_RDWR | _O_APPEND | _O_CREAT;
 
-class File_contract : public testing::Test {
+class File_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -49,7 +49,7 @@ int write_text(int file, const std::string& text)
     return _write(file, text.data(), static_cast<unsigned>(text.size()));
 }
 
-TEST_F(File_contract, text_mode_is_the_default_and_puts_a_carriage_return_before_every_line_feed)
+TEST_F(File_contract_test, text_mode_is_the_default_and_puts_a_carriage_return_before_every_line_feed)
 {
     const int file = open("a.log");
     ASSERT_NE(file, -1);
@@ -59,7 +59,7 @@ TEST_F(File_contract, text_mode_is_the_default_and_puts_a_carriage_return_before
     EXPECT_EQ(_close(file), 0);
 }
 
-TEST_F(File_contract, binary_mode_translates_nothing)
+TEST_F(File_contract_test, binary_mode_translates_nothing)
 {
     const int file = open("a.bin", log_flags | _O_BINARY);
     ASSERT_NE(file, -1);
@@ -68,7 +68,7 @@ TEST_F(File_contract, binary_mode_translates_nothing)
     EXPECT_EQ(on_disk("a.bin"), "one\r\ntwo\n");
 }
 
-TEST_F(File_contract, appending_continues_what_is_there)
+TEST_F(File_contract_test, appending_continues_what_is_there)
 {
     put("a.log", "before");
     const int file = open("a.log");
@@ -79,7 +79,7 @@ TEST_F(File_contract, appending_continues_what_is_there)
     EXPECT_EQ(on_disk("a.log"), "before+");
 }
 
-TEST_F(File_contract, others_read_and_write_a_file_opened_with_deny_none)
+TEST_F(File_contract_test, others_read_and_write_a_file_opened_with_deny_none)
 {
     const int first = open("a.log");
     const int second = open("a.log");
@@ -94,7 +94,7 @@ TEST_F(File_contract, others_read_and_write_a_file_opened_with_deny_none)
     EXPECT_EQ(on_disk("a.log"), "123");
 }
 
-TEST_F(File_contract, commit_succeeds_on_an_open_file)
+TEST_F(File_contract_test, commit_succeeds_on_an_open_file)
 {
     const int file = open("a.log");
     ASSERT_NE(file, -1);
@@ -103,14 +103,14 @@ TEST_F(File_contract, commit_succeeds_on_an_open_file)
     EXPECT_EQ(_close(file), 0);
 }
 
-TEST_F(File_contract, opening_in_a_missing_directory_fails)
+TEST_F(File_contract_test, opening_in_a_missing_directory_fails)
 {
     errno = 0;
     EXPECT_EQ(open("missing/a.log"), -1);
     EXPECT_EQ(errno, ENOENT);
 }
 
-TEST_F(File_contract, opening_a_missing_file_without_creating_it_fails)
+TEST_F(File_contract_test, opening_a_missing_file_without_creating_it_fails)
 {
     errno = 0;
     EXPECT_EQ(open("a.log", _O_RDWR), -1);
@@ -119,7 +119,7 @@ TEST_F(File_contract, opening_a_missing_file_without_creating_it_fails)
 
 // Seen under Wine only: Windows documents these results for programs that go on after the runtime's handler for invalid
 // parameters, which by default ends them.
-TEST_F(File_contract, a_closed_descriptor_is_refused)
+TEST_F(File_contract_test, a_closed_descriptor_is_refused)
 {
     const int file = open("a.log");
     ASSERT_NE(file, -1);
@@ -132,7 +132,7 @@ TEST_F(File_contract, a_closed_descriptor_is_refused)
     EXPECT_EQ(_close(file), -1);
 }
 
-TEST_F(File_contract, a_file_is_no_terminal)
+TEST_F(File_contract_test, a_file_is_no_terminal)
 {
     const int file = open("a.log");
     ASSERT_NE(file, -1);
@@ -142,7 +142,7 @@ TEST_F(File_contract, a_file_is_no_terminal)
 }
 
 // Whoever has it open, here or in another process: _sopen never shares a file for deletion.
-TEST_F(File_contract, an_open_file_is_neither_moved_nor_deleted)
+TEST_F(File_contract_test, an_open_file_is_neither_moved_nor_deleted)
 {
     const int file = open("a.log");
     const int other = open("a.log");
@@ -162,21 +162,21 @@ TEST_F(File_contract, an_open_file_is_neither_moved_nor_deleted)
     EXPECT_TRUE(DeleteFileA(path("b.log").c_str()));
 }
 
-TEST_F(File_contract, deleting_removes_the_file)
+TEST_F(File_contract_test, deleting_removes_the_file)
 {
     put("a.log", "x");
     EXPECT_TRUE(DeleteFileA(path("a.log").c_str()));
     EXPECT_FALSE(std::filesystem::exists(path("a.log")));
 }
 
-TEST_F(File_contract, deleting_a_missing_file_fails)
+TEST_F(File_contract_test, deleting_a_missing_file_fails)
 {
     SetLastError(0);
     EXPECT_FALSE(DeleteFileA(path("a.log").c_str()));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
-TEST_F(File_contract, moving_keeps_the_contents)
+TEST_F(File_contract_test, moving_keeps_the_contents)
 {
     put("a.log", "x");
     EXPECT_TRUE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));
@@ -185,7 +185,7 @@ TEST_F(File_contract, moving_keeps_the_contents)
 }
 
 // Seen under Wine only: the failure is documented, the error is not.
-TEST_F(File_contract, moving_onto_an_existing_file_fails_and_changes_nothing)
+TEST_F(File_contract_test, moving_onto_an_existing_file_fails_and_changes_nothing)
 {
     put("a.log", "a");
     put("b.log", "b");
@@ -196,7 +196,7 @@ TEST_F(File_contract, moving_onto_an_existing_file_fails_and_changes_nothing)
     EXPECT_EQ(on_disk("b.log"), "b");
 }
 
-TEST_F(File_contract, moving_a_missing_file_fails)
+TEST_F(File_contract_test, moving_a_missing_file_fails)
 {
     SetLastError(0);
     EXPECT_FALSE(MoveFileA(path("a.log").c_str(), path("b.log").c_str()));

@@ -30,7 +30,7 @@ void expect(const Formatted& formatted, const std::string& text)
     EXPECT_EQ(formatted.length, static_cast<int>(text.size()));
 }
 
-TEST(Format_contract, integers)
+TEST(Format_contract_test, integers)
 {
     expect(format("%d %i %u", -5, 7, 3000000000u), "-5 7 3000000000");
     expect(format("%ld %lu", INT32_MIN, 4294967295u), "-2147483648 4294967295");
@@ -42,7 +42,7 @@ TEST(Format_contract, integers)
     expect(format("%I32d|%Id", 5, INT64_C(6000000000)), "5|6000000000");
 }
 
-TEST(Format_contract, width_and_precision)
+TEST(Format_contract_test, width_and_precision)
 {
     expect(format("%5d|%-5d|%05d|%05d", 42, 42, 42, -42), "   42|42   |00042|-0042");
     expect(format("%.4d|%8.4d|%08.4d|%-08d|", 42, -42, 42, 42), "0042|    -042|00000042|42      |");
@@ -53,13 +53,13 @@ TEST(Format_contract, width_and_precision)
 }
 
 // Seen under Wine only: Windows documents the prefix and the width, but not together.
-TEST(Format_contract, the_width_does_not_count_the_prefix)
+TEST(Format_contract_test, the_width_does_not_count_the_prefix)
 {
     expect(format("%#08x|%#8x|%-#8x|%#.4x", 255, 255, 255, 255), "0x000000ff|      0xff|0xff      |0x00ff");
 }
 
 // Seen under Wine only: the null texts.
-TEST(Format_contract, texts)
+TEST(Format_contract_test, texts)
 {
     expect(format("%s|%10s|%-10s|%.2s|%010s", "abc", "abc", "abc", "abc", "abc"),
            "abc|       abc|abc       |ab|       abc");
@@ -69,27 +69,27 @@ TEST(Format_contract, texts)
     expect(format("%c%C%5c|%-5c|%hc%lc", 'a', 'b', 'c', 'd', 'e', L'f'), "ab    c|d    |ef");
 }
 
-TEST(Format_contract, pointers)
+TEST(Format_contract_test, pointers)
 {
     expect(format("%p", reinterpret_cast<void*>(std::uintptr_t{0x1234abcd})), "000000001234ABCD");
 }
 
 // Seen under Wine only: Windows documents the conversions that there are.
-TEST(Format_contract, unknown_conversions_stand_as_their_letters)
+TEST(Format_contract_test, unknown_conversions_stand_as_their_letters)
 {
     expect(format("%f|%e|%g|%o|%n|%k"), "f|e|g|o|n|k");
     expect(format("%+d|% d|%*d|%llu|%zu", 5, 6, 7), "+d| d|*d|lu|zu");
     expect(format("%5z|"), "     z|");
 }
 
-TEST(Format_contract, percent_signs)
+TEST(Format_contract_test, percent_signs)
 {
     expect(format("100%% of %d%%", 5), "100% of 5%");
     expect(format("end %"), "end ");
 }
 
 // Seen under Wine only: the limit is documented, what becomes of the rest is not.
-TEST(Format_contract, text_is_cut_at1023_characters)
+TEST(Format_contract_test, text_is_cut_at1023_characters)
 {
     const std::string full(1023, 'x');
     EXPECT_EQ(format("%s", full.c_str()).text, full);

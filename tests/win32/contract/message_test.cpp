@@ -14,7 +14,7 @@ using contract::recorder;
 constexpr UINT first_message = WM_APP + 1;
 constexpr UINT second_message = WM_APP + 2;
 
-class Message_contract : public testing::Test {
+class Message_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -37,7 +37,7 @@ private:
     }
 };
 
-TEST_F(Message_contract, a_message_sent_within_the_thread_is_handled_at_once)
+TEST_F(Message_contract_test, a_message_sent_within_the_thread_is_handled_at_once)
 {
     recorder().answer(first_message, 42);
     const HWND window = contract::create_recorder_window();
@@ -46,7 +46,7 @@ TEST_F(Message_contract, a_message_sent_within_the_thread_is_handled_at_once)
     EXPECT_TRUE(DestroyWindow(window));
 }
 
-TEST_F(Message_contract, a_message_sent_to_another_thread_is_handled_by_its_owner_before_the_sender_goes_on)
+TEST_F(Message_contract_test, a_message_sent_to_another_thread_is_handled_by_its_owner_before_the_sender_goes_on)
 {
     recorder().answer(first_message, 42);
     const contract::Window_thread owner;
@@ -56,7 +56,7 @@ TEST_F(Message_contract, a_message_sent_to_another_thread_is_handled_by_its_owne
     EXPECT_NE(owner.id(), GetCurrentThreadId());
 }
 
-TEST_F(Message_contract, a_sent_close_has_destroyed_the_window_when_it_returns)
+TEST_F(Message_contract_test, a_sent_close_has_destroyed_the_window_when_it_returns)
 {
     const contract::Window_thread owner;
     ASSERT_NE(owner.window(), nullptr);
@@ -65,7 +65,7 @@ TEST_F(Message_contract, a_sent_close_has_destroyed_the_window_when_it_returns)
     EXPECT_EQ(recorder().handler_of(WM_NCDESTROY), owner.id());
 }
 
-TEST_F(Message_contract, a_posted_message_is_dispatched_to_its_window)
+TEST_F(Message_contract_test, a_posted_message_is_dispatched_to_its_window)
 {
     const HWND window = contract::create_recorder_window();
     MSG message;
@@ -85,7 +85,7 @@ TEST_F(Message_contract, a_posted_message_is_dispatched_to_its_window)
 }
 
 // Seen under Wine only: Windows documents that the quit is a flag of the queue, not when it is seen.
-TEST_F(Message_contract, the_quit_comes_behind_everything_posted)
+TEST_F(Message_contract_test, the_quit_comes_behind_everything_posted)
 {
     const DWORD self = GetCurrentThreadId();
     MSG message;
@@ -102,7 +102,7 @@ TEST_F(Message_contract, the_quit_comes_behind_everything_posted)
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
 }
 
-TEST_F(Message_contract, a_posted_quit_message_ends_a_loop_too)
+TEST_F(Message_contract_test, a_posted_quit_message_ends_a_loop_too)
 {
     MSG message;
     EXPECT_TRUE(PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 9, 0));
@@ -110,7 +110,7 @@ TEST_F(Message_contract, a_posted_quit_message_ends_a_loop_too)
     EXPECT_EQ(message.wParam, 9u);
 }
 
-TEST_F(Message_contract, peeking_leaves_or_takes_a_message)
+TEST_F(Message_contract_test, peeking_leaves_or_takes_a_message)
 {
     MSG message;
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
@@ -120,7 +120,7 @@ TEST_F(Message_contract, peeking_leaves_or_takes_a_message)
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
 }
 
-TEST_F(Message_contract, getting_messages_of_no_window_fails)
+TEST_F(Message_contract_test, getting_messages_of_no_window_fails)
 {
     const HWND window = contract::create_recorder_window();
     ASSERT_TRUE(DestroyWindow(window));
@@ -130,7 +130,7 @@ TEST_F(Message_contract, getting_messages_of_no_window_fails)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
 }
 
-TEST_F(Message_contract, an_ended_thread_gets_no_messages)
+TEST_F(Message_contract_test, an_ended_thread_gets_no_messages)
 {
     DWORD ended = 0;
     std::thread([&] { ended = GetCurrentThreadId(); }).join();
@@ -138,7 +138,7 @@ TEST_F(Message_contract, an_ended_thread_gets_no_messages)
 }
 
 // While a thread waits for an answer it still handles what is sent to it.
-TEST_F(Message_contract, threads_that_send_to_each_other_do_not_stand_still)
+TEST_F(Message_contract_test, threads_that_send_to_each_other_do_not_stand_still)
 {
     static HWND back = nullptr;
     static LRESULT answer = 0;
@@ -173,7 +173,7 @@ TEST_F(Message_contract, threads_that_send_to_each_other_do_not_stand_still)
     EXPECT_TRUE(UnregisterClassA("CONTRACT_REPLYING", GetModuleHandleA(nullptr)));
 }
 
-TEST_F(Message_contract, threads_have_numbers_of_their_own)
+TEST_F(Message_contract_test, threads_have_numbers_of_their_own)
 {
     DWORD other = 0;
     std::thread([&] { other = GetCurrentThreadId(); }).join();
@@ -182,7 +182,7 @@ TEST_F(Message_contract, threads_have_numbers_of_their_own)
     EXPECT_EQ(GetCurrentThreadId(), GetCurrentThreadId());
 }
 
-TEST_F(Message_contract, the_last_error_belongs_to_the_thread)
+TEST_F(Message_contract_test, the_last_error_belongs_to_the_thread)
 {
     std::atomic<bool> set_there{false};
     std::atomic<bool> set_here{false};

@@ -6,13 +6,13 @@
 
 namespace {
 
-TEST(Module_contract, the_executable_is_the_null_module)
+TEST(Module_contract_test, the_executable_is_the_null_module)
 {
     EXPECT_NE(GetModuleHandleA(nullptr), nullptr);
     EXPECT_EQ(GetModuleHandleA(nullptr), GetModuleHandleA(nullptr));
 }
 
-TEST(Module_contract, a_module_that_is_not_loaded_is_not_found)
+TEST(Module_contract_test, a_module_that_is_not_loaded_is_not_found)
 {
     SetLastError(0);
     EXPECT_EQ(GetModuleHandleA("contract_nothing.dll"), nullptr);
@@ -22,7 +22,7 @@ TEST(Module_contract, a_module_that_is_not_loaded_is_not_found)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
-TEST(Module_contract, the_executables_path)
+TEST(Module_contract_test, the_executables_path)
 {
     char path[4096];
     const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
@@ -33,7 +33,7 @@ TEST(Module_contract, the_executables_path)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
 }
 
-TEST(Module_contract, an_address_names_the_module_that_holds_it)
+TEST(Module_contract_test, an_address_names_the_module_that_holds_it)
 {
     static const char of_executable = 0;
     HMODULE module = nullptr;
@@ -42,14 +42,14 @@ TEST(Module_contract, an_address_names_the_module_that_holds_it)
     EXPECT_EQ(module, GetModuleHandleA(nullptr));
 }
 
-TEST(Module_contract, a_missing_function_is_not_found)
+TEST(Module_contract_test, a_missing_function_is_not_found)
 {
     SetLastError(0);
     EXPECT_EQ(GetProcAddress(GetModuleHandleA(nullptr), "contract_no_such_function"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
 }
 
-TEST(Resource_contract, a_resource_is_found_under_either_spelling_of_its_type)
+TEST(Resource_contract_test, a_resource_is_found_under_either_spelling_of_its_type)
 {
     const HMODULE self = GetModuleHandleA(nullptr);
     for (const char* const type : {"contract_raw", "CONTRACT_RAW"}) {
@@ -66,7 +66,7 @@ TEST(Resource_contract, a_resource_is_found_under_either_spelling_of_its_type)
 }
 
 // Seen under Wine only: the errors are listed, but not for this function.
-TEST(Resource_contract, a_missing_resource_says_what_is_missing)
+TEST(Resource_contract_test, a_missing_resource_says_what_is_missing)
 {
     SetLastError(0);
     EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(102), "contract_raw"), nullptr);
@@ -77,7 +77,7 @@ TEST(Resource_contract, a_missing_resource_says_what_is_missing)
 }
 
 // Seen under Wine only: the error for a handler that is not set.
-TEST(Console_contract, handlers_are_set_and_taken_back)
+TEST(Console_contract_test, handlers_are_set_and_taken_back)
 {
     const PHANDLER_ROUTINE handler = [](DWORD) -> BOOL { return TRUE; };
     EXPECT_TRUE(SetConsoleCtrlHandler(handler, TRUE));

@@ -5,7 +5,7 @@
 
 namespace {
 
-class Mutex_contract : public testing::Test {
+class Mutex_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -28,7 +28,7 @@ protected:
     HANDLE mutex_ = nullptr;
 };
 
-TEST_F(Mutex_contract, is_owned_by_the_thread_whose_wait_ended)
+TEST_F(Mutex_contract_test, is_owned_by_the_thread_whose_wait_ended)
 {
     EXPECT_EQ(try_to_own(), DWORD{WAIT_OBJECT_0});
     on_another_thread([this] {
@@ -45,7 +45,7 @@ TEST_F(Mutex_contract, is_owned_by_the_thread_whose_wait_ended)
     });
 }
 
-TEST_F(Mutex_contract, is_given_up_as_often_as_it_was_taken)
+TEST_F(Mutex_contract_test, is_given_up_as_often_as_it_was_taken)
 {
     EXPECT_EQ(try_to_own(), DWORD{WAIT_OBJECT_0});
     EXPECT_EQ(try_with_messages(), DWORD{WAIT_OBJECT_0});
@@ -61,7 +61,7 @@ TEST_F(Mutex_contract, is_given_up_as_often_as_it_was_taken)
     });
 }
 
-TEST_F(Mutex_contract, its_release_ends_the_wait_of_another)
+TEST_F(Mutex_contract_test, its_release_ends_the_wait_of_another)
 {
     ASSERT_EQ(try_to_own(), DWORD{WAIT_OBJECT_0});
     DWORD answer = WAIT_FAILED;
@@ -74,7 +74,7 @@ TEST_F(Mutex_contract, its_release_ends_the_wait_of_another)
     EXPECT_EQ(answer, DWORD{WAIT_OBJECT_0});
 }
 
-TEST_F(Mutex_contract, of_a_thread_that_ended_is_abandoned_once)
+TEST_F(Mutex_contract_test, of_a_thread_that_ended_is_abandoned_once)
 {
     on_another_thread([this] {
         EXPECT_EQ(try_to_own(), DWORD{WAIT_OBJECT_0});

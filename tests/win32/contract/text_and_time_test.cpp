@@ -35,7 +35,7 @@ void expect(const Converted& converted, errno_t result, size_t count, const char
     EXPECT_EQ(converted.text, text);
 }
 
-TEST(Wide_text_contract, converts_what_fits)
+TEST(Wide_text_contract_test, converts_what_fits)
 {
     expect(convert(L"abc", 10, 9), 0, 4, "abc");
     expect(convert(L"abc", 4, 3), 0, 4, "abc");
@@ -44,7 +44,7 @@ TEST(Wide_text_contract, converts_what_fits)
     expect(convert(L"", 1, 1), 0, 1, "");
 }
 
-TEST(Wide_text_contract, text_that_does_not_fit_is_refused_or_cut)
+TEST(Wide_text_contract_test, text_that_does_not_fit_is_refused_or_cut)
 {
     expect(convert(L"abc", 3, 3), ERANGE, 0, "");
     expect(convert(L"abc", 3, 10), ERANGE, 0, "");
@@ -52,21 +52,21 @@ TEST(Wide_text_contract, text_that_does_not_fit_is_refused_or_cut)
 }
 
 // Seen under Wine only: how far the "C" locale reaches is not documented.
-TEST(Wide_text_contract, only_characters_up_to255_have_a_byte)
+TEST(Wide_text_contract_test, only_characters_up_to255_have_a_byte)
 {
     expect(convert(L"\u00e9z", 10, 9), 0, 3, "\xe9z");
     expect(convert(L"z\u03b1", 10, 9), EILSEQ, 0, "");
     expect(convert(L"z\u03b1", 10, _TRUNCATE), EILSEQ, 0, "");
 }
 
-TEST(Wide_text_contract, without_a_buffer_the_size_is_counted)
+TEST(Wide_text_contract_test, without_a_buffer_the_size_is_counted)
 {
     size_t size = 0;
     EXPECT_EQ(wcstombs_s(&size, nullptr, 0, L"abc", 0), 0);
     EXPECT_EQ(size, 4u);
 }
 
-TEST(Time_contract, the_day_of_a_time_text_has_two_digits)
+TEST(Time_contract_test, the_day_of_a_time_text_has_two_digits)
 {
     std::tm fifth{};
     fifth.tm_year = 126;
@@ -79,13 +79,13 @@ TEST(Time_contract, the_day_of_a_time_text_has_two_digits)
     EXPECT_STREQ(_ctime64(&time), "Mon Jan 05 09:03:07 2026\n");
 }
 
-TEST(Time_contract, a_time_before1970_has_no_text)
+TEST(Time_contract_test, a_time_before1970_has_no_text)
 {
     const __time64_t time = -1;
     EXPECT_EQ(_ctime64(&time), nullptr);
 }
 
-TEST(Time_contract, the_clock_has_milliseconds)
+TEST(Time_contract_test, the_clock_has_milliseconds)
 {
     const std::time_t before = std::time(nullptr);
     struct __timeb64 now {};
@@ -95,7 +95,7 @@ TEST(Time_contract, the_clock_has_milliseconds)
     EXPECT_LT(now.millitm, 1000);
 }
 
-TEST(Known_folder_contract, the_application_data_folder_exists_and_has_no_trailing_separator)
+TEST(Known_folder_contract_test, the_application_data_folder_exists_and_has_no_trailing_separator)
 {
     PWSTR path = nullptr;
     ASSERT_EQ(SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &path), S_OK);
@@ -107,7 +107,7 @@ TEST(Known_folder_contract, the_application_data_folder_exists_and_has_no_traili
     CoTaskMemFree(path);
 }
 
-TEST(Known_folder_contract, an_unknown_folder_fails_without_a_path)
+TEST(Known_folder_contract_test, an_unknown_folder_fails_without_a_path)
 {
     const GUID unknown{1, 2, 3, {}};
     wchar_t untouched = L'x';

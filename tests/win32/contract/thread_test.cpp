@@ -18,7 +18,7 @@ DWORD WINAPI tell_and_wait(LPVOID argument)
     return 0;
 }
 
-class Thread_contract : public testing::Test {
+class Thread_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -39,7 +39,7 @@ protected:
     DWORD number_ = 0;
 };
 
-TEST_F(Thread_contract, runs_under_the_number_that_its_creator_is_told)
+TEST_F(Thread_contract_test, runs_under_the_number_that_its_creator_is_told)
 {
     EXPECT_NE(number_, GetCurrentThreadId());
     SetEvent(asked_.may_end);
@@ -47,7 +47,7 @@ TEST_F(Thread_contract, runs_under_the_number_that_its_creator_is_told)
     EXPECT_EQ(asked_.number, number_);
 }
 
-TEST_F(Thread_contract, its_end_ends_every_wait_for_it)
+TEST_F(Thread_contract_test, its_end_ends_every_wait_for_it)
 {
     EXPECT_EQ(WaitForSingleObject(thread_, 0), DWORD{WAIT_TIMEOUT});
     SetEvent(asked_.may_end);
@@ -57,7 +57,7 @@ TEST_F(Thread_contract, its_end_ends_every_wait_for_it)
     }
 }
 
-TEST_F(Thread_contract, a_wait_for_several_ends_by_the_first_that_is_signalled)
+TEST_F(Thread_contract_test, a_wait_for_several_ends_by_the_first_that_is_signalled)
 {
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     const HANDLE objects[] = {event, thread_};
@@ -75,7 +75,7 @@ TEST_F(Thread_contract, a_wait_for_several_ends_by_the_first_that_is_signalled)
     EXPECT_TRUE(CloseHandle(event));
 }
 
-TEST_F(Thread_contract, can_be_opened_by_itself)
+TEST_F(Thread_contract_test, can_be_opened_by_itself)
 {
     HANDLE opened = nullptr;
     std::thread([&] {

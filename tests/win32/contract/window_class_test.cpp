@@ -24,18 +24,18 @@ WNDCLASSEXA description(const char* name, WNDPROC procedure = first_procedure)
     return result;
 }
 
-class Window_class_contract : public testing::Test {
+class Window_class_contract_test : public testing::Test {
 protected:
     void TearDown() override { UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)); }
 };
 
-TEST_F(Window_class_contract, the_record_has80_bytes)
+TEST_F(Window_class_contract_test, the_record_has80_bytes)
 {
     EXPECT_EQ(sizeof(WNDCLASSEXA), 80u);
 }
 
 // Seen under Wine only: that the case of the letters does not matter follows from the documentation of atoms alone.
-TEST_F(Window_class_contract, a_second_registration_fails_and_the_first_stays)
+TEST_F(Window_class_contract_test, a_second_registration_fails_and_the_first_stays)
 {
     const WNDCLASSEXA first = description("CONTRACT");
     const WNDCLASSEXA second = description("contract", second_procedure);
@@ -51,7 +51,7 @@ TEST_F(Window_class_contract, a_second_registration_fails_and_the_first_stays)
 }
 
 // Seen under Wine only: the size must be right, what happens otherwise is not documented.
-TEST_F(Window_class_contract, a_record_of_the_wrong_size_is_refused)
+TEST_F(Window_class_contract_test, a_record_of_the_wrong_size_is_refused)
 {
     WNDCLASSEXA wrong = description("CONTRACT");
     wrong.cbSize = 7;
@@ -60,7 +60,7 @@ TEST_F(Window_class_contract, a_record_of_the_wrong_size_is_refused)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
 }
 
-TEST_F(Window_class_contract, an_unregistered_class_is_gone)
+TEST_F(Window_class_contract_test, an_unregistered_class_is_gone)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     ASSERT_NE(RegisterClassExA(&added), 0);
@@ -73,7 +73,7 @@ TEST_F(Window_class_contract, an_unregistered_class_is_gone)
     EXPECT_FALSE(GetClassInfoExA(GetModuleHandleA(nullptr), "CONTRACT", &found));
 }
 
-TEST_F(Window_class_contract, a_class_with_a_window_cannot_be_unregistered)
+TEST_F(Window_class_contract_test, a_class_with_a_window_cannot_be_unregistered)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     ASSERT_NE(RegisterClassExA(&added), 0);
@@ -87,7 +87,7 @@ TEST_F(Window_class_contract, a_class_with_a_window_cannot_be_unregistered)
     EXPECT_TRUE(UnregisterClassA("CONTRACT", GetModuleHandleA(nullptr)));
 }
 
-TEST_F(Window_class_contract, a_class_can_be_named_by_its_atom)
+TEST_F(Window_class_contract_test, a_class_can_be_named_by_its_atom)
 {
     const WNDCLASSEXA added = description("CONTRACT");
     const ATOM atom = RegisterClassExA(&added);

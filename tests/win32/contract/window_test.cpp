@@ -11,7 +11,7 @@ namespace {
 using contract::create_recorder_window;
 using contract::recorder;
 
-class Window_contract : public testing::Test {
+class Window_contract_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(Window_contract, creation_and_destruction_send_their_messages_in_order)
+TEST_F(Window_contract_test, creation_and_destruction_send_their_messages_in_order)
 {
     const std::vector<UINT> of_creation{WM_GETMINMAXINFO, WM_NCCREATE, WM_NCCALCSIZE, WM_CREATE};
     const std::vector<UINT> of_destruction{WM_DESTROY, WM_NCDESTROY};
@@ -40,7 +40,7 @@ TEST_F(Window_contract, creation_and_destruction_send_their_messages_in_order)
     EXPECT_FALSE(IsWindow(window));
 }
 
-TEST_F(Window_contract, a_refused_first_message_fails_the_creation)
+TEST_F(Window_contract_test, a_refused_first_message_fails_the_creation)
 {
     recorder().answer(WM_NCCREATE, FALSE);
     EXPECT_EQ(create_recorder_window(), nullptr);
@@ -49,7 +49,7 @@ TEST_F(Window_contract, a_refused_first_message_fails_the_creation)
 }
 
 // Seen under Wine only: the failure is documented, the last message is not.
-TEST_F(Window_contract, a_refused_creation_message_fails_the_creation)
+TEST_F(Window_contract_test, a_refused_creation_message_fails_the_creation)
 {
     recorder().answer(WM_CREATE, -1);
     EXPECT_EQ(create_recorder_window(), nullptr);
@@ -57,14 +57,14 @@ TEST_F(Window_contract, a_refused_creation_message_fails_the_creation)
     EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
 }
 
-TEST_F(Window_contract, an_unknown_class_fails_the_creation)
+TEST_F(Window_contract_test, an_unknown_class_fails_the_creation)
 {
     const HWND window = CreateWindowExA(0, "CONTRACT_UNKNOWN", "", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100, nullptr,
                                         nullptr, GetModuleHandleA(nullptr), nullptr);
     EXPECT_EQ(window, nullptr);
 }
 
-TEST_F(Window_contract, only_the_owners_thread_destroys_a_window)
+TEST_F(Window_contract_test, only_the_owners_thread_destroys_a_window)
 {
     const contract::Window_thread owner;
     ASSERT_NE(owner.window(), nullptr);
@@ -74,7 +74,7 @@ TEST_F(Window_contract, only_the_owners_thread_destroys_a_window)
     EXPECT_TRUE(IsWindow(owner.window()));
 }
 
-TEST_F(Window_contract, a_destroyed_window_is_refused_everywhere)
+TEST_F(Window_contract_test, a_destroyed_window_is_refused_everywhere)
 {
     const HWND window = create_recorder_window();
     ASSERT_TRUE(DestroyWindow(window));
@@ -92,7 +92,7 @@ TEST_F(Window_contract, a_destroyed_window_is_refused_everywhere)
 }
 
 // Seen under Wine only: that its windows end with a thread is documented, that their procedures are not called is not.
-TEST_F(Window_contract, a_threads_windows_end_with_it)
+TEST_F(Window_contract_test, a_threads_windows_end_with_it)
 {
     HWND window = nullptr;
     std::thread([&] { window = create_recorder_window(); }).join();
@@ -102,7 +102,7 @@ TEST_F(Window_contract, a_threads_windows_end_with_it)
 }
 
 // Seen under Wine only: the error is not documented.
-TEST_F(Window_contract, a_value_behind_the_extra_bytes_is_zero)
+TEST_F(Window_contract_test, a_value_behind_the_extra_bytes_is_zero)
 {
     const HWND window = create_recorder_window();
     SetLastError(0);
@@ -111,7 +111,7 @@ TEST_F(Window_contract, a_value_behind_the_extra_bytes_is_zero)
     EXPECT_TRUE(DestroyWindow(window));
 }
 
-TEST_F(Window_contract, the_values_of_a_window)
+TEST_F(Window_contract_test, the_values_of_a_window)
 {
     const HWND window = create_recorder_window();
     EXPECT_EQ(GetWindowLongPtrA(window, GWLP_WNDPROC), reinterpret_cast<LONG_PTR>(contract::record_message));
@@ -125,7 +125,7 @@ TEST_F(Window_contract, the_values_of_a_window)
 }
 
 // Seen under Wine only: that the title is the default procedure's business is not documented.
-TEST_F(Window_contract, without_the_default_procedure_a_window_is_found_by_its_class_only)
+TEST_F(Window_contract_test, without_the_default_procedure_a_window_is_found_by_its_class_only)
 {
     const HWND window = create_recorder_window("Contract title");
     EXPECT_EQ(FindWindowA(contract::class_name, nullptr), window);
@@ -135,7 +135,7 @@ TEST_F(Window_contract, without_the_default_procedure_a_window_is_found_by_its_c
     EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
 }
 
-TEST_F(Window_contract, the_default_procedure_keeps_the_title_and_closes_the_window)
+TEST_F(Window_contract_test, the_default_procedure_keeps_the_title_and_closes_the_window)
 {
     WNDCLASSEXA plain{};
     plain.cbSize = sizeof plain;

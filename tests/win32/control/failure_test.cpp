@@ -43,13 +43,13 @@ std::ostream& operator<<(std::ostream& out, const Failing_call& call)
     return out << call.function;
 }
 
-class Failing : public testing::TestWithParam<Failing_call> {
+class Failing_test : public testing::TestWithParam<Failing_call> {
 protected:
     void SetUp() override { win32_double::clear(); }
     void TearDown() override { win32_double::clear(); }
 };
 
-TEST_P(Failing, an_ordered_failure_gives_the_failure_value_and_the_error)
+TEST_P(Failing_test, an_ordered_failure_gives_the_failure_value_and_the_error)
 {
     const Failing_call& call = GetParam();
     win32_double::fail(call.function, 1, 1234);
@@ -78,7 +78,7 @@ DWORD WINAPI no_thread(LPVOID)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Runtime, Failing,
+    Runtime, Failing_test,
     testing::Values(Failing_call{"_sopen", [] { return _sopen("/dev/null", _O_RDWR, _SH_DENYNO) == -1; }, true},
                     Failing_call{"_close", [] { return _close(0) == -1; }, true},
                     Failing_call{"_write", [] { return _write(1, text, 0) == -1; }, true},
@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Failing_call{"wvsprintfA", [] { return format(text, 1) == 0; }}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Kernel, Failing,
+    Kernel, Failing_test,
     testing::Values(
         Failing_call{"DeleteFileA", [] { return !DeleteFileA("/nothing"); }},
         Failing_call{"MoveFileA", [] { return !MoveFileA("/nothing", "/nothing else"); }},
@@ -128,7 +128,7 @@ const WNDCLASSEXA window_class{
 WNDCLASSEXA class_info{};
 
 INSTANTIATE_TEST_SUITE_P(
-    User, Failing,
+    User, Failing_test,
     testing::Values(
         Failing_call{"RegisterClassExA", [] { return RegisterClassExA(&window_class) == 0; }},
         Failing_call{"UnregisterClassA", [] { return !UnregisterClassA("FAILING", nullptr); }},
@@ -160,20 +160,20 @@ INSTANTIATE_TEST_SUITE_P(
                      [] { return RegisterDeviceNotificationA(nullptr, nullptr, 0) == nullptr; }},
         Failing_call{"UnregisterDeviceNotification", [] { return !UnregisterDeviceNotification(nullptr); }}));
 
-class Failure_orders : public testing::Test {
+class Failure_orders_test : public testing::Test {
 protected:
     void SetUp() override { win32_double::clear(); }
     void TearDown() override { win32_double::clear(); }
 };
 
-TEST_F(Failure_orders, once_means_the_next_call_only)
+TEST_F(Failure_orders_test, once_means_the_next_call_only)
 {
     win32_double::fail("Beep");
     EXPECT_FALSE(Beep(1000, 1));
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, a_number_of_calls_fails)
+TEST_F(Failure_orders_test, a_number_of_calls_fails)
 {
     win32_double::fail("Beep", 2);
     EXPECT_FALSE(Beep(1000, 1));
@@ -181,7 +181,7 @@ TEST_F(Failure_orders, a_number_of_calls_fails)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, always_lasts_until_cleared)
+TEST_F(Failure_orders_test, always_lasts_until_cleared)
 {
     win32_double::fail("Beep", win32_double::always);
     for (int i = 0; i < 5; ++i)
@@ -190,7 +190,7 @@ TEST_F(Failure_orders, always_lasts_until_cleared)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, calls_before_the_failure_still_work)
+TEST_F(Failure_orders_test, calls_before_the_failure_still_work)
 {
     win32_double::fail("Beep", 1, ERROR_GEN_FAILURE, 2);
     EXPECT_TRUE(Beep(1000, 1));
@@ -199,20 +199,20 @@ TEST_F(Failure_orders, calls_before_the_failure_still_work)
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, an_order_replaces_the_one_before)
+TEST_F(Failure_orders_test, an_order_replaces_the_one_before)
 {
     win32_double::fail("Beep", win32_double::always);
     win32_double::fail("Beep", 0);
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, other_functions_are_left_alone)
+TEST_F(Failure_orders_test, other_functions_are_left_alone)
 {
     win32_double::fail("DeleteFileA", win32_double::always);
     EXPECT_TRUE(Beep(1000, 1));
 }
 
-TEST_F(Failure_orders, calls_are_counted_until_cleared)
+TEST_F(Failure_orders_test, calls_are_counted_until_cleared)
 {
     Beep(1000, 1);
     win32_double::fail("Beep");
@@ -222,13 +222,13 @@ TEST_F(Failure_orders, calls_are_counted_until_cleared)
     EXPECT_EQ(win32_double::calls("Beep"), 0u);
 }
 
-TEST_F(Failure_orders, an_unknown_function_is_an_error_of_the_test)
+TEST_F(Failure_orders_test, an_unknown_function_is_an_error_of_the_test)
 {
     EXPECT_THROW(win32_double::fail("Beeb"), std::invalid_argument);
     EXPECT_THROW(win32_double::calls("Beeb"), std::invalid_argument);
 }
 
-TEST_F(Failure_orders, a_failing_move_moves_nothing)
+TEST_F(Failure_orders_test, a_failing_move_moves_nothing)
 {
     const std::string from = win32_double::program_data() + "/from";
     const std::string to = win32_double::program_data() + "/to";
@@ -242,7 +242,7 @@ TEST_F(Failure_orders, a_failing_move_moves_nothing)
     EXPECT_TRUE(DeleteFileA(from.c_str()));
 }
 
-TEST_F(Failure_orders, a_failing_folder_lookup_gives_the_ordered_result_and_no_path)
+TEST_F(Failure_orders_test, a_failing_folder_lookup_gives_the_ordered_result_and_no_path)
 {
     win32_double::fail("SHGetKnownFolderPath", 1, static_cast<uint32_t>(E_FAIL));
     wchar_t untouched = L'x';

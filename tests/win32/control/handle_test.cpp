@@ -14,12 +14,12 @@ HANDLE new_event()
     return CreateEventA(nullptr, TRUE, FALSE, nullptr);
 }
 
-class Handles : public testing::Test {
+class Handles_test : public testing::Test {
 protected:
     void TearDown() override { win32_double::reuse_handles(false); }
 };
 
-TEST_F(Handles, are_never_given_twice)
+TEST_F(Handles_test, are_never_given_twice)
 {
     win32_double::reuse_handles(false);
     const HANDLE first = new_event();
@@ -29,7 +29,7 @@ TEST_F(Handles, are_never_given_twice)
     EXPECT_TRUE(CloseHandle(second));
 }
 
-TEST_F(Handles, are_given_again_at_once_when_they_are_reused)
+TEST_F(Handles_test, are_given_again_at_once_when_they_are_reused)
 {
     win32_double::reuse_handles(true);
     const HANDLE first = new_event();
@@ -42,7 +42,7 @@ TEST_F(Handles, are_given_again_at_once_when_they_are_reused)
     EXPECT_TRUE(CloseHandle(kept));
 }
 
-TEST_F(Handles, who_closes_twice_closes_anothers_when_they_are_reused)
+TEST_F(Handles_test, who_closes_twice_closes_anothers_when_they_are_reused)
 {
     win32_double::reuse_handles(true);
     const HANDLE mine = new_event();
@@ -52,7 +52,7 @@ TEST_F(Handles, who_closes_twice_closes_anothers_when_they_are_reused)
     EXPECT_FALSE(SetEvent(others));
 }
 
-TEST_F(Handles, a_stale_one_is_counted)
+TEST_F(Handles_test, a_stale_one_is_counted)
 {
     win32_double::reuse_handles(false);
     const HANDLE closed = new_event();
@@ -67,7 +67,7 @@ TEST_F(Handles, a_stale_one_is_counted)
     EXPECT_EQ(stale_handles(), before + 5);
 }
 
-TEST_F(Handles, a_stale_descriptor_is_counted)
+TEST_F(Handles_test, a_stale_descriptor_is_counted)
 {
     const int file =
         _sopen((win32_double::program_data() + "/stale").c_str(), _O_RDWR | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);

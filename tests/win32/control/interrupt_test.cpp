@@ -17,7 +17,7 @@ BOOL WINAPI note_event(DWORD event)
     return TRUE;
 }
 
-TEST(Interrupt, the_handler_runs_on_a_thread_of_its_own)
+TEST(Interrupt_test, the_handler_runs_on_a_thread_of_its_own)
 {
     std::promise<DWORD> event;
     handled = &event;
@@ -28,7 +28,7 @@ TEST(Interrupt, the_handler_runs_on_a_thread_of_its_own)
     EXPECT_TRUE(SetConsoleCtrlHandler(note_event, FALSE));
 }
 
-TEST(Interrupt, a_handler_that_declines_leaves_it_to_the_one_before)
+TEST(Interrupt_test, a_handler_that_declines_leaves_it_to_the_one_before)
 {
     std::promise<DWORD> event;
     handled = &event;

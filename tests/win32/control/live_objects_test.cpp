@@ -33,7 +33,7 @@ HWND create_window()
     return CreateWindowExA(0, "LIVE", "", WS_OVERLAPPEDWINDOW, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
 }
 
-TEST(Live_objects, descriptors_are_counted_until_closed)
+TEST(Live_objects_test, descriptors_are_counted_until_closed)
 {
     const auto before = live_objects();
     const int file = _sopen("/dev/null", _O_RDWR, _SH_DENYNO);
@@ -43,7 +43,7 @@ TEST(Live_objects, descriptors_are_counted_until_closed)
     EXPECT_EQ(live_objects().descriptors, before.descriptors);
 }
 
-TEST(Live_objects, classes_windows_and_registrations_are_counted)
+TEST(Live_objects_test, classes_windows_and_registrations_are_counted)
 {
     const auto before = live_objects();
     register_class();
@@ -67,7 +67,7 @@ TEST(Live_objects, classes_windows_and_registrations_are_counted)
     EXPECT_EQ(live_objects().device_notifications, before.device_notifications);
 }
 
-TEST(Live_objects, events_are_counted_until_closed)
+TEST(Live_objects_test, events_are_counted_until_closed)
 {
     const auto before = live_objects();
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
@@ -76,7 +76,7 @@ TEST(Live_objects, events_are_counted_until_closed)
     EXPECT_EQ(live_objects().events, before.events);
 }
 
-TEST(Live_objects, mutexes_are_counted_until_closed)
+TEST(Live_objects_test, mutexes_are_counted_until_closed)
 {
     const auto before = live_objects();
     const HANDLE mutex = CreateMutexA(nullptr, FALSE, nullptr);
@@ -85,7 +85,7 @@ TEST(Live_objects, mutexes_are_counted_until_closed)
     EXPECT_EQ(live_objects().mutexes, before.mutexes);
 }
 
-TEST(Live_objects, handles_of_threads_are_counted_until_closed)
+TEST(Live_objects_test, handles_of_threads_are_counted_until_closed)
 {
     const auto before = live_objects();
     const HANDLE self = OpenThread(SYNCHRONIZE, FALSE, GetCurrentThreadId());
@@ -94,7 +94,7 @@ TEST(Live_objects, handles_of_threads_are_counted_until_closed)
     EXPECT_EQ(live_objects().thread_handles, before.thread_handles);
 }
 
-TEST(Live_objects, a_threads_queue_and_windows_end_with_it)
+TEST(Live_objects_test, a_threads_queue_and_windows_end_with_it)
 {
     register_class();
     const auto before = live_objects();
@@ -109,7 +109,7 @@ TEST(Live_objects, a_threads_queue_and_windows_end_with_it)
 }
 
 // The sender's queue and its message are made in one step: when the queue is seen, the message waits.
-TEST(Sent_messages, are_answered_with_zero_when_their_window_goes)
+TEST(Sent_messages_test, are_answered_with_zero_when_their_window_goes)
 {
     register_class();
     const HWND window = create_window();

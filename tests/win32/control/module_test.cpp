@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(Modules, a_shared_object_is_loaded_found_and_freed_under_its_module_name)
+TEST(Modules_test, a_shared_object_is_loaded_found_and_freed_under_its_module_name)
 {
     EXPECT_EQ(GetModuleHandleA("win32_double_sample.dll"), nullptr);
     const HMODULE loaded = LoadLibraryA("win32_double_sample.dll");
@@ -26,7 +26,7 @@ TEST(Modules, a_shared_object_is_loaded_found_and_freed_under_its_module_name)
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
-TEST(Modules, a_pinned_shared_object_stays_when_it_is_freed)
+TEST(Modules_test, a_pinned_shared_object_stays_when_it_is_freed)
 {
     const HMODULE loaded = LoadLibraryA("win32_double_pinned.dll");
     ASSERT_NE(loaded, nullptr);
@@ -38,7 +38,7 @@ TEST(Modules, a_pinned_shared_object_stays_when_it_is_freed)
     EXPECT_EQ(GetModuleHandleA("win32_double_pinned.dll"), loaded);
 }
 
-TEST(Modules, an_added_module_is_found_whatever_its_case_until_removed)
+TEST(Modules_test, an_added_module_is_found_whatever_its_case_until_removed)
 {
     win32_double::add_module("Added.dll");
     const HMODULE added = GetModuleHandleA("added");
@@ -50,7 +50,7 @@ TEST(Modules, an_added_module_is_found_whatever_its_case_until_removed)
     EXPECT_EQ(GetModuleHandleA("added"), nullptr);
 }
 
-TEST(Resources, a_module_has_the_resources_that_were_registered_for_it)
+TEST(Resources_test, a_module_has_the_resources_that_were_registered_for_it)
 {
     win32_double_register_resource("owner.dll", "kind", 7, "first", 5);
     win32_double_register_resource("other.dll", "kind", 7, "other", 5);

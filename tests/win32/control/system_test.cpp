@@ -54,7 +54,7 @@ LRESULT CALLBACK record_event(HWND window, UINT message, WPARAM wparam, LPARAM l
 }
 
 // A thread with a window that is registered for USB devices.
-class System_events : public testing::Test {
+class System_events_test : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -90,7 +90,7 @@ protected:
     HWND window_ = nullptr;
 };
 
-TEST_F(System_events, a_broadcast_has_been_handled_when_it_returns)
+TEST_F(System_events_test, a_broadcast_has_been_handled_when_it_returns)
 {
     win32_double::broadcast(WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
     SendMessageA(HWND_BROADCAST, WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, 0);
@@ -98,7 +98,7 @@ TEST_F(System_events, a_broadcast_has_been_handled_when_it_returns)
                                           {WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, "", 0}}));
 }
 
-TEST_F(System_events, a_device_event_reaches_the_windows_registered_for_its_class)
+TEST_F(System_events_test, a_device_event_reaches_the_windows_registered_for_its_class)
 {
     const std::string name = "\\\\?\\USB#VID_1A2B&PID_00FF#1#{a5dcbf10-6530-11d2-901f-00c04fb951ed}";
     EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, usb_devices, name), 1u);
@@ -108,7 +108,7 @@ TEST_F(System_events, a_device_event_reaches_the_windows_registered_for_its_clas
         (std::vector<Event>{{WM_DEVICECHANGE, DBT_DEVICEARRIVAL, name, static_cast<DWORD>(28 + name.size() + 1)}}));
 }
 
-TEST(Beeps, last_as_long_as_their_tone_when_they_take_time)
+TEST(Beeps_test, last_as_long_as_their_tone_when_they_take_time)
 {
     win32_double::let_beeps_take_time(true);
     const auto before = std::chrono::steady_clock::now();
@@ -117,7 +117,7 @@ TEST(Beeps, last_as_long_as_their_tone_when_they_take_time)
     win32_double::let_beeps_take_time(false);
 }
 
-TEST(Beeps, are_recorded_in_order_and_forgotten_by_clear)
+TEST(Beeps_test, are_recorded_in_order_and_forgotten_by_clear)
 {
     win32_double::clear();
     EXPECT_TRUE(Beep(1000, 200));
@@ -144,7 +144,7 @@ std::string known_folder()
     return result == 0 ? bytes : "";
 }
 
-TEST(Program_data, is_the_folder_that_was_set)
+TEST(Program_data_test, is_the_folder_that_was_set)
 {
     const std::string before = win32_double::program_data();
     EXPECT_EQ(known_folder(), before);

@@ -10,7 +10,7 @@ using ::testing::ElementsAre;
 
 namespace {
 
-class Notifier_faults : public Manager_test {
+class Notifier_faults_test : public Manager_test {
 protected:
     void TearDown() override
     {
@@ -39,20 +39,20 @@ protected:
 
 }  // namespace
 
-TEST_F(Notifier_faults, a_window_that_cannot_be_created_does_not_fail_the_session)
+TEST_F(Notifier_faults_test, a_window_that_cannot_be_created_does_not_fail_the_session)
 {
     win32_double::fail("CreateWindowExA", win32_double::always);
     expect_a_session_without_window("Exception : Could not create message window!\r\n");
 }
 
-TEST_F(Notifier_faults, a_refused_registration_does_not_fail_the_session)
+TEST_F(Notifier_faults_test, a_refused_registration_does_not_fail_the_session)
 {
     win32_double::fail("RegisterDeviceNotificationA", win32_double::always);
     expect_a_session_without_window("Exception : Could not register for devicenotifications!\r\n");
 }
 
 // A sleep that comes while the notifier is being stopped finds nobody to tell.
-TEST_F(Notifier_faults, the_power_subscription_ends_before_the_notifier)
+TEST_F(Notifier_faults_test, the_power_subscription_ends_before_the_notifier)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());

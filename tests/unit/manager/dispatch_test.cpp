@@ -9,7 +9,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Dispatch : public Manager_test {
+class Dispatch_test : public Manager_test {
 protected:
     void SetUp() override
     {
@@ -64,12 +64,12 @@ bool another_thread_gets_the_lock()
 
 }  // namespace
 
-TEST_F(Dispatch, there_are_20_operations)
+TEST_F(Dispatch_test, there_are_20_operations)
 {
     EXPECT_EQ(device_operations().size(), 20U);
 }
 
-TEST_F(Dispatch, every_operation_reaches_its_scanner_and_returns_its_status)
+TEST_F(Dispatch_test, every_operation_reaches_its_scanner_and_returns_its_status)
 {
     for (const auto& operation : device_operations()) {
         SCOPED_TRACE(operation.export_name);
@@ -95,7 +95,7 @@ TEST_F(Dispatch, every_operation_reaches_its_scanner_and_returns_its_status)
     }
 }
 
-TEST_F(Dispatch, not_initialized_is_9101)
+TEST_F(Dispatch_test, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -108,7 +108,7 @@ TEST_F(Dispatch, not_initialized_is_9101)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Dispatch, not_initialized_comes_before_suspended)
+TEST_F(Dispatch_test, not_initialized_comes_before_suspended)
 {
     initialize();
     VyraTerminate();
@@ -119,7 +119,7 @@ TEST_F(Dispatch, not_initialized_comes_before_suspended)
     take_log();
 }
 
-TEST_F(Dispatch, suspended_is_9110_whatever_the_handle)
+TEST_F(Dispatch_test, suspended_is_9110_whatever_the_handle)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -133,7 +133,7 @@ TEST_F(Dispatch, suspended_is_9110_whatever_the_handle)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Dispatch, unknown_and_closed_handles_are_9108)
+TEST_F(Dispatch_test, unknown_and_closed_handles_are_9108)
 {
     open_scanners(2);
     ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -148,7 +148,7 @@ TEST_F(Dispatch, unknown_and_closed_handles_are_9108)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Dispatch, missing_device_is_9005_logged_by_some_and_silent_in_others)
+TEST_F(Dispatch_test, missing_device_is_9005_logged_by_some_and_silent_in_others)
 {
     initialize();
     access::open_devices().store(4, nullptr);
@@ -160,7 +160,7 @@ TEST_F(Dispatch, missing_device_is_9005_logged_by_some_and_silent_in_others)
     }
 }
 
-TEST_F(Dispatch, null_port_type_is_9109_even_before_initialization_and_without_the_lock)
+TEST_F(Dispatch_test, null_port_type_is_9109_even_before_initialization_and_without_the_lock)
 {
     initialize();
     VyraTerminate();
@@ -171,7 +171,7 @@ TEST_F(Dispatch, null_port_type_is_9109_even_before_initialization_and_without_t
     EXPECT_THAT(take_log(), ElementsAre(refusal("get_port_type", VYRA_BAD_PARAMETER)));
 }
 
-TEST_F(Dispatch, null_firmware_is_9109_after_the_suspended_check_and_before_the_handle)
+TEST_F(Dispatch_test, null_firmware_is_9109_after_the_suspended_check_and_before_the_handle)
 {
     const std::string line = "update_firmware:   Error : 9109 Error 9109 \r\n";
     open_scanners(1);
@@ -188,7 +188,7 @@ TEST_F(Dispatch, null_firmware_is_9109_after_the_suspended_check_and_before_the_
     EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
 }
 
-TEST_F(Dispatch, arguments_reach_the_driver_unchanged)
+TEST_F(Dispatch_test, arguments_reach_the_driver_unchanged)
 {
     open_scanners(1);
     std::vector<unsigned char> bytes(4096);
@@ -213,7 +213,7 @@ TEST_F(Dispatch, arguments_reach_the_driver_unchanged)
     take_log();
 }
 
-TEST_F(Dispatch, a_device_lives_until_its_operation_ends_although_it_is_closed_meanwhile)
+TEST_F(Dispatch_test, a_device_lives_until_its_operation_ends_although_it_is_closed_meanwhile)
 {
     open_scanners(1);
     const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
@@ -224,7 +224,7 @@ TEST_F(Dispatch, a_device_lives_until_its_operation_ends_although_it_is_closed_m
     EXPECT_TRUE(device.expired());
 }
 
-TEST_F(Dispatch, a_standard_exception_is_logged_and_9000)
+TEST_F(Dispatch_test, a_standard_exception_is_logged_and_9000)
 {
     open_scanners(1);
     char text[] = "the host's own trouble";
@@ -234,7 +234,7 @@ TEST_F(Dispatch, a_standard_exception_is_logged_and_9000)
     EXPECT_TRUE(another_thread_gets_the_lock());
 }
 
-TEST_F(Dispatch, a_failed_allocation_is_logged_and_9001)
+TEST_F(Dispatch_test, a_failed_allocation_is_logged_and_9001)
 {
     open_scanners(1);
     ASSERT_EQ(VyraBrenvoSetUICallBack(0, throw_bad_alloc, nullptr), VYRA_OK);
@@ -243,7 +243,7 @@ TEST_F(Dispatch, a_failed_allocation_is_logged_and_9001)
     EXPECT_TRUE(another_thread_gets_the_lock());
 }
 
-TEST_F(Dispatch, any_other_exception_is_logged_and_9000)
+TEST_F(Dispatch_test, any_other_exception_is_logged_and_9000)
 {
     open_scanners(1);
     ASSERT_EQ(VyraBrenvoSetUICallBack(0, throw_something_else, nullptr), VYRA_OK);

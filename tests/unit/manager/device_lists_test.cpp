@@ -32,7 +32,7 @@ std::string long_name(std::size_t length, char first = 'A')
 }
 
 // Both lists, side by side.
-class Device_lists : public Manager_test {
+class Device_lists_test : public Manager_test {
 protected:
     std::int32_t list() { return VyraGetDeviceList(&count, slots.data()); }
     std::int32_t list_N() { return VyraGetDeviceList_N(&count, records.data()); }
@@ -71,7 +71,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Device_lists, not_initialized_is_9101_before_anything_else)
+TEST_F(Device_lists_test, not_initialized_is_9101_before_anything_else)
 {
     initialize();
     VyraTerminate();
@@ -88,7 +88,7 @@ TEST_F(Device_lists, not_initialized_is_9101_before_anything_else)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Device_lists, null_buffer_of_the_older_list_is_9103_before_the_count_is_looked_at)
+TEST_F(Device_lists_test, null_buffer_of_the_older_list_is_9103_before_the_count_is_looked_at)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -103,7 +103,7 @@ TEST_F(Device_lists, null_buffer_of_the_older_list_is_9103_before_the_count_is_l
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Device_lists, null_count_of_the_newer_list_is_9103)
+TEST_F(Device_lists_test, null_count_of_the_newer_list_is_9103)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -112,7 +112,7 @@ TEST_F(Device_lists, null_count_of_the_newer_list_is_9103)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Device_lists, count_0_is_9109)
+TEST_F(Device_lists_test, count_0_is_9109)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -126,7 +126,7 @@ TEST_F(Device_lists, count_0_is_9109)
     EXPECT_TRUE(record_is_untouched(0));
 }
 
-TEST_F(Device_lists, null_buffer_of_the_newer_list_is_not_refused)
+TEST_F(Device_lists_test, null_buffer_of_the_newer_list_is_not_refused)
 {
     initialize();
     brenvozulta_sim_remove_all();
@@ -136,7 +136,7 @@ TEST_F(Device_lists, null_buffer_of_the_newer_list_is_not_refused)
     EXPECT_EQ(count, 2U);
 }
 
-TEST_F(Device_lists, no_scanner_attached_is_9000_and_sets_the_count_in_the_older_list_alone)
+TEST_F(Device_lists_test, no_scanner_attached_is_9000_and_sets_the_count_in_the_older_list_alone)
 {
     brenvozulta_sim_remove_all();
     initialize();
@@ -152,7 +152,7 @@ TEST_F(Device_lists, no_scanner_attached_is_9000_and_sets_the_count_in_the_older
     EXPECT_TRUE(record_is_untouched(0));
 }
 
-TEST_F(Device_lists, every_driver_failure_is_9000)
+TEST_F(Device_lists_test, every_driver_failure_is_9000)
 {
     initialize();
     for (const std::uint32_t result : {1U, 2U, 3U, 18U, 19U}) {
@@ -168,7 +168,7 @@ TEST_F(Device_lists, every_driver_failure_is_9000)
     }
 }
 
-TEST_F(Device_lists, driver_count_of_0_or_less_is_9000)
+TEST_F(Device_lists_test, driver_count_of_0_or_less_is_9000)
 {
     initialize();
     for (const std::int32_t lie : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
@@ -186,7 +186,7 @@ TEST_F(Device_lists, driver_count_of_0_or_less_is_9000)
     }
 }
 
-TEST_F(Device_lists, count_untouched_by_a_driver_that_succeeds_is_9000)
+TEST_F(Device_lists_test, count_untouched_by_a_driver_that_succeeds_is_9000)
 {
     initialize();
     brenvozulta_sim_fail("QXDR_GetDevicesList", 0, 1);
@@ -195,7 +195,7 @@ TEST_F(Device_lists, count_untouched_by_a_driver_that_succeeds_is_9000)
     EXPECT_THAT(take_log(), ElementsAre(driver_failed(0), helper_failed("get_device_list")));
 }
 
-TEST_F(Device_lists, driver_count_above_8_lists_8)
+TEST_F(Device_lists_test, driver_count_above_8_lists_8)
 {
     attach({"A", "B"});
     initialize();
@@ -216,7 +216,7 @@ TEST_F(Device_lists, driver_count_above_8_lists_8)
     }
 }
 
-TEST_F(Device_lists, capacity_2_of_3_scanners_fills_2)
+TEST_F(Device_lists_test, capacity_2_of_3_scanners_fills_2)
 {
     attach({"A", "B", "C"});
     initialize();
@@ -234,7 +234,7 @@ TEST_F(Device_lists, capacity_2_of_3_scanners_fills_2)
     EXPECT_TRUE(record_is_untouched(2));
 }
 
-TEST_F(Device_lists, larger_capacity_comes_back_as_the_number_listed)
+TEST_F(Device_lists_test, larger_capacity_comes_back_as_the_number_listed)
 {
     attach({"A", "B", "C"});
     initialize();
@@ -251,7 +251,7 @@ TEST_F(Device_lists, larger_capacity_comes_back_as_the_number_listed)
     EXPECT_TRUE(record_is_untouched(3));
 }
 
-TEST_F(Device_lists, are_read_from_the_driver_each_time)
+TEST_F(Device_lists_test, are_read_from_the_driver_each_time)
 {
     initialize();
     attach({"NEW"});
@@ -264,7 +264,7 @@ TEST_F(Device_lists, are_read_from_the_driver_each_time)
     EXPECT_EQ(access::detected_names(), Lines({scanner_1})) << "the list of the initialization is another";
 }
 
-TEST_F(Device_lists, work_while_the_system_sleeps)
+TEST_F(Device_lists_test, work_while_the_system_sleeps)
 {
     initialize();
     access::set_suspended(true);
@@ -274,7 +274,7 @@ TEST_F(Device_lists, work_while_the_system_sleeps)
 }
 
 // A request of more memory than there is must be refused; where it is granted, the list is the usual one.
-TEST_F(Device_lists, largest_count_of_the_newer_list_is_9001_or_works)
+TEST_F(Device_lists_test, largest_count_of_the_newer_list_is_9001_or_works)
 {
     initialize();
     count = 0xFFFFFFFF;
@@ -289,7 +289,7 @@ TEST_F(Device_lists, largest_count_of_the_newer_list_is_9001_or_works)
     }
 }
 
-TEST_F(Device_lists, largest_count_of_the_older_list_works)
+TEST_F(Device_lists_test, largest_count_of_the_older_list_works)
 {
     initialize();
     count = 0xFFFFFFFF;
@@ -298,7 +298,7 @@ TEST_F(Device_lists, largest_count_of_the_older_list_works)
     EXPECT_EQ(slot_name(0), scanner_1);
 }
 
-TEST_F(Device_lists, slots_end_at_the_terminator)
+TEST_F(Device_lists_test, slots_end_at_the_terminator)
 {
     initialize();
     count = 1;
@@ -308,7 +308,7 @@ TEST_F(Device_lists, slots_end_at_the_terminator)
     EXPECT_EQ(slots[length + 1], static_cast<char>(untouched)) << "nothing is padded";
 }
 
-TEST_F(Device_lists, records_are_padded_with_zeros_and_keep_their_reserved_bytes)
+TEST_F(Device_lists_test, records_are_padded_with_zeros_and_keep_their_reserved_bytes)
 {
     attach({"A", "B"});
     initialize();
@@ -323,7 +323,7 @@ TEST_F(Device_lists, records_are_padded_with_zeros_and_keep_their_reserved_bytes
     }
 }
 
-TEST_F(Device_lists, long_names_are_cut_at_255_in_records_without_terminator)
+TEST_F(Device_lists_test, long_names_are_cut_at_255_in_records_without_terminator)
 {
     const std::vector<std::string> names = {long_name(254, 'A'), long_name(255, 'B'), long_name(256, 'C'),
                                             long_name(300, 'D'), long_name(559, 'E')};
@@ -339,7 +339,7 @@ TEST_F(Device_lists, long_names_are_cut_at_255_in_records_without_terminator)
     EXPECT_TRUE(record_is_untouched(5));
 }
 
-TEST_F(Device_lists, long_names_run_over_their_slots)
+TEST_F(Device_lists_test, long_names_run_over_their_slots)
 {
     for (const std::size_t length : {254U, 255U, 300U, 559U}) {
         attach({long_name(length)});
@@ -354,7 +354,7 @@ TEST_F(Device_lists, long_names_run_over_their_slots)
     }
 }
 
-TEST_F(Device_lists, the_name_after_a_long_one_overwrites_its_end)
+TEST_F(Device_lists_test, the_name_after_a_long_one_overwrites_its_end)
 {
     attach({long_name(300), "B"});
     initialize();
@@ -364,7 +364,7 @@ TEST_F(Device_lists, the_name_after_a_long_one_overwrites_its_end)
     EXPECT_EQ(slot_name(1), "B");
 }
 
-TEST_F(Device_lists, the_helper_refuses_null_pointers)
+TEST_F(Device_lists_test, the_helper_refuses_null_pointers)
 {
     initialize();
     count = 3;

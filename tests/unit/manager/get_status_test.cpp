@@ -10,7 +10,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Get_status : public Manager_test {
+class Get_status_test : public Manager_test {
 protected:
     static void send_event(std::int32_t event, const char* scanner)
     {
@@ -21,7 +21,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Get_status, unknown_handle_is_0_at_once_without_a_line)
+TEST_F(Get_status_test, unknown_handle_is_0_at_once_without_a_line)
 {
     open_scanners(1);
     for (const std::uint32_t handle : {1U, 8U, 0x80000000U, VYRA_NO_HANDLE}) {
@@ -29,7 +29,7 @@ TEST_F(Get_status, unknown_handle_is_0_at_once_without_a_line)
     }
 }
 
-TEST_F(Get_status, unknown_handle_consumes_no_change)
+TEST_F(Get_status_test, unknown_handle_consumes_no_change)
 {
     open_scanners(1);
     access::raise_status_change();
@@ -37,14 +37,14 @@ TEST_F(Get_status, unknown_handle_consumes_no_change)
     EXPECT_EQ(VyraGetStatus(0), VYRA_OK) << "returns for the change";
 }
 
-TEST_F(Get_status, entry_without_a_device_is_0_at_once_without_a_line)
+TEST_F(Get_status_test, entry_without_a_device_is_0_at_once_without_a_line)
 {
     initialize();
     access::open_devices().store(0, nullptr);
     EXPECT_EQ(VyraGetStatus(0), VYRA_OK);
 }
 
-TEST_F(Get_status, not_initialized_is_9101)
+TEST_F(Get_status_test, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -52,7 +52,7 @@ TEST_F(Get_status, not_initialized_is_9101)
     EXPECT_THAT(take_log(), ElementsAre(refusal("get_status", VYRA_NOT_INITIALIZED)));
 }
 
-TEST_F(Get_status, suspended_is_9110)
+TEST_F(Get_status_test, suspended_is_9110)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -62,7 +62,7 @@ TEST_F(Get_status, suspended_is_9110)
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
-TEST_F(Get_status, blocks_until_the_scanner_is_closed)
+TEST_F(Get_status_test, blocks_until_the_scanner_is_closed)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -72,7 +72,7 @@ TEST_F(Get_status, blocks_until_the_scanner_is_closed)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, blocks_until_another_scanner_is_closed)
+TEST_F(Get_status_test, blocks_until_another_scanner_is_closed)
 {
     open_scanners(2);
     Status_waiter waiter(0);
@@ -81,7 +81,7 @@ TEST_F(Get_status, blocks_until_another_scanner_is_closed)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, blocks_until_the_scanner_is_unplugged_and_is_9005_then)
+TEST_F(Get_status_test, blocks_until_the_scanner_is_unplugged_and_is_9005_then)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -92,7 +92,7 @@ TEST_F(Get_status, blocks_until_the_scanner_is_unplugged_and_is_9005_then)
                                         refusal("get_status", VYRA_DEVICE_UNAVAIL)));
 }
 
-TEST_F(Get_status, is_0_for_a_scanner_when_another_is_unplugged)
+TEST_F(Get_status_test, is_0_for_a_scanner_when_another_is_unplugged)
 {
     open_scanners(2);
     Status_waiter waiter(0);
@@ -102,7 +102,7 @@ TEST_F(Get_status, is_0_for_a_scanner_when_another_is_unplugged)
     take_log();
 }
 
-TEST_F(Get_status, blocks_until_the_scanner_is_plugged_in_again)
+TEST_F(Get_status_test, blocks_until_the_scanner_is_plugged_in_again)
 {
     open_scanners(1);
     send_event(2, scanner_1);
@@ -114,7 +114,7 @@ TEST_F(Get_status, blocks_until_the_scanner_is_plugged_in_again)
     take_log();
 }
 
-TEST_F(Get_status, is_9005_at_every_change_while_the_scanner_is_away)
+TEST_F(Get_status_test, is_9005_at_every_change_while_the_scanner_is_away)
 {
     open_scanners(1);
     send_event(2, scanner_1);
@@ -125,7 +125,7 @@ TEST_F(Get_status, is_9005_at_every_change_while_the_scanner_is_away)
     take_log();
 }
 
-TEST_F(Get_status, blocks_until_the_system_sleeps)
+TEST_F(Get_status_test, blocks_until_the_system_sleeps)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -134,7 +134,7 @@ TEST_F(Get_status, blocks_until_the_system_sleeps)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, a_plug_of_a_scanner_that_is_not_open_changes_nothing)
+TEST_F(Get_status_test, a_plug_of_a_scanner_that_is_not_open_changes_nothing)
 {
     open_scanners(1);
     brenvozulta_sim_attach(scanner_2);
@@ -148,7 +148,7 @@ TEST_F(Get_status, a_plug_of_a_scanner_that_is_not_open_changes_nothing)
     take_log();
 }
 
-TEST_F(Get_status, resume_changes_nothing)
+TEST_F(Get_status_test, resume_changes_nothing)
 {
     open_scanners(1);
     access::manager().ManagePowerEvent(true);
@@ -162,7 +162,7 @@ TEST_F(Get_status, resume_changes_nothing)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, sleep_without_an_open_scanner_raises_nothing)
+TEST_F(Get_status_test, sleep_without_an_open_scanner_raises_nothing)
 {
     initialize();
     access::manager().ManagePowerEvent(true);
@@ -175,7 +175,7 @@ TEST_F(Get_status, sleep_without_an_open_scanner_raises_nothing)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, one_change_releases_one_waiter)
+TEST_F(Get_status_test, one_change_releases_one_waiter)
 {
     open_scanners(2);
     constexpr std::size_t waiter_count = 3;
@@ -199,7 +199,7 @@ TEST_F(Get_status, one_change_releases_one_waiter)
     }
 }
 
-TEST_F(Get_status, a_change_nobody_waited_for_is_kept_across_close_and_open_and_counts_once)
+TEST_F(Get_status_test, a_change_nobody_waited_for_is_kept_across_close_and_open_and_counts_once)
 {
     open_scanners(1);
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -212,7 +212,7 @@ TEST_F(Get_status, a_change_nobody_waited_for_is_kept_across_close_and_open_and_
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, changes_nobody_waited_for_are_one)
+TEST_F(Get_status_test, changes_nobody_waited_for_are_one)
 {
     open_scanners(1);
     access::raise_status_change();
@@ -225,7 +225,7 @@ TEST_F(Get_status, changes_nobody_waited_for_are_one)
     EXPECT_EQ(waiter.result(), VYRA_OK);
 }
 
-TEST_F(Get_status, a_kept_change_survives_terminate_and_initialize)
+TEST_F(Get_status_test, a_kept_change_survives_terminate_and_initialize)
 {
     initialize();
     access::raise_status_change();
@@ -236,7 +236,7 @@ TEST_F(Get_status, a_kept_change_survives_terminate_and_initialize)
 }
 
 // Handle 1 is dropped with the table, not closed: nothing but the end of the session wakes its waiters.
-TEST_F(Get_status, terminate_releases_every_waiter_of_every_scanner)
+TEST_F(Get_status_test, terminate_releases_every_waiter_of_every_scanner)
 {
     open_scanners(2);
     std::vector<std::unique_ptr<Status_waiter>> waiters;
@@ -251,7 +251,7 @@ TEST_F(Get_status, terminate_releases_every_waiter_of_every_scanner)
     }
 }
 
-TEST_F(Get_status, terminate_that_does_not_release_the_driver_releases_the_waiters)
+TEST_F(Get_status_test, terminate_that_does_not_release_the_driver_releases_the_waiters)
 {
     open_scanners(2);
     Status_waiter waiter_0(0);
@@ -266,7 +266,7 @@ TEST_F(Get_status, terminate_that_does_not_release_the_driver_releases_the_waite
     take_log();
 }
 
-TEST_F(Get_status, a_waiter_of_an_unplugged_scanner_is_9005_when_terminate_releases_it)
+TEST_F(Get_status_test, a_waiter_of_an_unplugged_scanner_is_9005_when_terminate_releases_it)
 {
     open_scanners(2);
     send_event(2, scanner_2);
@@ -278,7 +278,7 @@ TEST_F(Get_status, a_waiter_of_an_unplugged_scanner_is_9005_when_terminate_relea
     take_log();
 }
 
-TEST_F(Get_status, waits_without_the_manager_lock)
+TEST_F(Get_status_test, waits_without_the_manager_lock)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -292,7 +292,7 @@ TEST_F(Get_status, waits_without_the_manager_lock)
     EXPECT_TRUE(becomes_true([&] { return waiter.has_returned() || second.has_returned(); }));
 }
 
-TEST_F(Get_status, keeps_a_displaced_device_alive)
+TEST_F(Get_status_test, keeps_a_displaced_device_alive)
 {
     brenvozulta_sim_attach(scanner_3);
     open_scanners(2);
@@ -305,7 +305,7 @@ TEST_F(Get_status, keeps_a_displaced_device_alive)
 }
 
 // Waiters that come at any moment of an end: none is missed, and none touches a device that is gone.
-TEST_F(Get_status, waiters_that_enter_while_terminate_runs_return)
+TEST_F(Get_status_test, waiters_that_enter_while_terminate_runs_return)
 {
     constexpr int cycles = 150;
     constexpr int waiter_count = 4;

@@ -9,9 +9,9 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Device_info_by_name : public Manager_test {
+class Device_info_by_name_test : public Manager_test {
 protected:
-    Device_info_by_name() { std::memset(&record, 0x5A, sizeof(record)); }
+    Device_info_by_name_test() { std::memset(&record, 0x5A, sizeof(record)); }
 
     void initialize_with_serial_number(const char* serial_number)
     {
@@ -42,7 +42,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Device_info_by_name, of_a_detected_scanner_needs_no_driver_call)
+TEST_F(Device_info_by_name_test, of_a_detected_scanner_needs_no_driver_call)
 {
     initialize_with_serial_number("123456789012");
     EXPECT_EQ(ask(scanner_1), VYRA_OK);
@@ -50,7 +50,7 @@ TEST_F(Device_info_by_name, of_a_detected_scanner_needs_no_driver_call)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Device_info_by_name, is_what_was_detected_and_not_what_the_scanner_is_now)
+TEST_F(Device_info_by_name_test, is_what_was_detected_and_not_what_the_scanner_is_now)
 {
     initialize_with_serial_number("OLD");
     brenvozulta_sim_set_serial_number(scanner_1, "NEW");
@@ -58,7 +58,7 @@ TEST_F(Device_info_by_name, is_what_was_detected_and_not_what_the_scanner_is_now
     expect_record(expected("OLD", "1.0.A"));
 }
 
-TEST_F(Device_info_by_name, first_of_equal_names_wins)
+TEST_F(Device_info_by_name_test, first_of_equal_names_wins)
 {
     initialize_with_serial_number("FIRST");
     brenvozulta_sim_set_serial_number(scanner_1, "SECOND");
@@ -69,7 +69,7 @@ TEST_F(Device_info_by_name, first_of_equal_names_wins)
     take_log();
 }
 
-TEST_F(Device_info_by_name, of_any_other_name_comes_from_the_driver)
+TEST_F(Device_info_by_name_test, of_any_other_name_comes_from_the_driver)
 {
     initialize_with_serial_number("A");
     brenvozulta_sim_attach(scanner_2);
@@ -80,7 +80,7 @@ TEST_F(Device_info_by_name, of_any_other_name_comes_from_the_driver)
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN"}));
 }
 
-TEST_F(Device_info_by_name, name_in_another_case_goes_to_the_driver)
+TEST_F(Device_info_by_name_test, name_in_another_case_goes_to_the_driver)
 {
     initialize_with_serial_number("A");
     EXPECT_EQ(ask("rq7-3050 #1"), VYRA_OK);
@@ -91,7 +91,7 @@ TEST_F(Device_info_by_name, name_in_another_case_goes_to_the_driver)
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN"}));
 }
 
-TEST_F(Device_info_by_name, part_of_a_name_goes_to_the_driver)
+TEST_F(Device_info_by_name_test, part_of_a_name_goes_to_the_driver)
 {
     initialize_with_serial_number("A");
     EXPECT_EQ(ask("RQ7-3050 #"), VYRA_INTERNAL);
@@ -101,7 +101,7 @@ TEST_F(Device_info_by_name, part_of_a_name_goes_to_the_driver)
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
-TEST_F(Device_info_by_name, driver_failure_is_9000_with_manufacturer_and_model_filled)
+TEST_F(Device_info_by_name_test, driver_failure_is_9000_with_manufacturer_and_model_filled)
 {
     initialize_with_serial_number("A");
     for (const std::uint32_t result : {1U, 5U, 18U, 19U}) {
@@ -113,7 +113,7 @@ TEST_F(Device_info_by_name, driver_failure_is_9000_with_manufacturer_and_model_f
     }
 }
 
-TEST_F(Device_info_by_name, not_initialized_is_9101_under_the_name_of_the_other_query)
+TEST_F(Device_info_by_name_test, not_initialized_is_9101_under_the_name_of_the_other_query)
 {
     initialize();
     VyraTerminate();
@@ -122,7 +122,7 @@ TEST_F(Device_info_by_name, not_initialized_is_9101_under_the_name_of_the_other_
     EXPECT_TRUE(untouched());
 }
 
-TEST_F(Device_info_by_name, suspended_is_9110_under_its_own_name)
+TEST_F(Device_info_by_name_test, suspended_is_9110_under_its_own_name)
 {
     initialize();
     access::set_suspended(true);
@@ -131,7 +131,7 @@ TEST_F(Device_info_by_name, suspended_is_9110_under_its_own_name)
     EXPECT_TRUE(untouched());
 }
 
-TEST_F(Device_info_by_name, null_name_is_9109)
+TEST_F(Device_info_by_name_test, null_name_is_9109)
 {
     initialize();
     EXPECT_EQ(ask(nullptr), VYRA_BAD_PARAMETER);
@@ -139,7 +139,7 @@ TEST_F(Device_info_by_name, null_name_is_9109)
     EXPECT_TRUE(untouched());
 }
 
-TEST_F(Device_info_by_name, name_of_10000_characters_is_unknown)
+TEST_F(Device_info_by_name_test, name_of_10000_characters_is_unknown)
 {
     initialize();
     EXPECT_EQ(ask(std::string(10'000, 'x').c_str()), VYRA_INTERNAL);

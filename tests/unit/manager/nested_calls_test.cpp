@@ -69,7 +69,7 @@ private:
     std::future<void> event_;
 };
 
-class Nested_calls : public Manager_test {
+class Nested_calls_test : public Manager_test {
 protected:
     void SetUp() override
     {
@@ -80,7 +80,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Nested_calls, inside_a_terminate_are_refused_and_change_nothing)
+TEST_F(Nested_calls_test, inside_a_terminate_are_refused_and_change_nothing)
 {
     open_scanners(2);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 4'000'000), VYRA_OK);
@@ -119,7 +119,7 @@ TEST_F(Nested_calls, inside_a_terminate_are_refused_and_change_nothing)
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
 }
 
-TEST_F(Nested_calls, that_change_the_session_inside_an_initialize_are_refused)
+TEST_F(Nested_calls_test, that_change_the_session_inside_an_initialize_are_refused)
 {
     char own_class[] = "VYRABRENVOZULTA";
     ASSERT_TRUE(InitUsbNotifier(own_class));

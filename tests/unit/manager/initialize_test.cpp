@@ -15,7 +15,7 @@ namespace {
 constexpr std::int64_t default_size = 52'428'800;
 const Calls bring_up = {"QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"};
 
-class Initialize : public Manager_test {};
+class Initialize_test : public Manager_test {};
 
 std::string enumeration_failed(std::uint32_t result)
 {
@@ -24,7 +24,7 @@ std::string enumeration_failed(std::uint32_t result)
 
 }  // namespace
 
-TEST_F(Initialize, calls_the_driver_in_order_and_logs_nothing)
+TEST_F(Initialize_test, calls_the_driver_in_order_and_logs_nothing)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), bring_up);
@@ -32,7 +32,7 @@ TEST_F(Initialize, calls_the_driver_in_order_and_logs_nothing)
     EXPECT_EQ(access::callback(), &host_callback);
 }
 
-TEST_F(Initialize, registers_the_hot_plug_listener_of_the_manager)
+TEST_F(Initialize_test, registers_the_hot_plug_listener_of_the_manager)
 {
     initialize();
     brenvozulta_sim_call call = {};
@@ -40,7 +40,7 @@ TEST_F(Initialize, registers_the_hot_plug_listener_of_the_manager)
     EXPECT_EQ(call.arguments[0], reinterpret_cast<std::uintptr_t>(&kvs::brenvozulta::hot_plug_listener));
 }
 
-TEST_F(Initialize, keeps_whole_entries_in_the_order_of_the_driver)
+TEST_F(Initialize_test, keeps_whole_entries_in_the_order_of_the_driver)
 {
     brenvozulta_sim_attach(scanner_2);
     brenvozulta_sim_set_serial_number(scanner_2, "SERIAL-00002");
@@ -51,7 +51,7 @@ TEST_F(Initialize, keeps_whole_entries_in_the_order_of_the_driver)
     EXPECT_EQ(std::string(detected[1].info.serial_number, 12), "SERIAL-00002");
 }
 
-TEST_F(Initialize, log_level_above_3_becomes_0)
+TEST_F(Initialize_test, log_level_above_3_becomes_0)
 {
     const auto level_after = [](std::uint32_t level) {
         EXPECT_EQ(VyraInitialize_N(nullptr, level, 0), VYRA_OK);
@@ -69,7 +69,7 @@ TEST_F(Initialize, log_level_above_3_becomes_0)
     EXPECT_EQ(level_after(0), 0);
 }
 
-TEST_F(Initialize, log_limit_below_1_becomes_50_mib)
+TEST_F(Initialize_test, log_limit_below_1_becomes_50_mib)
 {
     const auto limit_after = [](std::int32_t limit) {
         EXPECT_EQ(VyraInitialize_N(nullptr, 0, limit), VYRA_OK);
@@ -84,7 +84,7 @@ TEST_F(Initialize, log_limit_below_1_becomes_50_mib)
     EXPECT_EQ(limit_after(std::numeric_limits<std::int32_t>::min()), default_size);
 }
 
-TEST_F(Initialize, second_initialize_says_so_closes_all_scanners_and_starts_the_driver_again)
+TEST_F(Initialize_test, second_initialize_says_so_closes_all_scanners_and_starts_the_driver_again)
 {
     open_scanners(2);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
@@ -96,7 +96,7 @@ TEST_F(Initialize, second_initialize_says_so_closes_all_scanners_and_starts_the_
     EXPECT_EQ(open(), 0U);
 }
 
-TEST_F(Initialize, line_of_a_second_initialize_is_tracing)
+TEST_F(Initialize_test, line_of_a_second_initialize_is_tracing)
 {
     initialize();
     ASSERT_EQ(VyraInitialize_N(nullptr, 1, 0), VYRA_OK);
@@ -104,7 +104,7 @@ TEST_F(Initialize, line_of_a_second_initialize_is_tracing)
 }
 
 // The result of the nested terminate is not looked at.
-TEST_F(Initialize, second_initialize_goes_on_when_the_driver_is_not_released)
+TEST_F(Initialize_test, second_initialize_goes_on_when_the_driver_is_not_released)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -115,7 +115,7 @@ TEST_F(Initialize, second_initialize_goes_on_when_the_driver_is_not_released)
                                         refusal("terminate", VYRA_INTERNAL)));
 }
 
-TEST_F(Initialize, driver_that_does_not_come_up_is_9000_and_leaves_the_library_uninitialized)
+TEST_F(Initialize_test, driver_that_does_not_come_up_is_9000_and_leaves_the_library_uninitialized)
 {
     for (const std::uint32_t result : {1U, 5U, 18U, 19U, 0xFFFFFFFFU}) {
         brenvozulta_sim_fail("QXDR_Initialize", result, 1);
@@ -129,7 +129,7 @@ TEST_F(Initialize, driver_that_does_not_come_up_is_9000_and_leaves_the_library_u
     }
 }
 
-TEST_F(Initialize, driver_that_lists_nothing_with_result_5_is_success)
+TEST_F(Initialize_test, driver_that_lists_nothing_with_result_5_is_success)
 {
     brenvozulta_sim_remove_all();
     initialize();
@@ -138,7 +138,7 @@ TEST_F(Initialize, driver_that_lists_nothing_with_result_5_is_success)
 }
 
 // The driver then leaves the count as it was, and the entries too, which are all zero.
-TEST_F(Initialize, count_that_result_5_left_untouched_lists_empty_entries)
+TEST_F(Initialize_test, count_that_result_5_left_untouched_lists_empty_entries)
 {
     brenvozulta_sim_remove_all();
     initialize();
@@ -149,14 +149,14 @@ TEST_F(Initialize, count_that_result_5_left_untouched_lists_empty_entries)
     EXPECT_EQ(access::detected_devices().size(), 8U);
 }
 
-TEST_F(Initialize, enumeration_result_18_is_9110)
+TEST_F(Initialize_test, enumeration_result_18_is_9110)
 {
     brenvozulta_sim_fail("QXDR_GetDevicesList", 18, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_SCN_UNAVAILABLE);
     EXPECT_THAT(take_log(), ElementsAre(enumeration_failed(18)));
 }
 
-TEST_F(Initialize, every_other_enumeration_result_is_9000)
+TEST_F(Initialize_test, every_other_enumeration_result_is_9000)
 {
     for (std::uint32_t result = 1; result <= 20; ++result) {
         if (result == 5 || result == 18) {
@@ -169,7 +169,7 @@ TEST_F(Initialize, every_other_enumeration_result_is_9000)
     }
 }
 
-TEST_F(Initialize, failed_enumeration_leaves_it_initialized_without_events)
+TEST_F(Initialize_test, failed_enumeration_leaves_it_initialized_without_events)
 {
     brenvozulta_sim_fail("QXDR_GetDevicesList", 2, 1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_INTERNAL);
@@ -185,7 +185,7 @@ TEST_F(Initialize, failed_enumeration_leaves_it_initialized_without_events)
     EXPECT_FALSE(access::initialized());
 }
 
-TEST_F(Initialize, count_of_the_driver_is_taken_within_0_to_8)
+TEST_F(Initialize_test, count_of_the_driver_is_taken_within_0_to_8)
 {
     brenvozulta_sim_attach(scanner_2);
     const auto listed_with = [](std::int32_t count) {
@@ -205,7 +205,7 @@ TEST_F(Initialize, count_of_the_driver_is_taken_within_0_to_8)
     EXPECT_EQ(listed_with(0x7FFFFFFF), all);
 }
 
-TEST_F(Initialize, offers_the_driver_room_for_8_entries)
+TEST_F(Initialize_test, offers_the_driver_room_for_8_entries)
 {
     for (std::size_t number = 2; number <= 9; ++number) {
         brenvozulta_sim_attach(scanner_name(number).c_str());
@@ -215,7 +215,7 @@ TEST_F(Initialize, offers_the_driver_room_for_8_entries)
     EXPECT_EQ(access::detected_names().back(), scanner_name(8));
 }
 
-TEST_F(Initialize, refused_listener_is_a_warning_only)
+TEST_F(Initialize_test, refused_listener_is_a_warning_only)
 {
     brenvozulta_sim_fail("QXDR_SetListenerCallbackHotPlug", 19, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
@@ -224,7 +224,7 @@ TEST_F(Initialize, refused_listener_is_a_warning_only)
     EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
 }
 
-TEST_F(Initialize, starts_the_notification_service_after_the_listener)
+TEST_F(Initialize_test, starts_the_notification_service_after_the_listener)
 {
     brenvozulta_sim_block("QXDR_SetListenerCallbackHotPlug");
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
@@ -238,7 +238,7 @@ TEST_F(Initialize, starts_the_notification_service_after_the_listener)
     EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
 }
 
-TEST_F(Initialize, is_initialized_only_once_the_driver_is)
+TEST_F(Initialize_test, is_initialized_only_once_the_driver_is)
 {
     brenvozulta_sim_block("QXDR_Initialize");
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(nullptr, 3, 0); });
@@ -249,7 +249,7 @@ TEST_F(Initialize, is_initialized_only_once_the_driver_is)
 }
 
 // They are stored before the lock is certain: at once while another thread has it, and for good when it cannot be had.
-TEST_F(Initialize, settings_are_in_place_before_the_lock_and_stay_when_the_wait_fails)
+TEST_F(Initialize_test, settings_are_in_place_before_the_lock_and_stay_when_the_wait_fails)
 {
     const Lock_held_elsewhere busy;
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(host_callback, 3, 4711); });
@@ -268,7 +268,7 @@ TEST_F(Initialize, settings_are_in_place_before_the_lock_and_stay_when_the_wait_
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Initialize, goes_on_as_soon_as_the_lock_is_free)
+TEST_F(Initialize_test, goes_on_as_soon_as_the_lock_is_free)
 {
     std::future<std::int32_t> initializing;
     {

@@ -6,7 +6,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Video_modes : public Manager_test {
+class Video_modes_test : public Manager_test {
 protected:
     void SetUp() override
     {
@@ -34,34 +34,34 @@ protected:
 
 }  // namespace
 
-TEST_F(Video_modes, modes_3_and_above_18_are_9109_without_a_line)
+TEST_F(Video_modes_test, modes_3_and_above_18_are_9109_without_a_line)
 {
     for (const std::uint32_t mode : {3U, 19U, 20U, 256U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_EQ(config_of(mode), 0);
     }
 }
 
-TEST_F(Video_modes, modes_1_2_and_4_to_8_capture_flat_fingers)
+TEST_F(Video_modes_test, modes_1_2_and_4_to_8_capture_flat_fingers)
 {
     for (const std::uint32_t mode : {1U, 2U, 4U, 5U, 6U, 7U, 8U}) {
         EXPECT_EQ(config_of(mode), 1) << mode;
     }
 }
 
-TEST_F(Video_modes, modes_0_and_9_to_18_capture_rolled_fingers)
+TEST_F(Video_modes_test, modes_0_and_9_to_18_capture_rolled_fingers)
 {
     for (const std::uint32_t mode : {0U, 9U, 10U, 11U, 12U, 13U, 14U, 15U, 16U, 17U, 18U}) {
         EXPECT_EQ(config_of(mode), 13) << mode;
     }
 }
 
-TEST_F(Video_modes, the_third_argument_is_not_used)
+TEST_F(Video_modes_test, the_third_argument_is_not_used)
 {
     EXPECT_EQ(config_of(1, 0xFFFFFFFF), 1);
     EXPECT_EQ(config_of(0, 3), 13);
 }
 
-TEST_F(Video_modes, the_camera_captures_flat_fingers)
+TEST_F(Video_modes_test, the_camera_captures_flat_fingers)
 {
     ASSERT_EQ(VyraBrenvoStartVideo(0, 0, 0), VYRA_OK);
     ASSERT_EQ(VyraStopVideo(0), VYRA_OK);
@@ -69,7 +69,7 @@ TEST_F(Video_modes, the_camera_captures_flat_fingers)
     EXPECT_EQ(brenvozulta_sim_selected_config(scanner_1), 1);
 }
 
-TEST_F(Video_modes, a_refused_mode_comes_after_the_handle)
+TEST_F(Video_modes_test, a_refused_mode_comes_after_the_handle)
 {
     EXPECT_EQ(VyraBrenvoStartVideo(1, 3, 0), VYRA_BAD_SCANNER_IDX);
     EXPECT_EQ(take_log(), Lines{refusal("start_video", VYRA_BAD_SCANNER_IDX)});

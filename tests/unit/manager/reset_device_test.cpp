@@ -9,7 +9,7 @@ namespace {
 
 const std::string not_detected = "reset_device:    device->reset is OK but no device detected after 2000 ms \n";
 
-class Reset_device : public Manager_test {
+class Reset_device_test : public Manager_test {
 protected:
     // The plug event alone: the two events of a restart reach the manager lock in no certain order.
     static void restart_with(std::uint32_t delay_ms, bool returns)
@@ -21,7 +21,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Reset_device, returns_0_when_the_scanner_comes_back)
+TEST_F(Reset_device_test, returns_0_when_the_scanner_comes_back)
 {
     open_scanners(1);
     restart_with(50, true);
@@ -33,7 +33,7 @@ TEST_F(Reset_device, returns_0_when_the_scanner_comes_back)
     EXPECT_NE(access::open_devices().find(0), nullptr) << "the handle stays";
 }
 
-TEST_F(Reset_device, waits_for_a_return_after_the_driver_call)
+TEST_F(Reset_device_test, waits_for_a_return_after_the_driver_call)
 {
     open_scanners(1);
     restart_with(500, true);
@@ -42,7 +42,7 @@ TEST_F(Reset_device, waits_for_a_return_after_the_driver_call)
     take_log();
 }
 
-TEST_F(Reset_device, a_return_that_never_comes_is_9005)
+TEST_F(Reset_device_test, a_return_that_never_comes_is_9005)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -52,7 +52,7 @@ TEST_F(Reset_device, a_return_that_never_comes_is_9005)
 }
 
 // A detection of some time ago is not the return that is waited for.
-TEST_F(Reset_device, forgets_earlier_detections_before_the_driver_call)
+TEST_F(Reset_device_test, forgets_earlier_detections_before_the_driver_call)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -67,7 +67,7 @@ TEST_F(Reset_device, forgets_earlier_detections_before_the_driver_call)
 }
 
 // The listener sets the flag before it waits for the manager lock, which the reset holds.
-TEST_F(Reset_device, listener_sets_the_flag_while_the_reset_holds_the_lock)
+TEST_F(Reset_device_test, listener_sets_the_flag_while_the_reset_holds_the_lock)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -86,7 +86,7 @@ TEST_F(Reset_device, listener_sets_the_flag_while_the_reset_holds_the_lock)
     take_log();
 }
 
-TEST_F(Reset_device, unplug_during_the_wait_takes_the_detection_back)
+TEST_F(Reset_device_test, unplug_during_the_wait_takes_the_detection_back)
 {
     open_scanners(1);
     restart_with(0, false);
@@ -102,7 +102,7 @@ TEST_F(Reset_device, unplug_during_the_wait_takes_the_detection_back)
     take_log();
 }
 
-TEST_F(Reset_device, refusal_of_the_driver_is_returned_at_once_and_not_logged_again)
+TEST_F(Reset_device_test, refusal_of_the_driver_is_returned_at_once_and_not_logged_again)
 {
     open_scanners(1);
     brenvozulta_sim_fail("QXDR_ResetDevice", 9, 1);
@@ -110,7 +110,7 @@ TEST_F(Reset_device, refusal_of_the_driver_is_returned_at_once_and_not_logged_ag
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_ResetDevice ret = 9 \n"));
 }
 
-TEST_F(Reset_device, suspended_is_9110)
+TEST_F(Reset_device_test, suspended_is_9110)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -119,7 +119,7 @@ TEST_F(Reset_device, suspended_is_9110)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Reset_device, not_initialized_is_9101)
+TEST_F(Reset_device_test, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -129,14 +129,14 @@ TEST_F(Reset_device, not_initialized_is_9101)
     EXPECT_TRUE(access::device_detected()) << "untouched by a refused reset";
 }
 
-TEST_F(Reset_device, unknown_handle_is_9108)
+TEST_F(Reset_device_test, unknown_handle_is_9108)
 {
     open_scanners(1);
     EXPECT_EQ(VyraBusReset_N(1), VYRA_BAD_SCANNER_IDX);
     EXPECT_THAT(take_log(), ElementsAre(refusal("reset_device", VYRA_BAD_SCANNER_IDX)));
 }
 
-TEST_F(Reset_device, entry_without_a_device_is_9005_without_a_line)
+TEST_F(Reset_device_test, entry_without_a_device_is_9005_without_a_line)
 {
     initialize();
     access::open_devices().store(0, nullptr);

@@ -12,7 +12,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Terminate : public Manager_test {
+class Terminate_test : public Manager_test {
 protected:
     // The handles, not the numbers, of the scanners with these names.
     static std::vector<void*> driver_handles(const std::vector<std::size_t>& numbers)
@@ -41,7 +41,7 @@ bool log_is_closed_after(const std::string& last_line)
 
 }  // namespace
 
-TEST_F(Terminate, without_initialize_is_9101_and_closes_the_log)
+TEST_F(Terminate_test, without_initialize_is_9101_and_closes_the_log)
 {
     initialize();
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
@@ -52,7 +52,7 @@ TEST_F(Terminate, without_initialize_is_9101_and_closes_the_log)
     take_log();
 }
 
-TEST_F(Terminate, success_closes_the_log_and_logs_nothing)
+TEST_F(Terminate_test, success_closes_the_log_and_logs_nothing)
 {
     initialize();
     VyraBrenvoZultaGetPortType(0, nullptr);
@@ -61,7 +61,7 @@ TEST_F(Terminate, success_closes_the_log_and_logs_nothing)
     take_log();
 }
 
-TEST_F(Terminate, unreleased_driver_is_9000_and_closes_the_log)
+TEST_F(Terminate_test, unreleased_driver_is_9000_and_closes_the_log)
 {
     initialize();
     brenvozulta_sim_fail("QXDR_Release", 7, 1);
@@ -70,7 +70,7 @@ TEST_F(Terminate, unreleased_driver_is_9000_and_closes_the_log)
     take_log();
 }
 
-TEST_F(Terminate, closes_by_index_while_the_table_shrinks)
+TEST_F(Terminate_test, closes_by_index_while_the_table_shrinks)
 {
     const std::vector<std::vector<std::size_t>> closed_of = {{},        {1},       {1},          {1, 2},      {1, 2},
                                                              {1, 2, 3}, {1, 2, 3}, {1, 2, 3, 4}, {1, 2, 3, 4}};
@@ -92,7 +92,7 @@ TEST_F(Terminate, closes_by_index_while_the_table_shrinks)
     }
 }
 
-TEST_F(Terminate, with_only_handle_1_open_closes_nothing_in_the_driver)
+TEST_F(Terminate_test, with_only_handle_1_open_closes_nothing_in_the_driver)
 {
     open_scanners(2);
     ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -103,7 +103,7 @@ TEST_F(Terminate, with_only_handle_1_open_closes_nothing_in_the_driver)
     EXPECT_EQ(access::open_devices().size(), 0U);
 }
 
-TEST_F(Terminate, with_handles_1_and_2_open_closes_handle_1)
+TEST_F(Terminate_test, with_handles_1_and_2_open_closes_handle_1)
 {
     open_scanners(3);
     ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -113,7 +113,7 @@ TEST_F(Terminate, with_handles_1_and_2_open_closes_handle_1)
     EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
 }
 
-TEST_F(Terminate, drops_the_devices_before_it_releases_the_driver)
+TEST_F(Terminate_test, drops_the_devices_before_it_releases_the_driver)
 {
     open_scanners(2);
     const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> second = access::open_devices().look_up(1);
@@ -128,7 +128,7 @@ TEST_F(Terminate, drops_the_devices_before_it_releases_the_driver)
     EXPECT_FALSE(access::initialized());
 }
 
-TEST_F(Terminate, ends_the_power_subscription_and_the_notifier)
+TEST_F(Terminate_test, ends_the_power_subscription_and_the_notifier)
 {
     initialize();
     EXPECT_TRUE(wait_for_notifier_window());
@@ -137,7 +137,7 @@ TEST_F(Terminate, ends_the_power_subscription_and_the_notifier)
     EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
 }
 
-TEST_F(Terminate, unreleased_driver_leaves_it_initialized_with_its_events)
+TEST_F(Terminate_test, unreleased_driver_leaves_it_initialized_with_its_events)
 {
     open_scanners(2);
     for (const std::uint32_t result : {1U, 5U, 19U}) {
@@ -155,7 +155,7 @@ TEST_F(Terminate, unreleased_driver_leaves_it_initialized_with_its_events)
     EXPECT_FALSE(access::initialized());
 }
 
-TEST_F(Terminate, a_second_cycle_works_like_the_first)
+TEST_F(Terminate_test, a_second_cycle_works_like_the_first)
 {
     for (int cycle = 0; cycle < 2; ++cycle) {
         initialize(host_callback);
@@ -168,7 +168,7 @@ TEST_F(Terminate, a_second_cycle_works_like_the_first)
     }
 }
 
-TEST_F(Terminate, a_close_that_fails_does_not_stop_it)
+TEST_F(Terminate_test, a_close_that_fails_does_not_stop_it)
 {
     open_scanners(1);
     brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);

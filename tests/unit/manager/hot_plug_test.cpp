@@ -25,7 +25,7 @@ std::string telling_unplug(const std::string& name)
     return "ManageUnplugEvent event : sending unplug callback for " + name + "\r\n";
 }
 
-class Hot_plug : public Manager_test {
+class Hot_plug_test : public Manager_test {
 protected:
     // An event as the driver reports it, dealt with to its end.
     static void send(std::int32_t event, const char* scanner)
@@ -37,7 +37,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Hot_plug, plugging_a_scanner_that_was_never_opened_tells_the_host_and_adds_an_entry)
+TEST_F(Hot_plug_test, plugging_a_scanner_that_was_never_opened_tells_the_host_and_adds_an_entry)
 {
     initialize(host_callback);
     plug(scanner_2);
@@ -48,7 +48,7 @@ TEST_F(Hot_plug, plugging_a_scanner_that_was_never_opened_tells_the_host_and_add
     EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, telling_plug(scanner_2)));
 }
 
-TEST_F(Hot_plug, pulling_a_listed_scanner_tells_the_host_and_removes_the_entry)
+TEST_F(Hot_plug_test, pulling_a_listed_scanner_tells_the_host_and_removes_the_entry)
 {
     brenvozulta_sim_attach(scanner_2);
     brenvozulta_sim_attach(scanner_3);
@@ -61,7 +61,7 @@ TEST_F(Hot_plug, pulling_a_listed_scanner_tells_the_host_and_removes_the_entry)
     EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace, telling_unplug(scanner_2)));
 }
 
-TEST_F(Hot_plug, the_record_is_kept_whole)
+TEST_F(Hot_plug_test, the_record_is_kept_whole)
 {
     initialize();
     brenvozulta_sim_attach(scanner_2);
@@ -75,7 +75,7 @@ TEST_F(Hot_plug, the_record_is_kept_whole)
     take_log();
 }
 
-TEST_F(Hot_plug, at_level_1_only_the_tracing_is_logged)
+TEST_F(Hot_plug_test, at_level_1_only_the_tracing_is_logged)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 1, 0), VYRA_OK);
     plug(scanner_2);
@@ -83,7 +83,7 @@ TEST_F(Hot_plug, at_level_1_only_the_tracing_is_logged)
     EXPECT_THAT(take_log(), ElementsAre(plug_trace, telling_plug(scanner_2), unplug_trace, telling_unplug(scanner_2)));
 }
 
-TEST_F(Hot_plug, at_level_0_nothing_is_logged)
+TEST_F(Hot_plug_test, at_level_0_nothing_is_logged)
 {
     ASSERT_EQ(VyraInitialize_N(host_callback, 0, 0), VYRA_OK);
     plug(scanner_2);
@@ -91,7 +91,7 @@ TEST_F(Hot_plug, at_level_0_nothing_is_logged)
     EXPECT_EQ(take_host_events().size(), 2U);
 }
 
-TEST_F(Hot_plug, without_a_callback_the_lists_are_kept_all_the_same)
+TEST_F(Hot_plug_test, without_a_callback_the_lists_are_kept_all_the_same)
 {
     initialize(nullptr);
     plug(scanner_2);
@@ -101,7 +101,7 @@ TEST_F(Hot_plug, without_a_callback_the_lists_are_kept_all_the_same)
     EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, unplugged_line, unplug_trace));
 }
 
-TEST_F(Hot_plug, unknown_events_do_nothing_at_all)
+TEST_F(Hot_plug_test, unknown_events_do_nothing_at_all)
 {
     open_scanners(1);
     access::set_device_detected(true);
@@ -117,7 +117,7 @@ TEST_F(Hot_plug, unknown_events_do_nothing_at_all)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Hot_plug, pulling_an_open_scanner_marks_it_and_leaves_its_handle_valid)
+TEST_F(Hot_plug_test, pulling_an_open_scanner_marks_it_and_leaves_its_handle_valid)
 {
     open_scanners(2);
     unplug(scanner_2);
@@ -130,7 +130,7 @@ TEST_F(Hot_plug, pulling_an_open_scanner_marks_it_and_leaves_its_handle_valid)
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 4 \n", "close_device:    Error=9005\r\n"));
 }
 
-TEST_F(Hot_plug, plugging_it_back_in_clears_the_mark)
+TEST_F(Hot_plug_test, plugging_it_back_in_clears_the_mark)
 {
     open_scanners(2);
     unplug(scanner_2);
@@ -141,7 +141,7 @@ TEST_F(Hot_plug, plugging_it_back_in_clears_the_mark)
     take_log();
 }
 
-TEST_F(Hot_plug, the_scanner_that_comes_back_is_found_by_name_whatever_its_case)
+TEST_F(Hot_plug_test, the_scanner_that_comes_back_is_found_by_name_whatever_its_case)
 {
     initialize();
     ASSERT_EQ(open("rq7-3050 #1"), 0U);
@@ -152,7 +152,7 @@ TEST_F(Hot_plug, the_scanner_that_comes_back_is_found_by_name_whatever_its_case)
     take_log();
 }
 
-TEST_F(Hot_plug, a_longer_or_shorter_name_is_another_scanner)
+TEST_F(Hot_plug_test, a_longer_or_shorter_name_is_another_scanner)
 {
     open_scanners(1);
     unplug(scanner_1);
@@ -164,7 +164,7 @@ TEST_F(Hot_plug, a_longer_or_shorter_name_is_another_scanner)
 }
 
 // An unplug is known by the handle of the opening, which a scanner that was plugged in again no longer has.
-TEST_F(Hot_plug, a_second_unplug_has_another_handle_and_does_not_mark)
+TEST_F(Hot_plug_test, a_second_unplug_has_another_handle_and_does_not_mark)
 {
     open_scanners(1);
     unplug(scanner_1);
@@ -175,7 +175,7 @@ TEST_F(Hot_plug, a_second_unplug_has_another_handle_and_does_not_mark)
     take_log();
 }
 
-TEST_F(Hot_plug, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
+TEST_F(Hot_plug_test, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
 {
     open_scanners(1);
     auto twin = boost::make_shared<kvs::brenvozulta::brenvozulta_device>();
@@ -191,7 +191,7 @@ TEST_F(Hot_plug, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
     take_log();
 }
 
-TEST_F(Hot_plug, entries_without_a_device_are_passed_over)
+TEST_F(Hot_plug_test, entries_without_a_device_are_passed_over)
 {
     initialize();
     access::open_devices().store(0, nullptr);
@@ -203,7 +203,7 @@ TEST_F(Hot_plug, entries_without_a_device_are_passed_over)
     take_log();
 }
 
-TEST_F(Hot_plug, the_same_scanner_plugged_twice_is_two_records_and_an_unplug_removes_the_first)
+TEST_F(Hot_plug_test, the_same_scanner_plugged_twice_is_two_records_and_an_unplug_removes_the_first)
 {
     initialize(host_callback);
     brenvozulta_sim_attach(scanner_2);
@@ -226,7 +226,7 @@ TEST_F(Hot_plug, the_same_scanner_plugged_twice_is_two_records_and_an_unplug_rem
     take_log();
 }
 
-TEST_F(Hot_plug, unplug_of_an_unknown_handle_is_not_reported)
+TEST_F(Hot_plug_test, unplug_of_an_unknown_handle_is_not_reported)
 {
     initialize(host_callback);
     int nothing = 0;
@@ -240,7 +240,7 @@ TEST_F(Hot_plug, unplug_of_an_unknown_handle_is_not_reported)
 }
 
 // It was opened under a handle that the list never held.
-TEST_F(Hot_plug, unplug_of_an_open_scanner_that_was_never_listed_marks_it_without_telling_the_host)
+TEST_F(Hot_plug_test, unplug_of_an_open_scanner_that_was_never_listed_marks_it_without_telling_the_host)
 {
     initialize(host_callback);
     brenvozulta_sim_attach(scanner_2);
@@ -251,7 +251,7 @@ TEST_F(Hot_plug, unplug_of_an_open_scanner_that_was_never_listed_marks_it_withou
     EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace));
 }
 
-TEST_F(Hot_plug, a_scanner_the_driver_cannot_describe_is_logged_with_the_raw_result_and_dropped)
+TEST_F(Hot_plug_test, a_scanner_the_driver_cannot_describe_is_logged_with_the_raw_result_and_dropped)
 {
     open_scanners(1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
@@ -271,7 +271,7 @@ TEST_F(Hot_plug, a_scanner_the_driver_cannot_describe_is_logged_with_the_raw_res
     EXPECT_THAT(take_host_events(), IsEmpty());
 }
 
-TEST_F(Hot_plug, events_before_initialize_and_after_terminate_change_nothing_but_the_flag)
+TEST_F(Hot_plug_test, events_before_initialize_and_after_terminate_change_nothing_but_the_flag)
 {
     initialize(host_callback);
     void* const scanner = brenvozulta_sim_handle(scanner_1);
@@ -289,7 +289,7 @@ TEST_F(Hot_plug, events_before_initialize_and_after_terminate_change_nothing_but
     EXPECT_THAT(take_host_events(), IsEmpty());
 }
 
-TEST_F(Hot_plug, events_are_dealt_with_while_the_system_sleeps)
+TEST_F(Hot_plug_test, events_are_dealt_with_while_the_system_sleeps)
 {
     initialize(host_callback);
     access::set_suspended(true);
@@ -299,7 +299,7 @@ TEST_F(Hot_plug, events_are_dealt_with_while_the_system_sleeps)
     take_log();
 }
 
-TEST_F(Hot_plug, a_name_of_559_characters_reaches_the_host_whole)
+TEST_F(Hot_plug_test, a_name_of_559_characters_reaches_the_host_whole)
 {
     const std::string name(559, 'n');
     initialize(host_callback);

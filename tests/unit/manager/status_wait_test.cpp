@@ -26,7 +26,7 @@ using kvs::brenvozulta::status_wait_test_access;
 const boost::chrono::seconds patience(20);
 const boost::chrono::milliseconds moment(20);
 
-class Status_wait : public testing::Test {
+class Status_wait_test : public testing::Test {
 protected:
     // Whether a wait of the current session returns at once, and uses a change up.
     bool take_change()
@@ -45,28 +45,28 @@ protected:
 
 }  // namespace
 
-TEST_F(Status_wait, a_change_is_kept_for_one_wait)
+TEST_F(Status_wait_test, a_change_is_kept_for_one_wait)
 {
     status.raise();
     EXPECT_TRUE(take_change());
     EXPECT_FALSE(take_change());
 }
 
-TEST_F(Status_wait, a_change_that_nobody_waited_for_outlives_its_session)
+TEST_F(Status_wait_test, a_change_that_nobody_waited_for_outlives_its_session)
 {
     status.raise();
     status.end_session();
     EXPECT_TRUE(take_change());
 }
 
-TEST_F(Status_wait, the_end_of_the_session_is_no_change)
+TEST_F(Status_wait_test, the_end_of_the_session_is_no_change)
 {
     status.end_session();
     EXPECT_FALSE(take_change());
 }
 
 // As a waiter that the end of its session has released, and that only comes to run after the next change.
-TEST_F(Status_wait, a_waiter_of_the_session_before_leaves_the_changes_of_the_new_one)
+TEST_F(Status_wait_test, a_waiter_of_the_session_before_leaves_the_changes_of_the_new_one)
 {
     const status_wait::session before = status.current_session();
     status.end_session();
@@ -76,7 +76,7 @@ TEST_F(Status_wait, a_waiter_of_the_session_before_leaves_the_changes_of_the_new
 }
 
 // A close raises a change, and the terminate that it belongs to ends the session before the waiter has run.
-TEST_F(Status_wait, a_change_that_released_a_waiter_ends_with_its_session)
+TEST_F(Status_wait_test, a_change_that_released_a_waiter_ends_with_its_session)
 {
     for (int round = 0; round < 100; ++round) {
         boost::thread waiting([this, session = status.current_session()] { status.wait(session); });
@@ -91,7 +91,7 @@ TEST_F(Status_wait, a_change_that_released_a_waiter_ends_with_its_session)
     EXPECT_FALSE(take_change());
 }
 
-TEST_F(Status_wait, all_waiters_of_a_session_are_released_by_its_end)
+TEST_F(Status_wait_test, all_waiters_of_a_session_are_released_by_its_end)
 {
     boost::thread_group waiting;
     for (int i = 0; i < 4; ++i) {

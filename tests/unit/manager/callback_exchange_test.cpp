@@ -8,12 +8,12 @@ using namespace manager_tests;
 
 namespace {
 
-using Callback_exchange = Manager_test;
+using Callback_exchange_test = Manager_test;
 
 }  // namespace
 
 // The line in front of each call of the host takes its time: enough for the callback to be another one behind it.
-TEST_F(Callback_exchange, an_event_uses_the_callback_that_it_found)
+TEST_F(Callback_exchange_test, an_event_uses_the_callback_that_it_found)
 {
     initialize(host_callback);
     std::atomic<bool> over{false};

@@ -9,7 +9,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-class Driver_liberties : public Manager_test {
+class Driver_liberties_test : public Manager_test {
 protected:
     static void inside_call(std::int32_t moment, const char* function, std::int32_t what, const char* scanner,
                             std::uint32_t late_ms = 0)
@@ -29,7 +29,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Driver_liberties, a_handle_that_comes_again_is_the_new_scanners)
+TEST_F(Driver_liberties_test, a_handle_that_comes_again_is_the_new_scanners)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AFTER_CLOSE), 1);
     initialize(host_callback);
@@ -50,7 +50,7 @@ TEST_F(Driver_liberties, a_handle_that_comes_again_is_the_new_scanners)
 }
 
 // The arrival inside the call is told on the host's thread, so the removal, which is told on another, comes after it.
-TEST_F(Driver_liberties, a_late_removal_is_the_scanners_that_had_the_handle_first)
+TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle_first)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AT_ONCE), 1);
     initialize(host_callback);
@@ -64,7 +64,7 @@ TEST_F(Driver_liberties, a_late_removal_is_the_scanners_that_had_the_handle_firs
     take_log();
 }
 
-TEST_F(Driver_liberties, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
+TEST_F(Driver_liberties_test, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
 {
     brenvozulta_sim_set_reopen_result(19);
     open_scanners(2);
@@ -82,7 +82,7 @@ TEST_F(Driver_liberties, a_scanner_that_stayed_open_in_the_driver_is_refused_and
     take_log();
 }
 
-TEST_F(Driver_liberties, a_second_initialize_releases_the_driver_first)
+TEST_F(Driver_liberties_test, a_second_initialize_releases_the_driver_first)
 {
     brenvozulta_sim_set_reinitialize_result(2);
     initialize();
@@ -93,7 +93,7 @@ TEST_F(Driver_liberties, a_second_initialize_releases_the_driver_first)
                      "QXDR_Initialize", "QXDR_GetDevicesList", "QXDR_SetListenerCallbackHotPlug"}));
 }
 
-TEST_F(Driver_liberties, an_arrival_during_the_registration_of_the_listener_is_listed_and_told)
+TEST_F(Driver_liberties_test, an_arrival_during_the_registration_of_the_listener_is_listed_and_told)
 {
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_SetListenerCallbackHotPlug", BRENVOZULTA_SIM_PLUG, scanner_2);
     initialize(host_callback);
@@ -102,7 +102,7 @@ TEST_F(Driver_liberties, an_arrival_during_the_registration_of_the_listener_is_l
     take_log();
 }
 
-TEST_F(Driver_liberties, a_removal_inside_the_open_leaves_a_device_that_can_be_closed)
+TEST_F(Driver_liberties_test, a_removal_inside_the_open_leaves_a_device_that_can_be_closed)
 {
     initialize(host_callback);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
@@ -114,7 +114,7 @@ TEST_F(Driver_liberties, a_removal_inside_the_open_leaves_a_device_that_can_be_c
     take_log();
 }
 
-TEST_F(Driver_liberties, a_host_that_lists_scanners_on_a_removal_inside_its_own_listing_gets_both)
+TEST_F(Driver_liberties_test, a_host_that_lists_scanners_on_a_removal_inside_its_own_listing_gets_both)
 {
     brenvozulta_sim_attach(scanner_2);
     initialize(host_callback);
@@ -131,7 +131,7 @@ TEST_F(Driver_liberties, a_host_that_lists_scanners_on_a_removal_inside_its_own_
     take_log();
 }
 
-TEST_F(Driver_liberties, a_return_that_is_told_inside_the_reset_ends_it_at_once)
+TEST_F(Driver_liberties_test, a_return_that_is_told_inside_the_reset_ends_it_at_once)
 {
     open_scanners(1);
     const brenvozulta_sim_restart never_back = {0, 0, 0};
@@ -142,7 +142,7 @@ TEST_F(Driver_liberties, a_return_that_is_told_inside_the_reset_ends_it_at_once)
     take_log();
 }
 
-TEST_F(Driver_liberties, a_removal_inside_the_release_finds_nothing_and_tells_nobody)
+TEST_F(Driver_liberties_test, a_removal_inside_the_release_finds_nothing_and_tells_nobody)
 {
     initialize(host_callback);
     inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_Release", BRENVOZULTA_SIM_UNPLUG, scanner_1);
@@ -151,7 +151,7 @@ TEST_F(Driver_liberties, a_removal_inside_the_release_finds_nothing_and_tells_no
     EXPECT_THAT(take_log(), ElementsAre("Device UnPlugged\n", "ManageUnplugEvent event\r\n"));
 }
 
-TEST_F(Driver_liberties, a_removal_before_the_open_has_returned_marks_the_device_afterwards)
+TEST_F(Driver_liberties_test, a_removal_before_the_open_has_returned_marks_the_device_afterwards)
 {
     initialize();
     ASSERT_EQ(brenvozulta_sim_block_return("QXDR_OpenDevice"), 1);
@@ -168,7 +168,7 @@ TEST_F(Driver_liberties, a_removal_before_the_open_has_returned_marks_the_device
 
 // The event waits for the manager lock that the terminate holds: the driver leaves it to itself, and it comes to
 // nothing.
-TEST_F(Driver_liberties, a_release_that_waits_for_the_listener_ends_all_the_same)
+TEST_F(Driver_liberties_test, a_release_that_waits_for_the_listener_ends_all_the_same)
 {
     initialize(host_callback);
     ASSERT_EQ(brenvozulta_sim_block("QXDR_Release"), 1);
@@ -184,7 +184,7 @@ TEST_F(Driver_liberties, a_release_that_waits_for_the_listener_ends_all_the_same
 }
 
 // A driver that gives its thread back before it closes.
-TEST_F(Driver_liberties, a_callback_that_waits_for_requests_does_not_hold_up_a_close_or_a_terminate)
+TEST_F(Driver_liberties_test, a_callback_that_waits_for_requests_does_not_hold_up_a_close_or_a_terminate)
 {
     brenvozulta_sim_set_frame_rate(1000);
     for (const bool terminate : {false, true}) {
@@ -198,7 +198,7 @@ TEST_F(Driver_liberties, a_callback_that_waits_for_requests_does_not_hold_up_a_c
     take_log();
 }
 
-TEST_F(Driver_liberties, a_close_inside_a_close_is_refused)
+TEST_F(Driver_liberties_test, a_close_inside_a_close_is_refused)
 {
     initialize([](std::int32_t, const char*, std::int32_t) -> std::int32_t { return VyraCloseDevice_N(0); });
     ASSERT_EQ(open(scanner_1), 0U);
@@ -211,7 +211,7 @@ TEST_F(Driver_liberties, a_close_inside_a_close_is_refused)
     take_log();
 }
 
-TEST_F(Driver_liberties, a_stop_inside_a_close_does_not_wait_for_a_thread_that_has_gone)
+TEST_F(Driver_liberties_test, a_stop_inside_a_close_does_not_wait_for_a_thread_that_has_gone)
 {
     static std::int32_t stopped;
     stopped = -1;

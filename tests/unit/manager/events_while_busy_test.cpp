@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t running = 1;
 constexpr std::uint32_t stopped = 3;
 
-class Events_while_busy : public Manager_test {
+class Events_while_busy_test : public Manager_test {
 protected:
     void start_video()
     {
@@ -48,7 +48,7 @@ private:
 
 }  // namespace
 
-TEST_F(Events_while_busy, unplug_while_video_runs_marks_the_scanner_and_leaves_the_video_to_the_host)
+TEST_F(Events_while_busy_test, unplug_while_video_runs_marks_the_scanner_and_leaves_the_video_to_the_host)
 {
     start_video();
     unplug(scanner_1);
@@ -60,7 +60,7 @@ TEST_F(Events_while_busy, unplug_while_video_runs_marks_the_scanner_and_leaves_t
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_StopCapture ret = 4 \n"));
 }
 
-TEST_F(Events_while_busy, plug_while_video_runs_disturbs_nothing)
+TEST_F(Events_while_busy_test, plug_while_video_runs_disturbs_nothing)
 {
     start_video();
     plug(scanner_2);
@@ -69,7 +69,7 @@ TEST_F(Events_while_busy, plug_while_video_runs_disturbs_nothing)
     take_log();
 }
 
-TEST_F(Events_while_busy, sleep_while_video_runs_stops_the_video_and_not_the_capture)
+TEST_F(Events_while_busy_test, sleep_while_video_runs_stops_the_video_and_not_the_capture)
 {
     start_video();
     access::manager().ManagePowerEvent(true);
@@ -80,7 +80,7 @@ TEST_F(Events_while_busy, sleep_while_video_runs_stops_the_video_and_not_the_cap
     EXPECT_EQ(brenvozulta_sim_is_capturing(scanner_1), 0);
 }
 
-TEST_F(Events_while_busy, sleep_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
+TEST_F(Events_while_busy_test, sleep_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     const auto ticket = park_the_callback();
@@ -91,7 +91,7 @@ TEST_F(Events_while_busy, sleep_while_the_acquisition_callback_is_parked_does_no
     release_the_callback(ticket);
 }
 
-TEST_F(Events_while_busy, unplug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
+TEST_F(Events_while_busy_test, unplug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     park_the_callback();
@@ -103,7 +103,7 @@ TEST_F(Events_while_busy, unplug_while_the_acquisition_callback_is_parked_does_n
     take_log();
 }
 
-TEST_F(Events_while_busy, plug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
+TEST_F(Events_while_busy_test, plug_while_the_acquisition_callback_is_parked_does_not_wait_for_it)
 {
     start_video();
     park_the_callback();
@@ -113,7 +113,7 @@ TEST_F(Events_while_busy, plug_while_the_acquisition_callback_is_parked_does_not
     take_log();
 }
 
-TEST_F(Events_while_busy, unplug_during_a_reset_is_dealt_with_once_the_reset_is_over)
+TEST_F(Events_while_busy_test, unplug_during_a_reset_is_dealt_with_once_the_reset_is_over)
 {
     open_scanners(1);
     const brenvozulta_sim_restart never = {0, 0, 0};
@@ -132,7 +132,7 @@ TEST_F(Events_while_busy, unplug_during_a_reset_is_dealt_with_once_the_reset_is_
 }
 
 // The reset is not interrupted; the sleep takes effect once it is over.
-TEST_F(Events_while_busy, sleep_during_a_reset_waits_for_its_end)
+TEST_F(Events_while_busy_test, sleep_during_a_reset_waits_for_its_end)
 {
     open_scanners(1);
     ASSERT_TRUE(wait_for_notifier_window());
@@ -157,7 +157,7 @@ TEST_F(Events_while_busy, sleep_during_a_reset_waits_for_its_end)
 }
 
 // Each waits for the other: the sleep for the manager, the end for the power subscribers. The sleep gives up first.
-TEST_F(Events_while_busy, sleep_while_terminate_runs_is_dropped_and_both_end)
+TEST_F(Events_while_busy_test, sleep_while_terminate_runs_is_dropped_and_both_end)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -176,7 +176,7 @@ TEST_F(Events_while_busy, sleep_while_terminate_runs_is_dropped_and_both_end)
     EXPECT_EQ(take_log().back(), refusal("ManagePowerEvent lock", VYRA_INTERNAL));
 }
 
-TEST_F(Events_while_busy, plug_while_terminate_runs_comes_too_late)
+TEST_F(Events_while_busy_test, plug_while_terminate_runs_comes_too_late)
 {
     initialize(host_callback);
     brenvozulta_sim_block("QXDR_Release");
@@ -192,7 +192,7 @@ TEST_F(Events_while_busy, plug_while_terminate_runs_comes_too_late)
 }
 
 // A subscriber that takes its time holds the end up; the library counts as initialized until then.
-TEST_F(Events_while_busy, terminate_waits_for_a_subscriber_and_is_initialized_until_then)
+TEST_F(Events_while_busy_test, terminate_waits_for_a_subscriber_and_is_initialized_until_then)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -207,7 +207,7 @@ TEST_F(Events_while_busy, terminate_waits_for_a_subscriber_and_is_initialized_un
 }
 
 // A thread cannot wait for itself: the notifier thread's own call fails, and does not hang.
-TEST_F(Events_while_busy, terminate_from_a_subscriber_is_9000_and_the_next_initialize_recovers)
+TEST_F(Events_while_busy_test, terminate_from_a_subscriber_is_9000_and_the_next_initialize_recovers)
 {
     static std::int32_t status;
     status = -1;

@@ -9,11 +9,11 @@ using ::testing::IsEmpty;
 
 namespace {
 
-using Host_callbacks = Manager_test;
+using Host_callbacks_test = Manager_test;
 
 }  // namespace
 
-TEST_F(Host_callbacks, run_with_the_manager_lock_held)
+TEST_F(Host_callbacks_test, run_with_the_manager_lock_held)
 {
     initialize(host_callback);
     bool others_kept_out = false;
@@ -25,7 +25,7 @@ TEST_F(Host_callbacks, run_with_the_manager_lock_held)
     take_log();
 }
 
-TEST_F(Host_callbacks, may_list_the_scanners)
+TEST_F(Host_callbacks_test, may_list_the_scanners)
 {
     initialize(host_callback);
     std::uint32_t count = 8;
@@ -39,7 +39,7 @@ TEST_F(Host_callbacks, may_list_the_scanners)
     take_log();
 }
 
-TEST_F(Host_callbacks, see_the_plugged_scanner_in_the_list_and_the_unplugged_one_too)
+TEST_F(Host_callbacks_test, see_the_plugged_scanner_in_the_list_and_the_unplugged_one_too)
 {
     initialize(host_callback);
     Lines names;
@@ -53,7 +53,7 @@ TEST_F(Host_callbacks, see_the_plugged_scanner_in_the_list_and_the_unplugged_one
     take_log();
 }
 
-TEST_F(Host_callbacks, may_open_the_scanner_they_are_told_about)
+TEST_F(Host_callbacks_test, may_open_the_scanner_they_are_told_about)
 {
     initialize(host_callback);
     std::uint32_t handle = VYRA_NO_HANDLE;
@@ -63,7 +63,7 @@ TEST_F(Host_callbacks, may_open_the_scanner_they_are_told_about)
     take_log();
 }
 
-TEST_F(Host_callbacks, may_close_the_scanner_they_are_told_about)
+TEST_F(Host_callbacks_test, may_close_the_scanner_they_are_told_about)
 {
     initialize(host_callback);
     ASSERT_EQ(open(), 0U);
@@ -76,7 +76,7 @@ TEST_F(Host_callbacks, may_close_the_scanner_they_are_told_about)
     take_log();
 }
 
-TEST_F(Host_callbacks, may_terminate_and_initialize_at_a_plug)
+TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_a_plug)
 {
     initialize(host_callback);
     react_to_host_events([&](const Host_event&) {
@@ -89,7 +89,7 @@ TEST_F(Host_callbacks, may_terminate_and_initialize_at_a_plug)
     take_log();
 }
 
-TEST_F(Host_callbacks, may_terminate_and_initialize_at_an_unplug)
+TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_an_unplug)
 {
     brenvozulta_sim_attach(scanner_2);
     initialize(host_callback);
@@ -103,7 +103,7 @@ TEST_F(Host_callbacks, may_terminate_and_initialize_at_an_unplug)
     take_log();
 }
 
-TEST_F(Host_callbacks, may_terminate)
+TEST_F(Host_callbacks_test, may_terminate)
 {
     for (const bool at_plug : {true, false}) {
         if (brenvozulta_sim_is_attached(scanner_2) == (at_plug ? 1 : 0)) {
@@ -120,7 +120,7 @@ TEST_F(Host_callbacks, may_terminate)
 }
 
 // The event is dealt with to its end all the same, and the next one comes.
-TEST_F(Host_callbacks, that_throw_are_logged_and_harm_nothing)
+TEST_F(Host_callbacks_test, that_throw_are_logged_and_harm_nothing)
 {
     initialize(host_callback);
     react_to_host_events([](const Host_event&) { throw std::runtime_error("the host's own trouble"); });
@@ -137,7 +137,7 @@ TEST_F(Host_callbacks, that_throw_are_logged_and_harm_nothing)
     EXPECT_EQ(open(scanner_2), 0U) << "the lock is free";
 }
 
-TEST_F(Host_callbacks, another_initialize_changes_the_callback)
+TEST_F(Host_callbacks_test, another_initialize_changes_the_callback)
 {
     initialize(host_callback);
     ASSERT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);

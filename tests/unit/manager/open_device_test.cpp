@@ -9,7 +9,7 @@ namespace {
 
 const Calls opening = {"QXDR_OpenDevice", "QXDR_SetCallbackAcquisition", "QXDR_SetLeds"};
 
-class Open_device : public Manager_test {
+class Open_device_test : public Manager_test {
 protected:
     std::int32_t try_to_open(const std::string& name)
     {
@@ -26,7 +26,7 @@ std::string open_already(const std::string& name)
 
 }  // namespace
 
-TEST_F(Open_device, gives_the_number_of_open_scanners_as_handle)
+TEST_F(Open_device_test, gives_the_number_of_open_scanners_as_handle)
 {
     open_scanners(8);
     EXPECT_EQ(access::open_devices().size(), 8U);
@@ -34,7 +34,7 @@ TEST_F(Open_device, gives_the_number_of_open_scanners_as_handle)
     EXPECT_EQ(access::device(5).driver_handle(), brenvozulta_sim_handle(scanner_name(6).c_str()));
 }
 
-TEST_F(Open_device, calls_the_driver_in_order_and_logs_nothing)
+TEST_F(Open_device_test, calls_the_driver_in_order_and_logs_nothing)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -43,7 +43,7 @@ TEST_F(Open_device, calls_the_driver_in_order_and_logs_nothing)
     EXPECT_EQ(take_driver_calls(), opening);
 }
 
-TEST_F(Open_device, all_three_exports_open)
+TEST_F(Open_device_test, all_three_exports_open)
 {
     for (const auto* name : {scanner_2, scanner_3}) {
         brenvozulta_sim_attach(name);
@@ -57,7 +57,7 @@ TEST_F(Open_device, all_three_exports_open)
     EXPECT_EQ(handle, 2U);
 }
 
-TEST_F(Open_device, a_ninth_scanner_is_9108)
+TEST_F(Open_device_test, a_ninth_scanner_is_9108)
 {
     brenvozulta_sim_attach(scanner_name(9).c_str());
     open_scanners(8);
@@ -68,21 +68,21 @@ TEST_F(Open_device, a_ninth_scanner_is_9108)
     EXPECT_EQ(access::open_devices().size(), 8U);
 }
 
-TEST_F(Open_device, with_8_open_even_an_open_name_is_9108)
+TEST_F(Open_device_test, with_8_open_even_an_open_name_is_9108)
 {
     open_scanners(8);
     EXPECT_EQ(try_to_open(scanner_1), VYRA_BAD_SCANNER_IDX);
     EXPECT_THAT(take_log(), ElementsAre(refusal("open_device", VYRA_BAD_SCANNER_IDX)));
 }
 
-TEST_F(Open_device, a_name_the_driver_did_not_list_can_be_opened)
+TEST_F(Open_device_test, a_name_the_driver_did_not_list_can_be_opened)
 {
     initialize();
     brenvozulta_sim_attach(scanner_2);
     EXPECT_EQ(try_to_open(scanner_2), VYRA_OK);
 }
 
-TEST_F(Open_device, the_same_name_again_is_9110_also_in_another_case)
+TEST_F(Open_device_test, the_same_name_again_is_9110_also_in_another_case)
 {
     open_scanners(2);
     for (const std::string name : {"RQ7-3050 #1", "rq7-3050 #1", "Rq7-3050 #2"}) {
@@ -94,7 +94,7 @@ TEST_F(Open_device, the_same_name_again_is_9110_also_in_another_case)
     EXPECT_EQ(access::open_devices().size(), 2U);
 }
 
-TEST_F(Open_device, beginnings_and_continuations_of_an_open_name_are_other_names)
+TEST_F(Open_device_test, beginnings_and_continuations_of_an_open_name_are_other_names)
 {
     initialize();
     EXPECT_EQ(open(), 0U);
@@ -104,7 +104,7 @@ TEST_F(Open_device, beginnings_and_continuations_of_an_open_name_are_other_names
     EXPECT_EQ(open("RQ7-3050 #11"), 2U);
 }
 
-TEST_F(Open_device, entries_without_a_device_are_passed_over_in_the_search_for_the_name)
+TEST_F(Open_device_test, entries_without_a_device_are_passed_over_in_the_search_for_the_name)
 {
     initialize();
     access::open_devices().store(0, nullptr);
@@ -113,7 +113,7 @@ TEST_F(Open_device, entries_without_a_device_are_passed_over_in_the_search_for_t
     EXPECT_THAT(take_log(), ElementsAre(open_already(scanner_1)));
 }
 
-TEST_F(Open_device, after_closing_handle_0_of_two_handle_1_is_given_again_and_displaced)
+TEST_F(Open_device_test, after_closing_handle_0_of_two_handle_1_is_given_again_and_displaced)
 {
     brenvozulta_sim_attach(scanner_3);
     open_scanners(2);
@@ -131,7 +131,7 @@ TEST_F(Open_device, after_closing_handle_0_of_two_handle_1_is_given_again_and_di
     EXPECT_EQ(handle, 1U);
 }
 
-TEST_F(Open_device, after_closing_the_last_handle_it_is_given_again)
+TEST_F(Open_device_test, after_closing_the_last_handle_it_is_given_again)
 {
     brenvozulta_sim_attach(scanner_3);
     open_scanners(2);
@@ -140,7 +140,7 @@ TEST_F(Open_device, after_closing_the_last_handle_it_is_given_again)
     EXPECT_EQ(access::open_devices().size(), 2U);
 }
 
-TEST_F(Open_device, failed_open_leaves_no_handle_and_no_entry)
+TEST_F(Open_device_test, failed_open_leaves_no_handle_and_no_entry)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -154,7 +154,7 @@ TEST_F(Open_device, failed_open_leaves_no_handle_and_no_entry)
     EXPECT_EQ(handle, 0U);
 }
 
-TEST_F(Open_device, refused_callback_fails_and_leaves_the_scanner_open_in_the_driver)
+TEST_F(Open_device_test, refused_callback_fails_and_leaves_the_scanner_open_in_the_driver)
 {
     initialize();
     brenvozulta_sim_clear_calls();
@@ -168,7 +168,7 @@ TEST_F(Open_device, refused_callback_fails_and_leaves_the_scanner_open_in_the_dr
     EXPECT_EQ(brenvozulta_sim_is_open(scanner_1), 1);
 }
 
-TEST_F(Open_device, leds_that_fail_do_not_matter)
+TEST_F(Open_device_test, leds_that_fail_do_not_matter)
 {
     initialize();
     brenvozulta_sim_fail("QXDR_SetLeds", 19, 1);
@@ -176,7 +176,7 @@ TEST_F(Open_device, leds_that_fail_do_not_matter)
     EXPECT_EQ(handle, 0U);
 }
 
-TEST_F(Open_device, unknown_name_is_9005_whatever_its_length)
+TEST_F(Open_device_test, unknown_name_is_9005_whatever_its_length)
 {
     initialize();
     for (const std::size_t length : {0U, 1U, 559U, 10'000U}) {
@@ -186,14 +186,14 @@ TEST_F(Open_device, unknown_name_is_9005_whatever_its_length)
     }
 }
 
-TEST_F(Open_device, clears_the_disconnected_mark)
+TEST_F(Open_device_test, clears_the_disconnected_mark)
 {
     initialize();
     EXPECT_EQ(open(), 0U);
     EXPECT_FALSE(access::device(0).disconnected());
 }
 
-TEST_F(Open_device, null_name_or_handle_is_9109_even_before_initialization)
+TEST_F(Open_device_test, null_name_or_handle_is_9109_even_before_initialization)
 {
     initialize();
     VyraTerminate();
@@ -205,7 +205,7 @@ TEST_F(Open_device, null_name_or_handle_is_9109_even_before_initialization)
     EXPECT_THAT(take_log(), ElementsAre(line, line, line));
 }
 
-TEST_F(Open_device, not_initialized_is_9101)
+TEST_F(Open_device_test, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -216,7 +216,7 @@ TEST_F(Open_device, not_initialized_is_9101)
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
-TEST_F(Open_device, suspended_is_9110)
+TEST_F(Open_device_test, suspended_is_9110)
 {
     initialize();
     brenvozulta_sim_clear_calls();

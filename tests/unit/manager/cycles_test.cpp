@@ -33,7 +33,7 @@ void record_power(SysPowerEventType event)
     power_events.push_back(event);
 }
 
-class Cycles : public Manager_test {
+class Cycles_test : public Manager_test {
 protected:
     // Initialize, one event of each kind, terminate. The log is flushed to the disk at each line: it is on in one
     // session of ten.
@@ -86,7 +86,7 @@ std::string without_carriage_returns(std::string text)
 
 }  // namespace
 
-TEST_F(Cycles, a_thousand_sessions_get_all_their_events_and_leave_nothing_behind)
+TEST_F(Cycles_test, a_thousand_sessions_get_all_their_events_and_leave_nothing_behind)
 {
     ASSERT_TRUE(SubscribeToPowerEvent(record_power));
     testing::internal::CaptureStdout();

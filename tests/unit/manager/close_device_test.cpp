@@ -7,11 +7,11 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class Close_device : public Manager_test {};
+class Close_device_test : public Manager_test {};
 
 }  // namespace
 
-TEST_F(Close_device, closes_in_the_driver_removes_the_entry_and_logs_nothing)
+TEST_F(Close_device_test, closes_in_the_driver_removes_the_entry_and_logs_nothing)
 {
     open_scanners(2);
     const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
@@ -23,7 +23,7 @@ TEST_F(Close_device, closes_in_the_driver_removes_the_entry_and_logs_nothing)
     EXPECT_NE(access::open_devices().find(1), nullptr);
 }
 
-TEST_F(Close_device, unknown_handle_is_9108)
+TEST_F(Close_device_test, unknown_handle_is_9108)
 {
     open_scanners(1);
     for (const std::uint32_t handle : {1U, 8U, 0x7FFFFFFFU, 0x80000000U, VYRA_NO_HANDLE}) {
@@ -34,7 +34,7 @@ TEST_F(Close_device, unknown_handle_is_9108)
     EXPECT_EQ(access::open_devices().size(), 1U);
 }
 
-TEST_F(Close_device, a_second_close_is_9108)
+TEST_F(Close_device_test, a_second_close_is_9108)
 {
     open_scanners(1);
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
@@ -42,7 +42,7 @@ TEST_F(Close_device, a_second_close_is_9108)
     EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
 }
 
-TEST_F(Close_device, a_close_that_fails_is_still_0_and_removes_the_entry)
+TEST_F(Close_device_test, a_close_that_fails_is_still_0_and_removes_the_entry)
 {
     open_scanners(1);
     brenvozulta_sim_fail("QXDR_CloseDevice", 10, 1);
@@ -52,7 +52,7 @@ TEST_F(Close_device, a_close_that_fails_is_still_0_and_removes_the_entry)
     EXPECT_EQ(open(), 0U);
 }
 
-TEST_F(Close_device, entry_without_a_device_is_0_and_stays)
+TEST_F(Close_device_test, entry_without_a_device_is_0_and_stays)
 {
     initialize();
     access::open_devices().store(3, nullptr);
@@ -61,7 +61,7 @@ TEST_F(Close_device, entry_without_a_device_is_0_and_stays)
     EXPECT_EQ(access::open_devices().size(), 1U);
 }
 
-TEST_F(Close_device, entry_without_a_device_raises_no_status_change)
+TEST_F(Close_device_test, entry_without_a_device_raises_no_status_change)
 {
     open_scanners(1);
     access::open_devices().store(3, nullptr);
@@ -74,7 +74,7 @@ TEST_F(Close_device, entry_without_a_device_raises_no_status_change)
 }
 
 // The waiting host is told before the driver is: a driver that takes its time does not hold it up.
-TEST_F(Close_device, raises_the_status_change_before_it_closes_in_the_driver)
+TEST_F(Close_device_test, raises_the_status_change_before_it_closes_in_the_driver)
 {
     open_scanners(1);
     Status_waiter waiter(0);
@@ -87,7 +87,7 @@ TEST_F(Close_device, raises_the_status_change_before_it_closes_in_the_driver)
     EXPECT_EQ(closing.get(), VYRA_OK);
 }
 
-TEST_F(Close_device, works_while_the_system_sleeps)
+TEST_F(Close_device_test, works_while_the_system_sleeps)
 {
     open_scanners(1);
     access::set_suspended(true);
@@ -95,7 +95,7 @@ TEST_F(Close_device, works_while_the_system_sleeps)
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice"}));
 }
 
-TEST_F(Close_device, not_initialized_is_9101)
+TEST_F(Close_device_test, not_initialized_is_9101)
 {
     initialize();
     VyraTerminate();
@@ -103,7 +103,7 @@ TEST_F(Close_device, not_initialized_is_9101)
     EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_NOT_INITIALIZED)));
 }
 
-TEST_F(Close_device, takes_the_close_mutex_inside_the_manager_lock)
+TEST_F(Close_device_test, takes_the_close_mutex_inside_the_manager_lock)
 {
     open_scanners(1);
     std::future<std::int32_t> closing;
@@ -120,7 +120,7 @@ TEST_F(Close_device, takes_the_close_mutex_inside_the_manager_lock)
     EXPECT_EQ(closing.get(), VYRA_OK);
 }
 
-TEST_F(Close_device, does_not_stop_a_running_video)
+TEST_F(Close_device_test, does_not_stop_a_running_video)
 {
     open_scanners(1);
     brenvozulta_sim_set_idle_stop_result(19);

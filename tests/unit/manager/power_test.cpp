@@ -16,7 +16,7 @@ const std::string resume_line = "SET Vyrabrenvozulta IN RESUME MODE\n";
 constexpr std::uint32_t stop_requested = 2;
 constexpr std::uint32_t stopped = 3;
 
-class Power : public Manager_test {
+class Power_test : public Manager_test {
 protected:
     void SetUp() override
     {
@@ -45,7 +45,7 @@ private:
 
 }  // namespace
 
-TEST_F(Power, sleep_suspends_logs_and_prints)
+TEST_F(Power_test, sleep_suspends_logs_and_prints)
 {
     initialize();
     power_handler(SysPowerSleep);
@@ -54,7 +54,7 @@ TEST_F(Power, sleep_suspends_logs_and_prints)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\n");
 }
 
-TEST_F(Power, resume_wakes_logs_and_prints)
+TEST_F(Power_test, resume_wakes_logs_and_prints)
 {
     initialize();
     access::set_suspended(true);
@@ -64,7 +64,7 @@ TEST_F(Power, resume_wakes_logs_and_prints)
     EXPECT_EQ(printed(), "RQ7-3050 resume\n");
 }
 
-TEST_F(Power, any_value_but_0_is_resume)
+TEST_F(Power_test, any_value_but_0_is_resume)
 {
     initialize();
     access::set_suspended(true);
@@ -75,7 +75,7 @@ TEST_F(Power, any_value_but_0_is_resume)
 }
 
 // The manager is told before the line is printed: who reads it finds the library suspended.
-TEST_F(Power, events_before_initialize_and_after_terminate_change_nothing)
+TEST_F(Power_test, events_before_initialize_and_after_terminate_change_nothing)
 {
     initialize();
     VyraTerminate();
@@ -89,7 +89,7 @@ TEST_F(Power, events_before_initialize_and_after_terminate_change_nothing)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
 }
 
-TEST_F(Power, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_status_change)
+TEST_F(Power_test, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_status_change)
 {
     open_scanners(3);
     access::open_devices().store(7, nullptr);
@@ -102,7 +102,7 @@ TEST_F(Power, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_status_ch
     EXPECT_THAT(take_driver_calls(), IsEmpty()) << "the driver is left alone";
 }
 
-TEST_F(Power, resume_restarts_nothing)
+TEST_F(Power_test, resume_restarts_nothing)
 {
     open_scanners(1);
     brenvozulta_sim_set_idle_stop_result(19);
@@ -120,7 +120,7 @@ TEST_F(Power, resume_restarts_nothing)
     EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
 }
 
-TEST_F(Power, every_device_operation_between_sleep_and_resume_is_9110)
+TEST_F(Power_test, every_device_operation_between_sleep_and_resume_is_9110)
 {
     open_scanners(1);
     access::manager().ManagePowerEvent(true);
@@ -138,7 +138,7 @@ TEST_F(Power, every_device_operation_between_sleep_and_resume_is_9110)
     EXPECT_EQ(VyraBrenvoZultaSetParameters(0, 1, 2), VYRA_OK);
 }
 
-TEST_F(Power, suspended_survives_terminate_and_initialize_until_the_resume)
+TEST_F(Power_test, suspended_survives_terminate_and_initialize_until_the_resume)
 {
     initialize();
     access::manager().ManagePowerEvent(true);
@@ -153,7 +153,7 @@ TEST_F(Power, suspended_survives_terminate_and_initialize_until_the_resume)
     EXPECT_EQ(open(), 0U);
 }
 
-TEST_F(Power, broadcasts_of_the_system_reach_the_manager)
+TEST_F(Power_test, broadcasts_of_the_system_reach_the_manager)
 {
     open_scanners(1);
     ASSERT_TRUE(wait_for_notifier_window());
@@ -166,7 +166,7 @@ TEST_F(Power, broadcasts_of_the_system_reach_the_manager)
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
 }
 
-TEST_F(Power, a_wake_nobody_attends_to_is_no_resume)
+TEST_F(Power_test, a_wake_nobody_attends_to_is_no_resume)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());
@@ -180,7 +180,7 @@ TEST_F(Power, a_wake_nobody_attends_to_is_no_resume)
 }
 
 // A failed release leaves the events in place.
-TEST_F(Power, broadcasts_still_reach_a_manager_whose_driver_was_not_released)
+TEST_F(Power_test, broadcasts_still_reach_a_manager_whose_driver_was_not_released)
 {
     initialize();
     ASSERT_TRUE(wait_for_notifier_window());

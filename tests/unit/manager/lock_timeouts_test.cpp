@@ -28,7 +28,7 @@ std::string on_disk(std::string message)
     return message.replace(message.size() - 2, 2, "\r\r\n");
 }
 
-class Lock_timeouts : public Manager_test {
+class Lock_timeouts_test : public Manager_test {
 protected:
     void call(const std::string& log_prefix, std::function<std::int32_t()> operation)
     {
@@ -60,7 +60,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Lock_timeouts, every_operation_ends_with_9000_and_every_event_is_dropped_with_its_line)
+TEST_F(Lock_timeouts_test, every_operation_ends_with_9000_and_every_event_is_dropped_with_its_line)
 {
     open_scanners(1);
     VyraBrenvoZultaGetPortType(0, nullptr);  // opens the log, which takes no lock, before many write to it
@@ -97,7 +97,7 @@ TEST_F(Lock_timeouts, every_operation_ends_with_9000_and_every_event_is_dropped_
     test_support::remove_logs();
 }
 
-TEST_F(Lock_timeouts, every_operation_goes_on_when_the_lock_comes_in_time)
+TEST_F(Lock_timeouts_test, every_operation_goes_on_when_the_lock_comes_in_time)
 {
     open_scanners(1);
     std::future<std::int32_t> waiting;
@@ -109,7 +109,7 @@ TEST_F(Lock_timeouts, every_operation_goes_on_when_the_lock_comes_in_time)
     EXPECT_EQ(waiting.get(), VYRA_OK);
 }
 
-TEST_F(Lock_timeouts, the_lock_is_recursive)
+TEST_F(Lock_timeouts_test, the_lock_is_recursive)
 {
     open_scanners(1);
     const boost::unique_lock<boost::recursive_timed_mutex> held(access::lock());
