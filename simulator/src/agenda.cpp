@@ -1,8 +1,8 @@
 #include "agenda.h"
 
 #include <algorithm>
+#include <exception>
 #include <functional>
-#include <system_error>
 
 #include "bus.h"
 #include "capture.h"
@@ -29,12 +29,12 @@ void add(Simulator& simulator, const std::shared_ptr<State>& state, Agenda_item 
     simulator.changed.notify_all();
 }
 
-// On the agenda's thread, which itself tells what no other thread can be had for.
+// On the agenda's thread, which itself tells what no other thread, or no memory for one, can be had for.
 void announce_somehow(Simulator& simulator, const std::shared_ptr<State>& state, Held_lock& held, Hot_plug_event event)
 {
     try {
         announce(simulator, state, event);
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         announce_here(simulator, state, held, event);
     }
 }

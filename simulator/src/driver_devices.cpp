@@ -1,9 +1,9 @@
 // The driver's functions around its own life and the list of scanners, opening and closing.
 #include <algorithm>
-#include <cstdio>
 
 #include "driver/driver.h"
 #include "driver_call.h"
+#include "platform.h"
 #include "scenario.h"
 
 using namespace brenvozulta_simulator;
@@ -15,7 +15,9 @@ constexpr const char* scenario_variable = "BRENVOZULTA_SCENARIO";
 // The variable holds a file's name, or the scenario itself, which begins with a brace.
 Scenario read_environment(const std::string& value)
 {
-    return value.front() == '{' ? read_scenario(value, scenario_variable) : read_scenario_file(value);
+    const std::size_t first = value.find_first_not_of(" \t\r\n");
+    return first != std::string::npos && value[first] == '{' ? read_scenario(value, scenario_variable)
+                                                             : read_scenario_file(value);
 }
 
 // The scenario of the environment, once: it stays until a reset.
@@ -30,7 +32,7 @@ std::uint32_t load_scenario_of_environment(Driver_call& call)
         install_scenario(call.simulator(), state, read_environment(value));
     } catch (const std::exception& error) {
         state.last_error = error.what();
-        std::fprintf(stderr, "BrenvoZulta_USB: %s\n", error.what());
+        report(std::string("BrenvoZulta_USB: ") + error.what());
         return result_bad_scenario;
     }
     return result_ok;

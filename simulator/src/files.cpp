@@ -6,6 +6,8 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "utf8.h"
+
 namespace brenvozulta_simulator {
 
 std::filesystem::path path_of(const std::string& name)
@@ -13,7 +15,7 @@ std::filesystem::path path_of(const std::string& name)
     try {
         return std::filesystem::u8path(name);
     } catch (const std::exception&) {
-        throw std::runtime_error("\"" + name + "\" is not a name in UTF-8");
+        throw std::runtime_error("\"" + utf8_text(name) + "\" is not a name in UTF-8");
     }
 }
 

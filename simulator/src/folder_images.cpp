@@ -51,7 +51,9 @@ std::shared_ptr<const Image_source> folder_images(const std::string& folder)
     try {
         files = image_files(folder);
     } catch (const std::filesystem::filesystem_error& error) {
-        throw std::runtime_error("cannot read folder " + folder + ": " + error.code().message());
+        // The general condition has a text of its own; a system's is in the letters of the machine.
+        throw std::runtime_error("cannot read folder " + folder + ": " +
+                                 error.code().default_error_condition().message());
     }
     if (files.empty()) {
         throw std::runtime_error("folder " + folder + " holds no .pgm or .png file");

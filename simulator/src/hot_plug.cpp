@@ -1,8 +1,8 @@
 #include "hot_plug.h"
 
 #include <algorithm>
+#include <exception>
 #include <functional>
-#include <system_error>
 
 #include "platform.h"
 #include "simulator.h"
@@ -67,8 +67,8 @@ void dispatch_events(Simulator& simulator, const std::shared_ptr<State>& state)
                 deliver(delivering);
             });
             simulator.changed.wait(held, [&] { return !contains(hot_plug.inside, next_thread); });
-        } catch (const std::system_error&) {
-            deliver(held);  // then on this thread
+        } catch (const std::exception&) {
+            deliver(held);  // no thread or no memory for one: then on this thread
         }
         wait_for(held, listener_patience_ms, [&] { return hot_plug.inside.empty(); });
     }

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "utf8.h"
+
 namespace brenvozulta_simulator {
 namespace {
 
@@ -155,7 +157,7 @@ std::string located(const std::string& file, int line, const std::string& field,
 }  // namespace
 
 Scenario_error::Scenario_error(const std::string& file, int line, const std::string& field, const std::string& wrong)
-    : std::runtime_error(located(file, line, field, wrong))
+    : std::runtime_error(utf8_text(located(file, line, field, wrong)))
 {
 }
 

@@ -17,4 +17,8 @@ bool other_threads_are_gone();
 // The value of an environment variable in UTF-8; empty when there is none.
 std::string environment_text(const char* name);
 
+// Writes a line to standard error, and to where the system lets a program's debugger, or a viewer, read such lines: a
+// host with windows has no standard error.
+void report(const std::string& line);
+
 }  // namespace brenvozulta_simulator

@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <cstdlib>
 
 #include "platform.h"
@@ -21,6 +22,11 @@ std::string environment_text(const char* name)
 {
     const char* value = std::getenv(name);
     return value == nullptr ? "" : value;
+}
+
+void report(const std::string& line)
+{
+    std::fputs((line + "\n").c_str(), stderr);
 }
 
 }  // namespace brenvozulta_simulator

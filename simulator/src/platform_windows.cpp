@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -71,6 +72,13 @@ std::string environment_text(const char* name)
     std::string text(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, 0, value.data(), static_cast<int>(length), text.data(), size, nullptr, nullptr);
     return text;
+}
+
+void report(const std::string& line)
+{
+    const std::string ended = line + "\n";
+    std::fputs(ended.c_str(), stderr);
+    OutputDebugStringA(ended.c_str());
 }
 
 }  // namespace brenvozulta_simulator

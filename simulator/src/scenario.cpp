@@ -1,7 +1,9 @@
 #include "scenario.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <set>
 
 #include "bus.h"
 #include "capture.h"
@@ -24,6 +26,8 @@ public:
     Scenario read(const Json_value& tree)
     {
         Fields fields(source_, "", tree);
+        std::string description;  // for whoever reads the scenario
+        fields.text("description", description, 0, SIZE_MAX);
         read_scanners(fields);
         fields.list("capture_configs", [this](Fields& config) { read_config(config); });
         fields.real("frame_rate", scenario_.settings.frame_rate, 0, frame_rate_max);
@@ -37,8 +41,7 @@ public:
         fields.object("list_count", [this](Fields& count) { read_list_count(count); });
         fields.object("restart", [this](Fields& restart) { read_restart(restart); });
         fields.object("firmware", [this](Fields& firmware) { read_firmware(firmware); });
-        fields.list("timeline",
-                    [this](Fields& entry) { scenario_.settings.timeline.push_back(read_timeline_entry(entry)); });
+        fields.list("timeline", [this](Fields& entry) { read_timeline(entry); });
         fields.end();
         return std::move(scenario_);
     }
@@ -131,9 +134,12 @@ private:
         std::size_t size = 0;
         std::uint64_t seed = stable_hash(name);
         const bool generated = fields.integer("size", size, 0, max_container);
-        fields.integer("seed", seed, 0, max_64);
+        const bool seeded = fields.integer("seed", seed, 0, max_64);
         if (fields.text("file", path, 1, 4096) == generated) {
             fields.wrong("has to have one of file and size");
+        }
+        if (seeded && !generated) {
+            fields.wrong("seed", "is for size: a file has its bytes already");
         }
         return generated ? generated_container(size, seed) : file_content(fields, "file", path);
     }
@@ -209,6 +215,31 @@ private:
         }
     }
 
+    // A name that no scanner has is a slip of the pen as a rule, and would silently make a scanner.
+    void read_timeline(Fields& fields)
+    {
+        Timeline_entry entry = read_timeline_entry(fields);
+        bool is_new = false;
+        fields.boolean("new", is_new);
+        if (is_new && entry.what == Timeline_entry::What::image) {
+            fields.wrong("new", "is for plug and unplug");
+        }
+        if (is_new) {
+            new_names_.insert(entry.scanner);
+        } else if (entry.what != Timeline_entry::What::image && !knows(entry.scanner)) {
+            fields.wrong(entry.what == Timeline_entry::What::plug ? "plug" : "unplug",
+                         "names no scanner of the scenario; with \"new\": true it is one that nothing else is said of");
+        }
+        scenario_.settings.timeline.push_back(std::move(entry));
+    }
+
+    bool knows(const std::string& name) const
+    {
+        return new_names_.count(name) != 0 ||
+               std::any_of(scenario_.scanners.begin(), scenario_.scanners.end(),
+                           [&](const auto& scanner) { return scanner.identity.name == name; });
+    }
+
     static bool read_times(Fields& fields, std::int32_t& times)
     {
         std::int64_t number = 0;
@@ -269,6 +300,7 @@ private:
 
     const std::string source_;
     Scenario scenario_;
+    std::set<std::string> new_names_;  // of scanners that the timeline brings in
 };
 
 }  // namespace

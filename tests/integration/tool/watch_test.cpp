@@ -20,7 +20,7 @@ using ::testing::HasSubstr;
 constexpr const char* unplug_and_plug =
     R"({"timeline": [{"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "RQ7-3050 #1"},
                      {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 50, "plug": "RQ7-3050 #1"},
-                     {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 200, "plug": "Other"},
+                     {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 200, "plug": "Other", "new": true},
                      {"after_call": {"function": "QXDR_OpenDevice"}, "at_ms": 250, "unplug": "Other"}]})";
 
 class Watch_test : public Tool_test {
@@ -84,7 +84,7 @@ TEST_F(Watch_test, waits_for_a_scanner_and_then_watches_its_status)
 {
     use_scenario_text(R"({"scanners": [],
                           "timeline": [{"after_call": {"function": "QXDR_GetDevicesList", "count": 2}, "at_ms": 200,
-                                        "plug": "Late"},
+                                        "plug": "Late", "new": true},
                                        {"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "Late"}]})");
     Child_process child(tool({"watch"}), environment());
     EXPECT_TRUE(child.wait_for_error("no scanner is attached yet"));

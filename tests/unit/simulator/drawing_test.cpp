@@ -1,4 +1,4 @@
-// Drawing that takes long, or that there is no memory for.
+// Memory that is not there when the simulator needs it; drawing that takes long.
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -13,9 +13,15 @@ std::atomic<bool> large_is_refused{false};
 std::atomic<bool> large_is_held{false};
 std::atomic<int> held{0};
 
+std::atomic<bool> other_threads_are_refused{false};
+thread_local bool may_allocate = false;
+
 // A large block is a picture's, which is about to be drawn.
 bool granted(std::size_t size)
 {
+    if (other_threads_are_refused && !may_allocate) {
+        return false;
+    }
     if (size >= large && large_is_held) {
         ++held;
         while (large_is_held) {
@@ -126,6 +132,29 @@ TEST_F(Drawing_test, is_waited_for_by_a_stop_whatever_its_patience)
     EXPECT_FALSE(brenvozulta_sim_wait_returned("QXDR_StopCapture", 1, 20)) << "it did not wait";
     large_is_held = false;
     host.join();
+}
+
+std::atomic<int> events_heard{0};
+
+void count_event(std::int32_t, void*)
+{
+    ++events_heard;
+}
+
+TEST_F(Drawing_test, an_event_is_told_without_memory_for_its_thread)
+{
+    events_heard = 0;
+    initialize();
+    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(count_event), 0u);
+    ASSERT_TRUE(brenvozulta_sim_plug("second"));
+    ASSERT_TRUE(brenvozulta_sim_wait_events_delivered(1, patience_ms));
+    ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
+    may_allocate = true;  // to queue the event, which a thread of the simulator's then has to deliver
+    other_threads_are_refused = true;
+    EXPECT_TRUE(brenvozulta_sim_unplug("second"));
+    EXPECT_TRUE(brenvozulta_sim_wait_events_delivered(2, patience_ms));
+    other_threads_are_refused = false;
+    EXPECT_EQ(events_heard, 2);
 }
 
 }  // namespace

@@ -204,7 +204,7 @@ TEST_F(Liberty_test, an_event_can_come_late_when_its_handle_is_another_scanners)
 {
     load(R"({"reuse_handles": "at_once", "frame_rate": 0,
              "timeline": [{"on_return": {"function": "QXDR_OpenDevice"}, "unplug": "RQ7-3050 #1", "late_ms": 1},
-                          {"on_return": {"function": "QXDR_OpenDevice"}, "plug": "second"}]})");
+                          {"on_return": {"function": "QXDR_OpenDevice"}, "plug": "second", "new": true}]})");
     listen();
     Listener::hold([](const Received_event& event) { return event.code == driver_event_plugged; });
     auto opening = std::async(std::launch::async, [] { return open(); });

@@ -62,6 +62,8 @@ TEST_F(Scenario_error_test, scanners)
     EXPECT_EQ(scanner_error(R"("name": "A", "port_type": 1.5)"), at + ".port_type: is not a whole number");
     EXPECT_EQ(scanner_error(R"("name": "A", "attached": 1)"), at + ".attached: is not true or false");
     EXPECT_EQ(scanner_error(R"("name": "A", "container": {})"), at + ".container: has to have one of file and size");
+    EXPECT_EQ(scanner_error(R"("name": "A", "container": {"file": "nowhere", "seed": 1})"),
+              at + ".container.seed: is for size: a file has its bytes already");
     EXPECT_THAT(scanner_error(R"("name": "A", "container": {"file": "nowhere"})"),
                 testing::StartsWith(at + ".container.file: cannot read "));
     EXPECT_EQ(load_error(R"({"scanners": [{"name": "A"}, {"name": "A"}]})"),
@@ -140,6 +142,38 @@ TEST_F(Scenario_error_test, timeline_restart_and_firmware)
     EXPECT_EQ(load_error(R"({"firmware": {"fail_result": 0}})"),
               "dir/s.json:1: firmware.fail_result: is not from 1 to 19");
     EXPECT_EQ(load_error(R"({"list_count": {}})"), "dir/s.json:1: list_count.count: is missing");
+}
+
+TEST_F(Scenario_error_test, a_timeline_of_a_scanner_that_is_not_there)
+{
+    const auto entry_error = [](const std::string& fields) {
+        return load_error("{\"scanners\": [{\"name\": \"A\"}], \"timeline\": [\n{\"at_ms\": 1, " + fields + "}]}");
+    };
+    const std::string stranger =
+        ": names no scanner of the scenario; with \"new\": true it is one that nothing else is said of";
+    for (const char* name : {"a", "A ", "RQ7-3050 #1"}) {
+        EXPECT_EQ(entry_error("\"plug\": \"" + std::string(name) + "\""), "dir/s.json:2: timeline[0].plug" + stranger);
+        EXPECT_EQ(entry_error("\"unplug\": \"" + std::string(name) + "\""),
+                  "dir/s.json:2: timeline[0].unplug" + stranger);
+        EXPECT_EQ(entry_error("\"plug\": \"" + std::string(name) + R"(", "new": false)"),
+                  "dir/s.json:2: timeline[0].plug" + stranger);
+    }
+    EXPECT_EQ(entry_error(R"("new": true, "image": {"width": 1, "height": 1})"),
+              "dir/s.json:2: timeline[0].new: is for plug and unplug");
+    load(R"({"timeline": [{"at_ms": 9000, "plug": "B", "new": true}, {"at_ms": 9001, "unplug": "B"},
+                          {"at_ms": 9002, "unplug": "RQ7-3050 #1"}]})");
+}
+
+TEST_F(Scenario_error_test, is_told_in_utf_8)
+{
+    const std::string unknown = "\xEF\xBF\xBD";
+    EXPECT_EQ(load_error("{\"n\xE9\": 1}").find('\xE9'), std::string::npos);
+    EXPECT_THAT(load_error("{\"n\xC3\xA9\xE9\": 1}"), testing::HasSubstr("n\xC3\xA9" + unknown));
+    for (const char* bytes : {"\x80", "\xC0\xAF", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x82"}) {
+        EXPECT_THAT(load_error("{\"" + std::string(bytes) + "\": 1}"), testing::HasSubstr(unknown));
+    }
+    EXPECT_THAT(load_error("{\"\xE2\x82\xAC \xF0\x9F\x91\x8D\": 1}"),
+                testing::HasSubstr("\xE2\x82\xAC \xF0\x9F\x91\x8D: unknown field"));
 }
 
 TEST_F(Scenario_error_test, liberties)

@@ -1,5 +1,7 @@
 // What a scenario can say. The names of files and the messages of bad ones have a test of their own.
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "driver_stage.h"
@@ -188,6 +190,20 @@ TEST_F(Scenario_test, the_environment_may_hold_the_scenario_itself)
     EXPECT_EQ(size, 7u);
 }
 
+TEST_F(Scenario_test, the_environments_scenario_may_begin_with_blanks)
+{
+    set_environment(variable, " \r\n\t{\"scanners\": [{\"name\": \"A\"}]}");
+    initialize();
+    open("A");
+}
+
+TEST_F(Scenario_test, a_description_is_for_the_reader)
+{
+    load(R"({"description": "one scanner", "scanners": [{"name": "A"}]})");
+    initialize();
+    open("A");
+}
+
 TEST_F(Scenario_test, a_bad_scenario_makes_initialize_fail_until_it_is_right)
 {
     const std::string path = make_folder() + "/s.json";
@@ -219,7 +235,13 @@ TEST_F(Scenario_test, loading_replaces_scanners_and_ends_their_captures)
     open("A");
 }
 
-TEST_F(Scenario_test, the_examples_load)
+std::string text_of(const std::filesystem::path& file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+TEST_F(Scenario_test, the_examples_load_and_are_explained)
 {
     int examples = 0;
     for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES)) {
@@ -227,6 +249,8 @@ TEST_F(Scenario_test, the_examples_load)
             char message[512];
             EXPECT_TRUE(brenvozulta_sim_load_scenario_file(entry.path().string().c_str(), message, sizeof message))
                 << message;
+            EXPECT_THAT(text_of(entry.path()), testing::HasSubstr("\"description\"")) << entry.path();
+            EXPECT_THAT(text_of(README), testing::HasSubstr("`" + entry.path().filename().string() + "`"));
             ++examples;
         }
     }
