@@ -79,6 +79,7 @@ int perform(const Command_line& line, Output& output)
         return wrong_usage;
     } catch (const Failure& failure) {
         output.failure(failure);
+        return static_cast<int>(failure.cause());
     } catch (const std::bad_alloc&) {
         output.failure(Failure("out of memory", "close other programs and try again"));
     } catch (const std::exception& error) {
