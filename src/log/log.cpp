@@ -2,16 +2,16 @@
 
 #include <cstdarg>
 
-#include "api/get_manager.h"
 #include "log/log_line.h"
-#include "manager/manager.h"
+#include "log/log_settings.h"
 
 namespace kvs::brenvozulta {
 
-// Nearly every line is one that is not written: nothing of the making of a line is in here.
+// Nearly every line is one that is not written: nothing of the making of a line is in here. The level is read without
+// an order: a line that races with initialize may go by the old one or the new.
 void log_printf(int level, const char* format, ...) noexcept
 {
-    if (get_manager()->log_level() < level) {
+    if (log_settings.level.load(std::memory_order_relaxed) < level) {
         return;
     }
     va_list arguments;

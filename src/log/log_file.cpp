@@ -11,16 +11,13 @@
 #include <boost/filesystem.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/system_error.hpp>
-#include <cstdint>
 #include <cstdio>
 #include <cwchar>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "api/get_manager.h"
 #include "log/log.h"
-#include "manager/manager.h"
 
 namespace kvs::brenvozulta {
 
@@ -41,11 +38,22 @@ union Current_file {
 };
 Current_file current_file;
 
-// Makes a fresh file the process's own, unless another thread was quicker, whose file is then used.
-void publish(const log_file_owner& file)
+// Makes a file the process's own, unless another thread was quicker, whose file is then used.
+void make_current(const log_file_owner& file)
 {
     log_file_owner none;
     boost::atomic_compare_exchange(&current_file.owner, &none, file);
+}
+
+// Returns the process's file afterwards; none when the file cannot be opened.
+log_file_owner open_as_current(const char* path)
+{
+    const auto file = boost::make_shared<Log_file>(path);
+    if (!file->is_open()) {
+        return {};
+    }
+    make_current(file);
+    return current_log_file();
 }
 
 bool join(char (&path)[rotation_path_size], const char* directory, const char* name)
@@ -90,36 +98,20 @@ log_file_owner current_log_file()
     return boost::atomic_load(&current_file.owner);
 }
 
-log_file_owner open_log_file()
+log_file_owner open_log_file(std::int64_t limit)
 {
-    auto open = current_log_file();
-    if (open) {
-        return open;
+    auto file = current_log_file();
+    if (!file) {
+        const std::string directory = log_directory() + log_sub_directory;
+        make_directory(directory);
+        file = open_as_current((directory + current_name).c_str());
     }
-    const std::string directory = log_directory() + log_sub_directory;
-    make_directory(directory);
-    auto file = boost::make_shared<Log_file>((directory + current_name).c_str());
-    if (!file->is_open()) {
-        return {};
+    if (file && _filelength(file->descriptor()) >= limit) {
+        file.reset();  // it could not be closed, nor then be moved
+        log_rotate((log_directory() + log_sub_directory).c_str());
+        file = current_log_file();
     }
-    publish(file);
-    if (_filelength(file->descriptor()) >= get_manager()->log_max_size()) {
-        file.reset();
-        log_rotate(directory.c_str());
-    }
-    return current_log_file();
-}
-
-int log_descriptor()
-{
-    const auto file = current_log_file();
-    return file ? file->descriptor() : log_closed;
-}
-
-int log_open()
-{
-    const auto file = open_log_file();
-    return file ? file->descriptor() : log_closed;
+    return file;
 }
 
 void log_rotate(const char* directory)
@@ -134,7 +126,7 @@ void log_rotate(const char* directory)
     if (old && !old.unique()) {
         // Another thread's line is being written: the system would not let the file be moved, only its older generation
         // be deleted. A later line rotates.
-        publish(old);
+        make_current(old);
         return;
     }
     old.reset();
@@ -143,10 +135,7 @@ void log_rotate(const char* directory)
     // Gone even when it could not be moved: the limit holds, at the price of its lines. A file that another process has
     // open can neither be moved nor deleted: it stays, and the new one below is that same file.
     DeleteFileA(current);
-    const auto file = boost::make_shared<Log_file>(current);
-    if (file->is_open()) {
-        publish(file);
-    }
+    open_as_current(current);
 }
 
 void log_close()

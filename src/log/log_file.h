@@ -2,6 +2,8 @@
 #pragma once
 
 #include <boost/shared_ptr.hpp>
+#include <cstdint>
+#include <string>
 
 namespace kvs::brenvozulta {
 
@@ -30,10 +32,17 @@ using log_file_owner = boost::shared_ptr<Log_file>;
 // The process's log file, empty when none is open.
 log_file_owner current_log_file();
 
-// The same, opened when it is not open; empty when it cannot be.
-log_file_owner open_log_file();
+// The file for the next line: opened when it is not open, and rotated when it has reached the limit. Empty when it
+// cannot be opened.
+log_file_owner open_log_file(std::int64_t limit);
 
-// The descriptor of the process's log file, log_closed when none is open.
-int log_descriptor();
+// Moves the log file in directory (which ends with a backslash) to the older generation and opens a new one, or leaves
+// the log closed. While another thread's line is being written the file stays as it is. A file that another process has
+// open stays too and is opened again, but its older generation is deleted.
+void log_rotate(const char* directory);
+
+// The machine-wide application-data folder, empty when the system does not tell. The log's own sub-folder is appended
+// to it.
+std::string log_directory();
 
 }  // namespace kvs::brenvozulta

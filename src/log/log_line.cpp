@@ -9,10 +9,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "api/get_manager.h"
-#include "log/log.h"
 #include "log/log_file.h"
-#include "manager/manager.h"
+#include "log/log_settings.h"
 
 namespace kvs::brenvozulta {
 
@@ -51,16 +49,11 @@ void log_vprintf(const char* format, va_list arguments) noexcept
 
 int log_write(const char* line)
 {
-    const auto limit = get_manager()->log_max_size();
+    const std::int64_t limit = log_settings.limit.load(std::memory_order_relaxed);
     if (static_cast<std::int64_t>(std::strlen(line)) >= limit) {
         return -1;
     }
-    log_file_owner owner = open_log_file();
-    if (owner && _filelength(owner->descriptor()) >= limit) {
-        owner.reset();  // it could not be closed, nor then be moved
-        log_rotate((log_directory() + log_sub_directory).c_str());
-        owner = current_log_file();
-    }
+    const log_file_owner owner = open_log_file(limit);
     if (!owner) {
         return -1;
     }

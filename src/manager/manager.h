@@ -79,10 +79,6 @@ public:
     void ManageUnplugEvent(void* driver_handle) noexcept;
     void ManagePowerEvent(bool sleeping) noexcept;
 
-    // The log's settings
-    int log_level() const { return static_cast<int>(log_level_.load(std::memory_order_relaxed)); }
-    std::int64_t log_max_size() const { return log_max_size_.load(std::memory_order_relaxed); }
-
 private:
     friend struct manager_test_access;
 
@@ -122,8 +118,6 @@ private:
     std::atomic<bool> initialized_;
     Session_change session_change_ = Session_change::none;  // under the manager lock
     status_wait status_;
-    std::atomic<std::uint32_t> log_level_;
-    std::atomic<std::int64_t> log_max_size_;
     std::atomic<bool> suspended_;
     std::atomic<bool> device_detected_;
 };

@@ -1,6 +1,7 @@
 // Bringing the driver library up and down.
 #include <algorithm>
 
+#include "log/log_settings.h"
 #include "manager/dispatch.h"
 #include "manager/power_handler.h"
 #include "manager/scoped_value.h"
@@ -24,13 +25,11 @@ char notifier_class[] = "VYRABRENVOZULTA";
 
 }  // namespace
 
+// Off until the first initialize.
+Log_settings log_settings;
+
 brenvozulta_manager::brenvozulta_manager()
-    : device_event_callback_(nullptr),
-      initialized_(false),
-      log_level_(0),
-      log_max_size_(0),
-      suspended_(false),
-      device_detected_(false)
+    : device_event_callback_(nullptr), initialized_(false), suspended_(false), device_detected_(false)
 {
 }
 
@@ -44,8 +43,8 @@ std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, s
         }
         // The settings are in place before the lock is: also while another thread holds it, and when it cannot be had.
         device_event_callback_ = callback;
-        log_level_ = level > highest_log_level ? 0 : level;
-        log_max_size_ = limit < 1 ? default_log_size : limit;
+        log_settings.level = level > highest_log_level ? 0 : static_cast<int>(level);
+        log_settings.limit = limit < 1 ? default_log_size : limit;
         if (!lock.owns_lock()) {
             lock.try_lock_for(manager_lock_limit);
         }

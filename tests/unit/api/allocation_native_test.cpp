@@ -1,5 +1,5 @@
 // Calls without memory as only the double's books show them: native builds alone.
-#include "log/log.h"
+#include "log/log_file.h"
 #include "unit/api/allocation_test.h"
 #include "win32_double/control.h"
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "api/get_manager.h"
+#include "log/log_settings.h"
 #include "manager/manager.h"
 #include "support/log_lines.h"
 #include "unit/api/export_calls.h"
@@ -46,7 +47,8 @@ void check_first_call(const export_calls::Export& first, std::int32_t expected)
     expect(arguments.handle == VYRA_NO_HANDLE, "no handle is given");
     expect_a_fresh_manager();
     expect(test_support::file_bytes(test_support::log_path()).empty(), "the log is off before the first initialize");
-    expect(get_manager()->log_level() == 0, "the log level is 0 until the first initialize, and as it asks for then");
+    expect(kvs::brenvozulta::log_settings.level == 0,
+           "the log level is 0 until the first initialize, and as it asks for then");
 }
 
 void check_race()

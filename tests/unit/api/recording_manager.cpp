@@ -57,12 +57,7 @@ const manager_owner& create_manager_once()
 }
 
 brenvozulta_manager::brenvozulta_manager()
-    : device_event_callback_(nullptr),
-      initialized_(false),
-      log_level_(0),
-      log_max_size_(0),
-      suspended_(false),
-      device_detected_(false)
+    : device_event_callback_(nullptr), initialized_(false), suspended_(false), device_detected_(false)
 {
 }
 

@@ -1,4 +1,9 @@
 // The log when the system's functions fail, and what a line costs of them.
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <filesystem>
 
@@ -11,7 +16,6 @@ namespace log_tests {
 namespace {
 
 using kvs::brenvozulta::log_closed;
-using kvs::brenvozulta::log_descriptor;
 using kvs::brenvozulta::log_directory;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -90,6 +94,20 @@ TEST_F(Log_fault_test, contents_are_lost_when_the_file_cannot_be_moved)
     write_lines(1, "kept\r\n");
     EXPECT_THAT(files_in_log_folder(), ElementsAre("vyrabrenvozulta.log"));
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "kept\r\r\n");
+}
+
+// Another host has it open. A second try in the same line could not end otherwise.
+TEST_F(Log_fault_test, full_file_that_cannot_be_moved_is_tried_once_by_the_line_that_opens_it)
+{
+    create_file(log_path(), std::string(100, 'o'));
+    configure(everything, 100);
+    const int other_hosts =
+        _sopen(log_path().c_str(), _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
+    win32_double::clear();
+    write_lines(1, line);
+    EXPECT_EQ(calls("MoveFileA"), 1u);
+    EXPECT_EQ(file_bytes(log_path()).size(), 100 + size_on_disk(line)) << "the line is not lost";
+    EXPECT_EQ(_close(other_hosts), 0);
 }
 
 TEST_F(Log_fault_test, line_is_dropped_when_rotation_cannot_open_the_file_again_and_the_next_line_tries_again)

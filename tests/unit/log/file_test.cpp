@@ -11,8 +11,6 @@ namespace {
 
 using kvs::brenvozulta::log_close;
 using kvs::brenvozulta::log_closed;
-using kvs::brenvozulta::log_descriptor;
-using kvs::brenvozulta::log_open;
 using ::testing::ElementsAre;
 
 class Log_folder_test : public Log_test {

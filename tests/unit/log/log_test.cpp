@@ -5,6 +5,8 @@
 #include <fstream>
 
 #include "brenvozulta_simulator/control.h"
+#include "log/log_file.h"
+#include "log/log_settings.h"
 
 namespace log_tests {
 
@@ -40,6 +42,18 @@ void Log_test::write_lines(int count, const char* line)
     for (int i = 0; i < count; ++i) {
         ASSERT_EQ(log_write(line), written);
     }
+}
+
+int log_descriptor()
+{
+    const auto file = kvs::brenvozulta::current_log_file();
+    return file ? file->descriptor() : kvs::brenvozulta::log_closed;
+}
+
+int log_open()
+{
+    kvs::brenvozulta::open_log_file(kvs::brenvozulta::log_settings.limit);
+    return log_descriptor();
 }
 
 void create_file(const std::string& path, const std::string& bytes)

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "log/log.h"
+#include "log/log_line.h"
 #include "support/log_lines.h"
 #include "vyra/vyra.h"
 
@@ -50,6 +51,12 @@ protected:
 private:
     bool initialized_ = false;
 };
+
+// The descriptor of the process's log file, log_closed when none is open.
+int log_descriptor();
+
+// The same after opening it as a line does that is about to be written.
+int log_open();
 
 void create_file(const std::string& path, const std::string& bytes);
 

@@ -10,7 +10,6 @@ namespace log_tests {
 namespace {
 
 using kvs::brenvozulta::log_closed;
-using kvs::brenvozulta::log_descriptor;
 using ::testing::ElementsAre;
 
 class Log_path_length_test : public Log_test {

@@ -13,7 +13,6 @@ namespace log_tests {
 namespace {
 
 using kvs::brenvozulta::log_closed;
-using kvs::brenvozulta::log_descriptor;
 using kvs::brenvozulta::log_rotate;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -60,7 +59,7 @@ TEST_F(Log_test, file_found_at_or_above_the_limit_is_rotated_by_the_opening_itse
     for (const std::size_t size : {200u, 201u}) {
         configure(everything, 200);
         create_file(log_path(), std::string(size, 'o'));
-        EXPECT_NE(kvs::brenvozulta::log_open(), log_closed);
+        EXPECT_NE(log_open(), log_closed);
         EXPECT_EQ(file_bytes(previous_log_path()), std::string(size, 'o'));
         EXPECT_TRUE(exists(log_path()));
         EXPECT_THAT(file_bytes(log_path()), IsEmpty());

@@ -1,10 +1,12 @@
 // Bringing the driver up: settings, the list of scanners, the listener, the notification service.
 #include "manager_test.h"
 
+#include "log/log_settings.h"
 #include "manager/power_handler.h"
 #include "vyra/notify.h"
 
 using namespace manager_tests;
+using kvs::brenvozulta::log_settings;
 using kvs::brenvozulta::power_handler;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -56,7 +58,7 @@ TEST_F(Initialize_test, log_level_above_3_becomes_0)
     const auto level_after = [](std::uint32_t level) {
         EXPECT_EQ(VyraInitialize_N(nullptr, level, 0), VYRA_OK);
         EXPECT_EQ(VyraTerminate(), VYRA_OK);
-        return access::manager().log_level();
+        return log_settings.level.load();
     };
     EXPECT_EQ(level_after(1), 1);
     EXPECT_EQ(level_after(2), 2);
@@ -74,7 +76,7 @@ TEST_F(Initialize_test, log_limit_below_1_becomes_50_mib)
     const auto limit_after = [](std::int32_t limit) {
         EXPECT_EQ(VyraInitialize_N(nullptr, 0, limit), VYRA_OK);
         EXPECT_EQ(VyraTerminate(), VYRA_OK);
-        return access::manager().log_max_size();
+        return log_settings.limit.load();
     };
     EXPECT_EQ(limit_after(1), 1);
     EXPECT_EQ(limit_after(0), default_size);
@@ -125,7 +127,7 @@ TEST_F(Initialize_test, driver_that_does_not_come_up_is_9000_and_leaves_the_libr
         EXPECT_FALSE(access::initialized());
         EXPECT_FALSE(notifier_window_exists());
         EXPECT_EQ(access::callback(), &host_callback);
-        EXPECT_EQ(access::manager().log_max_size(), 7'000'000);
+        EXPECT_EQ(log_settings.limit, 7'000'000);
     }
 }
 
@@ -253,17 +255,15 @@ TEST_F(Initialize_test, settings_are_in_place_before_the_lock_and_stay_when_the_
 {
     const Lock_held_elsewhere busy;
     auto initializing = std::async(std::launch::async, [] { return VyraInitialize_N(host_callback, 3, 4711); });
-    EXPECT_TRUE(becomes_true([] {
-        return access::callback() == &host_callback && access::manager().log_level() == 3 &&
-               access::manager().log_max_size() == 4711;
-    }));
+    EXPECT_TRUE(becomes_true(
+        [] { return access::callback() == &host_callback && log_settings.level == 3 && log_settings.limit == 4711; }));
     EXPECT_NE(initializing.wait_for(std::chrono::seconds(0)), std::future_status::ready);
 
     EXPECT_EQ(initializing.get(), VYRA_INTERNAL);
     EXPECT_THAT(take_log(), ElementsAre(refusal("initialize", VYRA_INTERNAL)));
     EXPECT_EQ(access::callback(), &host_callback);
-    EXPECT_EQ(access::manager().log_level(), 3);
-    EXPECT_EQ(access::manager().log_max_size(), 4711);
+    EXPECT_EQ(log_settings.level, 3);
+    EXPECT_EQ(log_settings.limit, 4711);
     EXPECT_FALSE(access::initialized());
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
