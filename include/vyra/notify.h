@@ -22,7 +22,12 @@
 //   not SubscribeToPowerEvent or UnsubscribeToPowerEvent either. Sender and handler would wait for each other for ever.
 // - VyraInitialize_N starts the notifier and VyraTerminate stops it, under the class name "VYRABRENVOZULTA". A start
 //   clears the USB subscriptions, so subscribe after VyraInitialize_N. Power subscriptions survive.
-#pragma once
+#ifndef VYRA_NOTIFY_H
+#define VYRA_NOTIFY_H
+
+#ifndef __cplusplus
+#error "vyra/notify.h is for C++: its functions have C++ names. In C, load them with vyra/loader.h."
+#endif
 
 enum UsbPlugEventType : int {
     UsbDevicePlugged = 0,    // the device has arrived
@@ -74,3 +79,5 @@ bool SubscribeToPowerEvent(PowerEventCallback callback);
 // not in the table; a null callback matches a free place. Waits for a power dispatch that is under way, unless it is
 // called from inside it by a subscriber.
 bool UnsubscribeToPowerEvent(PowerEventCallback callback);
+
+#endif

@@ -49,4 +49,22 @@ TEST(Host_constants_test, have_their_values)
     EXPECT_EQ(VYRA_NAME_SLOT, 255u);
 }
 
+TEST(Host_constants, version_is_told_as_numbers_one_number_and_text)
+{
+    EXPECT_STREQ(VYRA_VERSION_TEXT, PROJECT_VERSION);
+    EXPECT_EQ(VYRA_VERSION, VYRA_VERSION_MAJOR * 10000 + VYRA_VERSION_MINOR * 100 + VYRA_VERSION_PATCH);
+}
+
+TEST(Host_constants, image_sizes_are_those_of_the_modes)
+{
+    EXPECT_EQ(VYRA_FLAT_SIZE, VYRA_FLAT_WIDTH * VYRA_FLAT_HEIGHT);
+    EXPECT_EQ(VYRA_ROLL_SIZE, VYRA_ROLL_WIDTH * VYRA_ROLL_HEIGHT);
+    for (std::uint32_t mode = 0; mode <= 18; ++mode) {
+        if (mode != 3) {
+            EXPECT_EQ(VYRA_MODE_SIZE(mode), VYRA_MODE_WIDTH(mode) * VYRA_MODE_HEIGHT(mode)) << mode;
+            EXPECT_LE(VYRA_MODE_SIZE(mode), VYRA_MAX_IMAGE_SIZE) << mode;
+        }
+    }
+}
+
 }  // namespace

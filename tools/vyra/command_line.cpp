@@ -38,7 +38,7 @@ void describe(CLI::App& app, Command_line& line)
 {
     app.name("vyra");
     app.allow_windows_style_options(false);  // a path that begins with a slash is a path
-    app.set_version_flag("--version", "vyra 1.0.0", "Print the tool's version and exit");
+    app.set_version_flag("--version", "vyra " VYRA_VERSION_TEXT, "Print the tool's version and exit");
     app.footer(first_steps);
     app.require_subcommand(0, 1);  // none is answered below, with their names
     add_list(app, line);

@@ -91,9 +91,12 @@ TEST_F(Capture_test, modes_select_their_configuration_in_the_driver)
     initialize();
     handle_ = open();
     for (std::uint32_t mode = 0; mode <= 18; ++mode) {
-        const bool roll = mode == 0 || mode >= 9;
-        EXPECT_EQ(VyraBrenvoStartVideo(handle_, mode, mode), mode == 3 ? VYRA_BAD_PARAMETER : VYRA_OK) << mode;
-        if (mode != 3) {
+        const bool roll = VYRA_MODE_IS_ROLL(mode);
+        const bool known = roll || VYRA_MODE_IS_FLAT(mode);
+        EXPECT_EQ(known, mode != 3);
+        EXPECT_EQ(VyraBrenvoStartVideo(handle_, mode, mode), known ? VYRA_OK : VYRA_BAD_PARAMETER) << mode;
+        if (known) {
+            EXPECT_EQ(roll, mode == VYRA_MODE_ROLL || mode >= 9);
             EXPECT_EQ(brenvozulta_sim_selected_config(BRENVOZULTA_SIM_DEFAULT_SCANNER), roll ? 13 : 1) << mode;
             EXPECT_EQ(VyraStopVideo(handle_), VYRA_OK);
         }

@@ -1,0 +1,16 @@
+# The version stands in the public header, which hosts read too; from there it reaches the project, and with it the resource
+# of the DLL, the tool and the package.
+function(read_version HEADER VERSION)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${HEADER})
+  set(version "")
+  foreach(part MAJOR MINOR PATCH)
+    file(STRINGS ${HEADER} line REGEX "^#define VYRA_VERSION_${part} [0-9]+$")
+    if(NOT line)
+      message(FATAL_ERROR "${HEADER}: no VYRA_VERSION_${part}")
+    endif()
+    string(REGEX MATCH "[0-9]+$" number "${line}")
+    list(APPEND version ${number})
+  endforeach()
+  list(JOIN version . version)
+  set(${VERSION} ${version} PARENT_SCOPE)
+endfunction()
