@@ -1,14 +1,13 @@
 #include "device/acquisition.h"
 
 #include <boost/smart_ptr/weak_ptr.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/mutex.hpp>
 #include <cstddef>
 #include <limits>
 #include <map>
 
 #include "device/frame_queue.h"
 #include "device/records.h"
+#include "locks/locks.h"
 #include "log/log_exceptions.h"
 
 namespace kvs::brenvozulta {
@@ -22,9 +21,8 @@ struct Destination {
 };
 
 struct Attached_devices {
-    // Guards destinations. Nothing is taken inside it.
-    boost::mutex mutex;
-    std::map<const void*, Destination> destinations;
+    mutex lock ACQUIRED_AFTER(lock_order::inside_close);  // nothing is taken inside it
+    std::map<const void*, Destination> destinations GUARDED_BY(lock);
 };
 
 // Never destroyed: the driver may deliver until the process ends.
@@ -34,12 +32,12 @@ Attached_devices& attached_devices()
     return *devices;
 }
 
-using devices_lock = boost::lock_guard<boost::mutex>;
+using devices_lock = scoped_lock<mutex>;
 
 Destination destination_of(const void* context)
 {
     auto& devices = attached_devices();
-    const devices_lock lock(devices.mutex);
+    const devices_lock held(devices.lock);
     const auto found = devices.destinations.find(context);
     if (found == devices.destinations.end()) {
         Destination gone;
@@ -88,7 +86,7 @@ std::int32_t on_acquisition(const std::uint8_t* image, std::uint16_t width, std:
 void attach_acquisition(const brenvozulta_device* device)
 {
     auto& devices = attached_devices();
-    const devices_lock lock(devices.mutex);
+    const devices_lock held(devices.lock);
     devices.destinations[device] = {};
 }
 
@@ -96,14 +94,14 @@ void supply_acquisition(const brenvozulta_device* device, const boost::shared_pt
                         const boost::shared_ptr<Frame_queue>& queue)
 {
     auto& devices = attached_devices();
-    const devices_lock lock(devices.mutex);
+    const devices_lock held(devices.lock);
     devices.destinations[device] = {true, video, queue};
 }
 
 void detach_acquisition(const brenvozulta_device* device)
 {
     auto& devices = attached_devices();
-    const devices_lock lock(devices.mutex);
+    const devices_lock held(devices.lock);
     devices.destinations.erase(device);
 }
 

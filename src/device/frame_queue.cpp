@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <boost/chrono/duration.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/lock_types.hpp>
 #include <cstring>
 
 #include "device/process_end.h"
@@ -14,7 +12,7 @@ namespace kvs::brenvozulta {
 
 namespace {
 
-using signal_lock = boost::lock_guard<boost::recursive_mutex>;
+using signal_lock = scoped_lock<recursive_mutex>;
 
 // One sequence for all scanners; only numbers of one queue are ever compared.
 std::atomic<std::uint32_t> next_frame_id{0};
@@ -22,18 +20,21 @@ std::atomic<std::uint32_t> next_frame_id{0};
 }  // namespace
 
 // Holds data_mutex_, for which a thread waits as long as it takes, with one exception: the end of the process may have
-// caught the driver's thread in the middle of a copy, which will then never end.
-class Frame_queue::data_lock {
+// caught the driver's thread in the middle of a copy, which will then never end. To the compiler that is held too: no
+// other thread is left to guard against.
+class SCOPED_CAPABILITY Frame_queue::data_lock {
 public:
-    explicit data_lock(boost::recursive_timed_mutex& mutex) : lock_(mutex, boost::try_to_lock)
+    explicit data_lock(recursive_timed_mutex& lock) ACQUIRE(lock) NOT_ANALYSED : lock_(lock)
     {
-        while (!lock_.owns_lock() && !process_is_ending()) {
-            lock_.try_lock_for(boost::chrono::milliseconds(100));
+        bool held = lock_.try_lock();
+        while (!held && !process_is_ending()) {
+            held = lock_.try_lock_for(boost::chrono::milliseconds(100));
         }
     }
+    ~data_lock() RELEASE() {}
 
 private:
-    boost::unique_lock<boost::recursive_timed_mutex> lock_;
+    tried_lock<recursive_timed_mutex> lock_;
 };
 
 Frame_queue::Frame_queue()
@@ -108,7 +109,7 @@ void Frame_queue::wait_for_request()
     if (frame_count_ != 0) {
         return;
     }
-    boost::unique_lock<boost::recursive_mutex> signal(signal_mutex_);
+    signal_lock signal(signal_mutex_);
     while (!request_signalled_ && !retired_) {
         request_cond_.wait(signal);
     }

@@ -3,11 +3,11 @@
 
 #include <atomic>
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/condition_variable.hpp>
-#include <boost/thread/recursive_mutex.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include "locks/locks.h"
 
 namespace kvs::brenvozulta {
 
@@ -72,16 +72,17 @@ public:
 private:
     class data_lock;
 
-    // Guards request_signalled_ and retired_. Nothing is taken inside it.
-    boost::recursive_mutex signal_mutex_;
-    bool request_signalled_ = false;
-    bool retired_ = false;
-    boost::condition_variable_any request_cond_;
+    // Nothing is taken inside it.
+    recursive_mutex signal_mutex_ ACQUIRED_AFTER(lock_order::inside_frame_queue);
+    bool request_signalled_ GUARDED_BY(signal_mutex_) = false;
+    bool retired_ GUARDED_BY(signal_mutex_) = false;
+    condition request_cond_;
 
-    // Guards frames_ and every request's status, the copy of an image included, so that a request is never seen half
-    // filled. signal_mutex_ may be taken inside it.
-    boost::recursive_timed_mutex data_mutex_;
-    std::vector<boost::shared_ptr<Frame_data>> frames_;
+    // Guards every request's status too, the copy of an image included, so that a request is never seen half filled.
+    // signal_mutex_ may be taken inside it.
+    recursive_timed_mutex data_mutex_ ACQUIRED_AFTER(lock_order::inside_close)
+        ACQUIRED_BEFORE(lock_order::inside_frame_queue);
+    std::vector<boost::shared_ptr<Frame_data>> frames_ GUARDED_BY(data_mutex_);
 
     // The size of frames_, which wait_for_request reads without the lock.
     std::atomic<std::size_t> frame_count_{0};

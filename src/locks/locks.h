@@ -1,0 +1,93 @@
+// The library's locks: Boost's, known to the compiler.
+//
+// What it sees is one function at a time, through what the others declare. It does not see who calls through a pointer,
+// so neither that a host's callback comes back with a recursive lock held nor what a subscriber takes; nor a holder
+// that is handed to another function. Comments say so where it happens.
+#pragma once
+
+#include <boost/thread/condition_variable.hpp>
+#include <boost/thread/lock_types.hpp>
+#include <boost/thread/mutex.hpp>
+#include <boost/thread/recursive_mutex.hpp>
+
+#include "locks/annotations.h"
+#include "locks/lock_order.h"
+
+namespace kvs::brenvozulta {
+
+template <class System_lock>
+class CAPABILITY("lock") known_lock {
+public:
+    void lock() ACQUIRE() { system_lock_.lock(); }
+    void unlock() RELEASE() { system_lock_.unlock(); }
+    bool try_lock() TRY_ACQUIRE(true) { return system_lock_.try_lock(); }
+    template <class Duration>
+    bool try_lock_for(const Duration& limit) TRY_ACQUIRE(true)
+    {
+        return system_lock_.try_lock_for(limit);
+    }
+
+    // Does nothing: what the compiler cannot see here, its caller knows.
+    void assert_held() const ASSERT_HELD() {}
+
+private:
+    System_lock system_lock_;
+};
+
+using mutex = known_lock<boost::mutex>;
+using recursive_mutex = known_lock<boost::recursive_mutex>;
+using recursive_timed_mutex = known_lock<boost::recursive_timed_mutex>;
+
+// Holds a lock to the end of the scope, save where it is given up in between.
+template <class Lock>
+class SCOPED_CAPABILITY scoped_lock {
+public:
+    explicit scoped_lock(Lock& lock) ACQUIRE(lock) : held_(lock) {}
+    ~scoped_lock() RELEASE() {}
+    scoped_lock(const scoped_lock&) = delete;
+    scoped_lock& operator=(const scoped_lock&) = delete;
+
+    void lock() ACQUIRE() { held_.lock(); }
+    void unlock() RELEASE() { held_.unlock(); }
+
+private:
+    boost::unique_lock<Lock> held_;
+};
+
+// Holds to the end of the scope what it is asked to try for.
+template <class Lock>
+class SCOPED_CAPABILITY tried_lock {
+public:
+    explicit tried_lock(Lock& lock) EXCLUDES(lock) : held_(lock, boost::defer_lock) {}
+    ~tried_lock() RELEASE() {}
+    tried_lock(const tried_lock&) = delete;
+    tried_lock& operator=(const tried_lock&) = delete;
+
+    bool try_lock() TRY_ACQUIRE(true) { return held_.try_lock(); }
+    template <class Duration>
+    bool try_lock_for(const Duration& limit) TRY_ACQUIRE(true)
+    {
+        return held_.try_lock_for(limit);
+    }
+
+private:
+    boost::unique_lock<Lock> held_;
+};
+
+// What a thread waits for with a lock given up meanwhile. Both kinds of lock can be: the condition variable takes a
+// holder, which knows whether it has its lock again when the system refuses it.
+class condition {
+public:
+    template <class Lock>
+    void wait(scoped_lock<Lock>& held)
+    {
+        condition_.wait(held);
+    }
+    void notify_one() { condition_.notify_one(); }
+    void notify_all() { condition_.notify_all(); }
+
+private:
+    boost::condition_variable_any condition_;
+};
+
+}  // namespace kvs::brenvozulta
