@@ -1,15 +1,13 @@
 #include "device/stop_handshake.h"
 
 #include <boost/chrono/duration.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/lock_types.hpp>
 
 #include "device/process_end.h"
 #include "device/records.h"
 
 namespace kvs::brenvozulta {
 
-using handshake_lock = boost::lock_guard<boost::mutex>;
+using handshake_lock = scoped_lock<mutex>;
 
 Stop_handshake::Promise::Promise(Promise&& other) noexcept
     : promise_(boost::move(other.promise_)), future_(boost::move(other.future_)), settled_(other.settled_)
@@ -58,8 +56,8 @@ void Stop_handshake::begin(Video_data& video, Promise fresh)
 bool Stop_handshake::answer(Video_data& video)
 {
     // The thread polls: to wait for the lock would take a system object, which may be refused.
-    const boost::unique_lock<boost::mutex> lock(mutex_, boost::try_to_lock);
-    if (!lock.owns_lock()) {
+    tried_lock<mutex> lock(mutex_);
+    if (!lock.try_lock()) {
         return false;
     }
     std::uint32_t requested = VIDEO_STOP_REQUESTED;

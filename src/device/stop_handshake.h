@@ -1,9 +1,10 @@
 // The handshake by which a stop of video learns that an extraction thread has seen it.
 #pragma once
 
-#include <boost/thread/mutex.hpp>
 #define BOOST_THREAD_PROVIDES_FUTURE
 #include <boost/thread/future.hpp>
+
+#include "locks/locks.h"
 
 namespace kvs::brenvozulta {
 
@@ -53,10 +54,10 @@ public:
     void wait();
 
 private:
-    // Guards promise_ and the steps of the video state that go with it. The promise's own lock is taken inside it;
+    // Guards the steps of the video state that go with the promise too. The promise's own lock is taken inside it;
     // nobody waits inside it.
-    boost::mutex mutex_;
-    Promise promise_;
+    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager);
+    Promise promise_ GUARDED_BY(mutex_);
 };
 
 }  // namespace kvs::brenvozulta

@@ -1,13 +1,12 @@
 #include "manager/device_table.h"
 
-#include <boost/thread/lock_guard.hpp>
 #include <utility>
 
 #include "device/device.h"
 
 namespace kvs::brenvozulta {
 
-using table_lock = boost::lock_guard<boost::mutex>;
+using table_lock = scoped_lock<mutex>;
 
 device_table::device_owner device_table::look_up(std::uint32_t handle) const
 {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <boost/chrono/duration.hpp>
-#include <boost/thread/lock_types.hpp>
 
 #include "device/device.h"
 #include "log/log.h"
@@ -14,15 +13,7 @@ namespace kvs::brenvozulta {
 
 constexpr boost::chrono::milliseconds manager_lock_limit(5000);
 
-using manager_guard = boost::unique_lock<boost::recursive_timed_mutex>;
-
-// Takes the manager lock: at once, or within the limit.
-inline void acquire(manager_guard& guard)
-{
-    if (!guard.try_lock()) {
-        guard.try_lock_for(manager_lock_limit);
-    }
-}
+using manager_hold = tried_lock<recursive_timed_mutex>;
 
 // Logs the operation's error line and returns the status.
 inline std::int32_t refuse(const char* operation, std::int32_t status)
@@ -44,9 +35,8 @@ template <class Body>
 std::int32_t brenvozulta_manager::locked(const char* operation, Body body) noexcept
 {
     return guarded([&] {
-        manager_guard lock(manager_lock_, boost::defer_lock);
-        acquire(lock);
-        if (!lock.owns_lock()) {
+        manager_hold lock(manager_lock_);
+        if (!lock.try_lock() && !lock.try_lock_for(manager_lock_limit)) {
             return refuse(operation, VYRA_INTERNAL);
         }
         return session_change_ == Session_change::ending ? refuse(operation, VYRA_NOT_INITIALIZED) : body();
@@ -68,7 +58,7 @@ template <class Operation>
 std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t handle, bool log_missing_device,
                                             Operation run) noexcept
 {
-    return locked(operation, [&]() -> std::int32_t {
+    return locked(operation, [&]() REQUIRES(manager_lock_) -> std::int32_t {
         const std::int32_t refused = ready(operation);
         if (refused != VYRA_OK) {
             return refused;
@@ -90,9 +80,8 @@ template <class Body>
 void brenvozulta_manager::on_event(const char* event, Body body) noexcept
 {
     guarded([&]() -> std::int32_t {
-        manager_guard lock(manager_lock_, boost::defer_lock);
-        acquire(lock);
-        if (!lock.owns_lock()) {
+        manager_hold lock(manager_lock_);
+        if (!lock.try_lock() && !lock.try_lock_for(manager_lock_limit)) {
             log_printf(log_errors, "%s lock:    Error=%d: %s\r\n", event, VYRA_INTERNAL,
                        vyra_error_text(VYRA_INTERNAL));
         } else if (!initialized_) {

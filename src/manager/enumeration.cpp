@@ -45,7 +45,7 @@ std::int32_t brenvozulta_manager::get_device_list_internal(std::uint32_t* count,
 
 std::int32_t brenvozulta_manager::get_device_list(std::uint32_t* count, char* buffer) noexcept
 {
-    return locked("get_device_list", [&]() -> std::int32_t {
+    return locked("get_device_list", [&]() REQUIRES(manager_lock_) -> std::int32_t {
         if (!initialized_) {
             return refuse("get_device_list", VYRA_NOT_INITIALIZED);
         }
@@ -67,7 +67,7 @@ std::int32_t brenvozulta_manager::get_device_list(std::uint32_t* count, char* bu
 
 std::int32_t brenvozulta_manager::get_device_list_N(std::uint32_t* count, DeviceListRecord* buffer) noexcept
 {
-    return locked("get_device_list_N", [&]() -> std::int32_t {
+    return locked("get_device_list_N", [&]() REQUIRES(manager_lock_) -> std::int32_t {
         if (!initialized_) {
             return refuse("get_device_list_N", VYRA_NOT_INITIALIZED);
         }
@@ -102,7 +102,7 @@ std::int32_t brenvozulta_manager::get_device_list_N(std::uint32_t* count, Device
 
 std::int32_t brenvozulta_manager::get_device_info_dev_name(const char* name, DeviceInfo* record) noexcept
 {
-    return locked("get_device_info", [&]() -> std::int32_t {  // its lines go by two names
+    return locked("get_device_info", [&]() REQUIRES(manager_lock_) -> std::int32_t {  // its lines go by two names
         if (!initialized_) {
             return refuse("get_device_info", VYRA_NOT_INITIALIZED);
         }

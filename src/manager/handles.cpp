@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <boost/chrono/duration.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
-#include <boost/thread/lock_guard.hpp>
 #include <boost/thread/thread.hpp>
 
 #include "manager/device_name.h"
@@ -26,7 +25,7 @@ std::int32_t brenvozulta_manager::open_device(const char* name, std::uint32_t* h
     if (name == nullptr || handle == nullptr) {
         return refuse("open_device", VYRA_BAD_PARAMETER);
     }
-    return locked("open_device", [&] { return open_named_device(name, handle, option); });
+    return locked("open_device", [&]() REQUIRES(manager_lock_) { return open_named_device(name, handle, option); });
 }
 
 std::int32_t brenvozulta_manager::open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option)
@@ -66,7 +65,7 @@ bool brenvozulta_manager::is_open(const std::string& name) const
 
 std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept
 {
-    return locked("close_device", [&] { return close_open_device(handle); });
+    return locked("close_device", [&]() REQUIRES(manager_lock_) { return close_open_device(handle); });
 }
 
 std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
@@ -75,7 +74,7 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
     if (closing_) {
         return refuse("close_device", VYRA_INTERNAL);
     }
-    const boost::lock_guard<boost::mutex> lock(close_mutex_);
+    const scoped_lock<mutex> lock(close_mutex_);
     const scoped_value closing(closing_, true);
     if (!initialized_) {
         return refuse("close_device", VYRA_NOT_INITIALIZED);
@@ -127,6 +126,11 @@ bool brenvozulta_manager::wait_until_detected() const
     return device_detected_;
 }
 
+device_table::device_owner brenvozulta_manager::look_up(std::uint32_t handle) const
+{
+    return open_devices_.look_up(handle);
+}
+
 std::int32_t brenvozulta_manager::get_status(std::uint32_t handle) noexcept
 {
     return guarded([&]() -> std::int32_t {
@@ -135,7 +139,7 @@ std::int32_t brenvozulta_manager::get_status(std::uint32_t handle) noexcept
         if (refused != VYRA_OK) {
             return refused;
         }
-        const auto device = open_devices_.look_up(handle);
+        const auto device = look_up(handle);
         if (!device) {
             return VYRA_OK;
         }

@@ -26,7 +26,7 @@ void hot_plug_listener(std::int32_t event, void* driver_handle) noexcept
 void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
 {
     log_printf(log_tracing, "ManagePlugEvent event\r\n");
-    on_event("ManagePlugEvent", [&] {
+    on_event("ManagePlugEvent", [&]() REQUIRES(manager_lock_) {
         DriverDeviceEntry record = {};
         const std::uint32_t result = QXDR_GetUsbInfo(driver_handle, &record);
         if (result != 0) {
@@ -52,7 +52,7 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
 void brenvozulta_manager::ManageUnplugEvent(void* driver_handle) noexcept
 {
     log_printf(log_tracing, "ManageUnplugEvent event\r\n");
-    on_event("ManageUnplugEvent", [&] {
+    on_event("ManageUnplugEvent", [&]() REQUIRES(manager_lock_) {
         for (const auto& [handle, device] : open_devices_) {
             if (device && device->driver_handle() == driver_handle) {
                 status_.raise([&gone = *device] { gone.set_disconnected(true); });

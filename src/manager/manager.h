@@ -2,13 +2,12 @@
 #pragma once
 
 #include <atomic>
-#include <boost/thread/mutex.hpp>
-#include <boost/thread/recursive_mutex.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "driver/driver.h"
+#include "locks/locks.h"
 #include "manager/device_table.h"
 #include "manager/status_wait.h"
 #include "vyra/vyra.h"
@@ -16,7 +15,8 @@
 namespace kvs::brenvozulta {
 
 // Every operation may be called from any thread, returns a status, logs its own failures and throws nothing. All but
-// get_status run one at a time under the manager lock, for which they wait at most 5 seconds (then 9000).
+// get_status run one at a time under the manager lock, for which they wait at most 5 seconds (then 9000). None is
+// declared to exclude that lock: a host's callback comes back with it held, which the compiler does not see.
 //
 //   created --initialize--> initialized --terminate--> created
 //
@@ -94,29 +94,33 @@ private:
     void on_event(const char* event, Body body) noexcept;
     std::int32_t ready(const char* operation) const;
 
-    std::int32_t bring_up();
-    std::int32_t shut_down();
-    std::int32_t close_open_device(std::uint32_t handle);
+    std::int32_t bring_up() REQUIRES(manager_lock_);
+    std::int32_t shut_down() REQUIRES(manager_lock_);
+    std::int32_t close_open_device(std::uint32_t handle) REQUIRES(manager_lock_) EXCLUDES(close_mutex_);
     static std::int32_t get_device_list_internal(std::uint32_t* count, char* names);
-    std::int32_t open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option);
-    bool is_open(const std::string& name) const;
+    std::int32_t open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option)
+        REQUIRES(manager_lock_);
+    bool is_open(const std::string& name) const REQUIRES(manager_lock_);
     bool wait_until_detected() const;
-    std::vector<DriverDeviceEntry>::iterator find_detected(void* driver_handle);
-    void drop_detected(void* driver_handle);
+    // Without the lock, as the table allows.
+    device_table::device_owner look_up(std::uint32_t handle) const NOT_ANALYSED;
+    std::vector<DriverDeviceEntry>::iterator find_detected(void* driver_handle) REQUIRES(manager_lock_);
+    void drop_detected(void* driver_handle) REQUIRES(manager_lock_);
     static void tell_host(VyraDeviceEventCallback callback, const char* name, bool plugged) noexcept;
 
     std::atomic<VyraDeviceEventCallback> device_event_callback_;
-    std::vector<DriverDeviceEntry> detected_devices_;  // under the manager lock
+    std::vector<DriverDeviceEntry> detected_devices_ GUARDED_BY(manager_lock_);
 
-    // Guards the detected devices and the open devices, and serialises the operations. Recursive: initialize runs
-    // terminate, terminate closes devices, and host callbacks call back. Taken inside it: close_mutex_, the status
-    // wait's mutex, the device table's, those of the devices, the notification service's.
-    boost::recursive_timed_mutex manager_lock_;
-    device_table open_devices_;
-    boost::mutex close_mutex_;  // taken by close_device alone, inside the manager lock
-    bool closing_ = false;      // under the manager lock
+    // Serialises the operations, so that it guards the open devices themselves too. Recursive: a firmware update runs
+    // in two frames, and host callbacks call back. Taken inside it: close_mutex_, the status wait's mutex, the device
+    // table's, those of the devices, the notification service's.
+    recursive_timed_mutex manager_lock_ ACQUIRED_BEFORE(lock_order::inside_manager);
+    device_table open_devices_ GUARDED_BY(manager_lock_);
+    // Taken by close_device alone.
+    mutex close_mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_close);
+    bool closing_ GUARDED_BY(manager_lock_) = false;
     std::atomic<bool> initialized_;
-    Session_change session_change_ = Session_change::none;  // under the manager lock
+    Session_change session_change_ GUARDED_BY(manager_lock_) = Session_change::none;
     status_wait status_;
     std::atomic<bool> suspended_;
     std::atomic<bool> device_detected_;

@@ -140,7 +140,7 @@ std::int32_t brenvozulta_manager::submit_video_request(std::uint32_t handle, voi
 // The image is looked at before the handle is.
 std::int32_t brenvozulta_manager::update_firmware(std::uint32_t handle, const void* image, std::size_t length) noexcept
 {
-    return locked("update_firmware", [&]() -> std::int32_t {
+    return locked("update_firmware", [&]() REQUIRES(manager_lock_) -> std::int32_t {
         const std::int32_t refused = ready("update_firmware");
         if (refused != VYRA_OK) {
             return refused;

@@ -32,7 +32,7 @@ void power_handler(SysPowerEventType event)
 
 void brenvozulta_manager::ManagePowerEvent(bool sleeping) noexcept
 {
-    on_event("ManagePowerEvent", [&] {
+    on_event("ManagePowerEvent", [&]() REQUIRES(manager_lock_) {
         suspended_ = sleeping;
         if (!sleeping || open_devices_.size() == 0) {
             return;  // what sleep has stopped stays stopped until the host starts it again

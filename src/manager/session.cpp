@@ -37,18 +37,25 @@ std::int32_t brenvozulta_manager::initialize(VyraDeviceEventCallback callback, s
                                              std::int32_t limit) noexcept
 {
     return guarded([&] {
-        manager_guard lock(manager_lock_, boost::try_to_lock);
-        if (lock.owns_lock() && session_change_ != Session_change::none) {
+        const auto keep_settings = [&] {
+            device_event_callback_ = callback;
+            log_settings.level = level > highest_log_level ? 0 : static_cast<int>(level);
+            log_settings.limit = limit < 1 ? default_log_size : limit;
+        };
+        manager_hold lock(manager_lock_);
+        if (lock.try_lock()) {
+            if (session_change_ != Session_change::none) {
+                return refuse("initialize", VYRA_INTERNAL);
+            }
+            keep_settings();
+            return bring_up();
+        }
+        // The settings are in place while another thread holds the lock, also when it cannot be had.
+        keep_settings();
+        if (!lock.try_lock_for(manager_lock_limit)) {
             return refuse("initialize", VYRA_INTERNAL);
         }
-        // The settings are in place before the lock is: also while another thread holds it, and when it cannot be had.
-        device_event_callback_ = callback;
-        log_settings.level = level > highest_log_level ? 0 : static_cast<int>(level);
-        log_settings.limit = limit < 1 ? default_log_size : limit;
-        if (!lock.owns_lock()) {
-            lock.try_lock_for(manager_lock_limit);
-        }
-        return lock.owns_lock() ? bring_up() : refuse("initialize", VYRA_INTERNAL);
+        return bring_up();
     });
 }
 
@@ -57,7 +64,10 @@ std::int32_t brenvozulta_manager::bring_up()
     const scoped_value beginning(session_change_, Session_change::beginning);
     if (initialized_) {
         log_printf(log_tracing, "initialize:    clear current initialized api before the initialize\r\n");
-        guarded([this] { return shut_down(); });  // whatever comes of it
+        guarded([this] {
+            manager_lock_.assert_held();  // since before this; what runs the function does not say so
+            return shut_down();           // whatever comes of it
+        });
     }
     if (QXDR_Initialize() != 0) {
         return refuse("initialize", VYRA_INTERNAL);
@@ -88,7 +98,7 @@ std::int32_t brenvozulta_manager::bring_up()
 
 std::int32_t brenvozulta_manager::terminate() noexcept
 {
-    return locked("terminate", [this] {
+    return locked("terminate", [this]() REQUIRES(manager_lock_) {
         return session_change_ == Session_change::none ? shut_down() : refuse("terminate", VYRA_NOT_INITIALIZED);
     });
 }

@@ -2,11 +2,9 @@
 #pragma once
 
 #include <atomic>
-#include <boost/thread/condition_variable.hpp>
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/lock_types.hpp>
-#include <boost/thread/mutex.hpp>
 #include <cstdint>
+
+#include "locks/locks.h"
 
 namespace kvs::brenvozulta {
 
@@ -20,21 +18,21 @@ public:
 
     // Raises a change, after carrying out what changed under the mutex, so that a waiter sees it.
     template <class Change>
-    void raise(Change change)
+    void raise(Change change) EXCLUDES(mutex_)
     {
-        const boost::lock_guard<boost::mutex> lock(mutex_);
+        const scoped_lock<mutex> lock(mutex_);
         change();
         changed_ = true;
         condition_.notify_all();
     }
-    void raise()
+    void raise() EXCLUDES(mutex_)
     {
         raise([] {});
     }
 
-    void end_session()
+    void end_session() EXCLUDES(mutex_)
     {
-        const boost::lock_guard<boost::mutex> lock(mutex_);
+        const scoped_lock<mutex> lock(mutex_);
         ++session_;
         // A change that has released one of the waiters is theirs, and what comes from now on is not.
         if (waiters_ != 0) {
@@ -46,9 +44,9 @@ public:
 
     // Waits, without a limit, for a change or for the end of the session, which the caller has read before it looked
     // its device up: a session that ended in between is then not missed.
-    void wait(session waiting_in)
+    void wait(session waiting_in) EXCLUDES(mutex_)
     {
-        boost::unique_lock<boost::mutex> lock(mutex_);
+        scoped_lock<mutex> lock(mutex_);
         const Waiter waiter(*this, waiting_in);
         while (!changed_ && session_ == waiting_in) {
             condition_.wait(lock);
@@ -72,6 +70,7 @@ private:
     private:
         void count(int change) const
         {
+            status_.mutex_.assert_held();  // it lives inside the scope of the lock in wait
             if (status_.session_ == waiting_in_) {
                 status_.waiters_ += change;
             }
@@ -81,13 +80,13 @@ private:
         const session waiting_in_;
     };
 
-    // Guards waiters_ and the writing of changed_, session_ and the devices' disconnected marks. The manager lock is
-    // taken before it, never after; nothing is taken inside it.
-    boost::mutex mutex_;
-    boost::condition_variable condition_;
+    // Guards the writing of changed_, session_ and the devices' disconnected marks too, which all are read without it.
+    // The manager lock is taken before it, never after; nothing is taken inside it.
+    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
+    condition condition_;
     std::atomic<bool> changed_{false};
     std::atomic<session> session_{0};
-    int waiters_ = 0;  // of the current session
+    int waiters_ GUARDED_BY(mutex_) = 0;  // of the current session
 };
 
 }  // namespace kvs::brenvozulta

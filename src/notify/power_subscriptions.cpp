@@ -1,7 +1,6 @@
 #include "notify/power_subscriptions.h"
 
 #include <algorithm>
-#include <boost/thread/lock_guard.hpp>
 
 #include "log/log_exceptions.h"
 
@@ -9,7 +8,7 @@ namespace kvs::brenvozulta {
 
 bool power_subscriptions::subscribe(PowerEventCallback callback)
 {
-    const boost::lock_guard<dispatch_mutex> lock(mutex_);
+    const scoped_lock<dispatch_mutex> lock(mutex_);
     // A null callback matches a free place, and is stored in it without a trace.
     const auto place = std::find_if(table_.begin(), table_.end(),
                                     [=](PowerEventCallback entry) { return entry == callback || entry == nullptr; });
@@ -22,7 +21,7 @@ bool power_subscriptions::subscribe(PowerEventCallback callback)
 
 bool power_subscriptions::unsubscribe(PowerEventCallback callback)
 {
-    const boost::lock_guard<dispatch_mutex> lock(mutex_);
+    const scoped_lock<dispatch_mutex> lock(mutex_);
     const auto place = std::find(table_.begin(), table_.end(), callback);
     if (place == table_.end()) {
         return false;
@@ -34,7 +33,7 @@ bool power_subscriptions::unsubscribe(PowerEventCallback callback)
 void power_subscriptions::dispatch(bool suspending)
 {
     const SysPowerEventType event = suspending ? SysPowerSleep : SysPowerResume;
-    const boost::lock_guard<dispatch_mutex> lock(mutex_);
+    const scoped_lock<dispatch_mutex> lock(mutex_);
     // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the
     // others from learning that the system sleeps.
     for (const PowerEventCallback& place : table_) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "locks/locks.h"
 #include "notify/waiting.h"
 #include "vyra/notify.h"
 
@@ -20,16 +21,16 @@ public:
     void dispatch(bool suspending);
 
 private:
-    // Guards the table. Held while subscribers run, so that none runs any more once its unsubscription has returned. A
-    // subscriber takes what it likes inside it; the manager's takes the manager lock. So this lock comes first, and who
-    // holds the manager lock while asking for this one can make that subscriber's wait for it run out, after 5000 ms.
-    // Recursive, because a host that shuts the library down when the system goes to sleep unsubscribes from inside a
-    // subscriber: it would otherwise wait for itself for ever. Free again when a subscriber ends the thread: the table
-    // is whole at every moment, since each place is written at once.
+    // Held while subscribers run, so that none runs any more once its unsubscription has returned. A subscriber takes
+    // what it likes inside it, which the compiler does not see; the manager's takes the manager lock. So this lock
+    // comes first, and who holds the manager lock while asking for this one can make that subscriber's wait for it run
+    // out, after 5000 ms. Recursive, because a host that shuts the library down when the system goes to sleep
+    // unsubscribes from inside a subscriber: it would otherwise wait for itself for ever. Free again when a subscriber
+    // ends the thread: the table is whole at every moment, since each place is written at once.
     dispatch_mutex mutex_;
     // A null place is free. The scan of a subscription ends at the first free place: a function that stands behind a
     // place freed since can therefore come to stand in both.
-    std::array<PowerEventCallback, places> table_{};
+    std::array<PowerEventCallback, places> table_ GUARDED_BY(mutex_){};
 };
 
 // The one table of the process.

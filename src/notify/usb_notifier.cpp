@@ -3,7 +3,6 @@
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/system/error_code.hpp>
 #include <boost/thread/exceptions.hpp>
-#include <boost/thread/lock_guard.hpp>
 #include <memory>
 #include <utility>
 
@@ -18,7 +17,7 @@ namespace kvs::brenvozulta {
 // Serialises starts and stops. False, at once, on a thread for which the stop under way itself waits: on the notifier
 // thread inside a subscriber, and on the stopping thread when a message reaches it while it waits. Waiting there would
 // never end.
-bool usb_notifier::wait_for_other_stop(unique_lock& lock)
+bool usb_notifier::wait_for_other_stop(scoped_lock<mutex>& lock)
 {
     const DWORD self = GetCurrentThreadId();
     while (const auto other = stop_) {
@@ -48,7 +47,7 @@ struct usb_notifier::Start {
 
 bool usb_notifier::start(const char* class_name)
 {
-    unique_lock lock(mutex_);
+    scoped_lock<mutex> lock(mutex_);
     // From inside a stop, a start counts as having come before it, when the notifier was running.
     if (!wait_for_other_stop(lock) || running_) {
         return true;
@@ -82,7 +81,7 @@ void usb_notifier::run_thread(const char* class_name, Run& run)
         });
     });
     {
-        const boost::lock_guard<boost::mutex> lock(mutex_);
+        const scoped_lock<mutex> lock(mutex_);
         // A failed thread leaves the notifier as a stop leaves it.
         if (ending != Ending::whole && &run == run_.get()) {
             running_ = false;
@@ -113,14 +112,14 @@ void usb_notifier::end_thread(const char* class_name, const Run& run, bool from_
 
 void usb_notifier::end_stop()
 {
-    const boost::lock_guard<boost::mutex> lock(mutex_);
+    const scoped_lock<mutex> lock(mutex_);
     stop_->over.set();
     stop_.reset();
 }
 
 bool usb_notifier::stop(const char* class_name)
 {
-    unique_lock lock(mutex_);
+    scoped_lock<mutex> lock(mutex_);
     if (!wait_for_other_stop(lock) || !running_) {
         return true;
     }

@@ -10,21 +10,18 @@
 #include <windows.h>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
-#include <boost/thread/lock_types.hpp>
-#include <boost/thread/mutex.hpp>
 
+#include "locks/locks.h"
 #include "notify/waiting.h"
 
 namespace kvs::brenvozulta {
 
 class usb_notifier {
 public:
-    bool start(const char* class_name);
-    bool stop(const char* class_name);
+    bool start(const char* class_name) EXCLUDES(mutex_);
+    bool stop(const char* class_name) EXCLUDES(mutex_);
 
 private:
-    using unique_lock = boost::unique_lock<boost::mutex>;
-
     // One start and its thread. A thread that was stopped from inside a subscriber may still be on its way out while
     // the next one runs, so it has its own.
     struct Run {
@@ -44,17 +41,18 @@ private:
 
     static DWORD WINAPI thread_main(LPVOID start);
 
-    bool wait_for_other_stop(unique_lock& lock);
-    void run_thread(const char* class_name, Run& run);
+    // The compiler does not follow a holder from one function into another: it takes the lock for held throughout.
+    bool wait_for_other_stop(scoped_lock<mutex>& lock) REQUIRES(mutex_) NOT_ANALYSED;
+    void run_thread(const char* class_name, Run& run) EXCLUDES(mutex_);
     static void end_thread(const char* class_name, const Run& run, bool from_inside);
-    void end_stop();
+    void end_stop() EXCLUDES(mutex_);
 
-    // Guards everything below. Held for moments only, never while a window, a thread or a subscriber is waited for; the
-    // lock of the USB table may be taken inside it.
-    boost::mutex mutex_;
-    bool running_ = false;
-    boost::shared_ptr<Run> run_;    // null when not running, and when the start got no thread
-    boost::shared_ptr<Stop> stop_;  // null when none is under way
+    // Held for moments only, never while a window, a thread or a subscriber is waited for. The lock of the USB table
+    // may be taken inside it.
+    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_notifier);
+    bool running_ GUARDED_BY(mutex_) = false;
+    boost::shared_ptr<Run> run_ GUARDED_BY(mutex_);    // null when not running, and when the start got no thread
+    boost::shared_ptr<Stop> stop_ GUARDED_BY(mutex_);  // null when none is under way
 };
 
 // The one notifier of the process.

@@ -1,7 +1,6 @@
 #include "notify/usb_subscriptions.h"
 
 #include <algorithm>
-#include <boost/thread/lock_guard.hpp>
 
 namespace kvs::brenvozulta {
 
@@ -15,7 +14,7 @@ usb_subscriptions::Subscription* usb_subscriptions::find(int vendor, int product
 
 bool usb_subscriptions::subscribe(int vendor, int product, UsbEventCallback callback)
 {
-    const boost::lock_guard<boost::mutex> lock(mutex_);
+    const scoped_lock<mutex> lock(mutex_);
     // The pair 0, 0 finds a free place here and is refused like a pair that is taken.
     if (find(vendor, product) != nullptr) {
         return false;
@@ -35,7 +34,7 @@ bool usb_subscriptions::subscribe(int vendor, int product, UsbEventCallback call
 
 bool usb_subscriptions::unsubscribe(int vendor, int product)
 {
-    const boost::lock_guard<boost::mutex> lock(mutex_);
+    const scoped_lock<mutex> lock(mutex_);
     // The pair 0, 0 finds a free place and lowers the count all the same.
     Subscription* const place = find(vendor, product);
     if (place == nullptr) {
@@ -48,7 +47,7 @@ bool usb_subscriptions::unsubscribe(int vendor, int product)
 
 void usb_subscriptions::clear()
 {
-    const boost::lock_guard<boost::mutex> lock(mutex_);
+    const scoped_lock<mutex> lock(mutex_);
     count_ = 0;
     table_.fill({});
 }
@@ -57,7 +56,7 @@ void usb_subscriptions::dispatch(int vendor, int product, bool arrived)
 {
     UsbEventCallback callback = nullptr;
     {
-        const boost::lock_guard<boost::mutex> lock(mutex_);
+        const scoped_lock<mutex> lock(mutex_);
         if (const Subscription* const place = find(vendor, product)) {
             callback = place->callback;
         }

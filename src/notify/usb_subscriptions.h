@@ -2,9 +2,9 @@
 #pragma once
 
 #include <array>
-#include <boost/thread/mutex.hpp>
 #include <cstdint>
 
+#include "locks/locks.h"
 #include "vyra/notify.h"
 
 namespace kvs::brenvozulta {
@@ -13,12 +13,12 @@ class usb_subscriptions {
 public:
     static constexpr std::size_t places = 10;
 
-    bool subscribe(int vendor, int product, UsbEventCallback callback);
-    bool unsubscribe(int vendor, int product);
-    void clear();
+    bool subscribe(int vendor, int product, UsbEventCallback callback) EXCLUDES(mutex_);
+    bool unsubscribe(int vendor, int product) EXCLUDES(mutex_);
+    void clear() EXCLUDES(mutex_);
 
     // Calls the subscriber of this pair, if there is one.
-    void dispatch(int vendor, int product, bool arrived);
+    void dispatch(int vendor, int product, bool arrived) EXCLUDES(mutex_);
 
 private:
     // A place whose identifiers are both 0 is free.
@@ -28,14 +28,13 @@ private:
         UsbEventCallback callback = nullptr;
     };
 
-    Subscription* find(int vendor, int product);
+    Subscription* find(int vendor, int product) REQUIRES(mutex_);
 
-    // Guards the table and the count. Innermost: nothing is taken and nobody is called inside it, so that a subscriber
-    // may itself subscribe and unsubscribe.
-    boost::mutex mutex_;
-    std::array<Subscription, places> table_;
+    // Nothing is taken and nobody is called inside it, so that a subscriber may itself subscribe and unsubscribe.
+    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_notifier);
+    std::array<Subscription, places> table_ GUARDED_BY(mutex_);
     // Compared for equality only. Ending the subscription of a free place lowers it below zero, where it wraps.
-    std::uint32_t count_ = 0;
+    std::uint32_t count_ GUARDED_BY(mutex_) = 0;
 };
 
 // The one table of the process.

@@ -7,6 +7,8 @@
 #include <initializer_list>
 #include <memory>
 
+#include "locks/annotations.h"
+
 namespace kvs::brenvozulta {
 
 // Owns the handle of an event, a mutex or a thread.
@@ -44,13 +46,13 @@ private:
 
 // A recursive lock that is held while code of others runs. When its owner ends without giving it up, because that code
 // ended the thread or because the process ends, the lock is free: what it guards must be whole at every moment.
-class dispatch_mutex {
+class CAPABILITY("lock") dispatch_mutex {
 public:
     // Throws boost::thread_resource_error when the system has no mutex left.
     dispatch_mutex();
 
-    void lock() { wait_for_any({mutex_.get()}); }
-    void unlock() { ReleaseMutex(mutex_.get()); }
+    void lock() ACQUIRE() { wait_for_any({mutex_.get()}); }
+    void unlock() RELEASE() { ReleaseMutex(mutex_.get()); }
 
 private:
     handle_owner mutex_;

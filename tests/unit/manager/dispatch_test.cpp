@@ -55,8 +55,8 @@ bool another_thread_gets_the_lock()
 {
     return std::async(std::launch::async,
                       [] {
-                          const boost::unique_lock<boost::recursive_timed_mutex> lock(access::lock(),
-                                                                                      boost::try_to_lock);
+                          const boost::unique_lock<kvs::brenvozulta::recursive_timed_mutex> lock(access::lock(),
+                                                                                                 boost::try_to_lock);
                           return lock.owns_lock();
                       })
         .get();

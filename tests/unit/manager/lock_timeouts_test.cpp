@@ -112,7 +112,7 @@ TEST_F(Lock_timeouts_test, every_operation_goes_on_when_the_lock_comes_in_time)
 TEST_F(Lock_timeouts_test, the_lock_is_recursive)
 {
     open_scanners(1);
-    const boost::unique_lock<boost::recursive_timed_mutex> held(access::lock());
+    const boost::unique_lock<kvs::brenvozulta::recursive_timed_mutex> held(access::lock());
     EXPECT_EQ(VyraBrenvoZultaSetParameters(0, 1, 2), VYRA_OK);
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
 }

@@ -157,7 +157,7 @@ Lock_held_elsewhere::Lock_held_elsewhere()
 {
     std::promise<void> held;
     holder_ = std::thread([&held, released = release_.get_future()] {
-        const boost::unique_lock<boost::recursive_timed_mutex> guard(access::lock());
+        const boost::unique_lock<kvs::brenvozulta::recursive_timed_mutex> guard(access::lock());
         held.set_value();
         released.wait();
     });
@@ -200,7 +200,7 @@ bool waiters_inside(std::uint32_t handle, long count)
 void expect_still_waiting(const Status_waiter& waiter)
 {
     for (int call = 0; call < 200; ++call) {
-        const boost::unique_lock<boost::recursive_timed_mutex> guard(access::lock());
+        const boost::unique_lock<kvs::brenvozulta::recursive_timed_mutex> guard(access::lock());
         std::this_thread::yield();
     }
     EXPECT_FALSE(waiter.has_returned());

@@ -15,8 +15,8 @@ namespace kvs::brenvozulta {
 struct manager_test_access {
     static brenvozulta_manager& manager() { return *get_manager(); }
 
-    static boost::recursive_timed_mutex& lock() { return manager().manager_lock_; }
-    static boost::mutex& close_mutex() { return manager().close_mutex_; }
+    static recursive_timed_mutex& lock() { return manager().manager_lock_; }
+    static mutex& close_mutex() { return manager().close_mutex_; }
     static VyraDeviceEventCallback callback() { return manager().device_event_callback_; }
     static bool initialized() { return manager().initialized_; }
     static bool suspended() { return manager().suspended_; }
@@ -36,7 +36,7 @@ struct manager_test_access {
     // Under the manager lock, as events change it.
     static std::vector<DriverDeviceEntry> detected_devices()
     {
-        const boost::unique_lock<boost::recursive_timed_mutex> guard(lock());
+        const scoped_lock<recursive_timed_mutex> guard(lock());
         return manager().detected_devices_;
     }
     static std::vector<std::string> detected_names()

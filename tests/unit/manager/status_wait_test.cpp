@@ -12,7 +12,7 @@ namespace kvs::brenvozulta {
 struct status_wait_test_access {
     static int waiters(status_wait& status)
     {
-        const boost::lock_guard<boost::mutex> lock(status.mutex_);
+        const scoped_lock<mutex> lock(status.mutex_);
         return status.waiters_;
     }
 };
