@@ -9,7 +9,7 @@ std::uint32_t result_at_process_end(const char* function)
 {
     constexpr std::string_view ends[] = {"QXDR_StopCapture", "QXDR_CloseDevice", "QXDR_Release"};
     const bool is_end = std::find(std::begin(ends), std::end(ends), function) != std::end(ends);
-    return is_end ? result_ok : result_not_initialized;
+    return is_end ? driver_ok : driver_not_initialized;
 }
 
 Driver_call::Driver_call(const char* function, std::vector<Argument> arguments)
@@ -60,10 +60,10 @@ std::uint32_t find_by_handle(const State& state, const void* driver_handle, std:
 {
     const auto found = state.handles.find(driver_handle);
     if (found == state.handles.end()) {
-        return result_bad_handle;
+        return driver_bad_handle;
     }
     scanner = found->second;
-    return scanner->handle == driver_handle && scanner->present() ? result_ok : result_scanner_gone;
+    return scanner->handle == driver_handle && scanner->present() ? driver_ok : driver_scanner_gone;
 }
 
 }  // namespace brenvozulta_simulator

@@ -55,7 +55,7 @@ std::uint32_t run_driver_call(const char* function, std::vector<Argument> argume
     }
     try {
         Driver_call call(function, std::move(arguments));
-        std::uint32_t result = result_ok;
+        std::uint32_t result = driver_ok;
         try {
             call.enter();
             if (call.carries_out()) {
@@ -63,11 +63,11 @@ std::uint32_t run_driver_call(const char* function, std::vector<Argument> argume
             }
             call.leave();
         } catch (const std::exception&) {
-            result = result_internal;
+            result = driver_internal;
         }
         return call.finish(result);
     } catch (const std::exception&) {
-        return result_internal;
+        return driver_internal;
     }
 }
 
@@ -76,11 +76,11 @@ template <class Work>
 std::uint32_t run_initialized_call(const char* function, std::vector<Argument> arguments, Work work) noexcept
 {
     return run_driver_call(function, std::move(arguments), [&work](Driver_call& call) {
-        return call.state()->initialized && !call.state()->retired ? work(call) : result_not_initialized;
+        return call.state()->initialized && !call.state()->retired ? work(call) : driver_not_initialized;
     });
 }
 
-// The scanner behind a handle: result_ok, result_bad_handle for one never given out, result_scanner_gone for one that
+// The scanner behind a handle: driver_ok, driver_bad_handle for one never given out, driver_scanner_gone for one that
 // is off the bus.
 std::uint32_t find_by_handle(const State& state, const void* driver_handle, std::shared_ptr<Scanner>& scanner);
 
@@ -92,10 +92,10 @@ std::uint32_t run_scanner_call(const char* function, std::vector<Argument> argum
     return run_initialized_call(function, std::move(arguments), [&work, driver_handle](Driver_call& call) {
         std::shared_ptr<Scanner> scanner;
         const std::uint32_t found = find_by_handle(*call.state(), driver_handle, scanner);
-        if (found != result_ok) {
+        if (found != driver_ok) {
             return found;
         }
-        return scanner->open ? work(call, scanner) : result_wrong_state;
+        return scanner->open ? work(call, scanner) : driver_wrong_state;
     });
 }
 

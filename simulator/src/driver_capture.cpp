@@ -12,11 +12,11 @@ std::uint32_t QXDR_SetCallbackAcquisition(DriverAcquisitionCallback callback, vo
     return run_initialized_call(
         "QXDR_SetCallbackAcquisition",
         {address("callback", reinterpret_cast<const void*>(callback)), address("context", context)},
-        [=](Driver_call& call) {
+        [=](Driver_call& call) -> std::uint32_t {
             call.state()->callback = callback;
             call.state()->context = context;
             test_bench::hand_over(&call.state()->callback);
-            return result_ok;
+            return driver_ok;
         });
 }
 
@@ -24,15 +24,15 @@ std::uint32_t QXDR_SelectCaptureConfig(void* driver_handle, std::uint8_t config)
 {
     return run_scanner_call("QXDR_SelectCaptureConfig",
                             {address("driver_handle", driver_handle), number("config", config)}, driver_handle,
-                            [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+                            [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (call.state()->settings.configs.count(config) == 0) {
-                                    return result_config_refused;
+                                    return driver_config_refused;
                                 }
                                 if (scanner->capture != nullptr) {
-                                    return result_wrong_state;
+                                    return driver_wrong_state;
                                 }
                                 scanner->config = config;
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
@@ -42,13 +42,13 @@ std::uint32_t QXDR_GetCaptureConfig(void* driver_handle, std::uint8_t config, ch
     return run_scanner_call("QXDR_GetCaptureConfig",
                             {address("driver_handle", driver_handle), number("config", config),
                              address("description", description), address("size", size)},
-                            driver_handle, [=](Driver_call& call, const std::shared_ptr<Scanner>&) {
+                            driver_handle, [=](Driver_call& call, const std::shared_ptr<Scanner>&) -> std::uint32_t {
                                 if (description == nullptr || size == nullptr) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 const auto found = call.state()->settings.configs.find(config);
                                 if (found == call.state()->settings.configs.end()) {
-                                    return result_unknown_config;
+                                    return driver_unknown_config;
                                 }
                                 const std::string& text = found->second.description;
                                 const std::size_t room = *size;
@@ -57,34 +57,34 @@ std::uint32_t QXDR_GetCaptureConfig(void* driver_handle, std::uint8_t config, ch
                                     description[text.size()] = '\0';
                                 }
                                 *size = static_cast<std::uint8_t>(text.size());
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
 std::uint32_t QXDR_StartCapture(void* driver_handle)
 {
     return run_scanner_call("QXDR_StartCapture", {address("driver_handle", driver_handle)}, driver_handle,
-                            [](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+                            [](Driver_call& call, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 const auto config = call.state()->settings.configs.find(scanner->config);
                                 if (config == call.state()->settings.configs.end()) {
-                                    return result_config_refused;
+                                    return driver_config_refused;
                                 }
                                 if (scanner->capture != nullptr) {
-                                    return result_wrong_state;
+                                    return driver_wrong_state;
                                 }
                                 start_capture(call.simulator(), call.state(), *scanner, config->second);
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
 std::uint32_t QXDR_StopCapture(void* driver_handle)
 {
     return run_scanner_call("QXDR_StopCapture", {address("driver_handle", driver_handle)}, driver_handle,
-                            [](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+                            [](Driver_call& call, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (scanner->capture == nullptr) {
                                     return call.state()->settings.idle_stop_result;
                                 }
                                 wait_for_end(call.held(), *call.state(), {end_capture(*scanner)});
-                                return result_ok;
+                                return driver_ok;
                             });
 }

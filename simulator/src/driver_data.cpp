@@ -18,10 +18,10 @@ std::uint32_t take_snapshot(Driver_call& call, const Scanner& scanner, std::uint
     const auto found = call.state()->settings.configs.find(
         static_cast<std::uint8_t>(config == 0 ? scanner.config : std::min<std::uint32_t>(config, 255)));
     if (found == call.state()->settings.configs.end()) {
-        return result_unknown_config;
+        return driver_unknown_config;
     }
     if (width == 0 || height == 0 || width > found->second.width || height > found->second.height) {
-        return result_bad_size;
+        return driver_bad_size;
     }
     const auto source = call.state()->settings.images;
     const Image_request request{found->second.width, found->second.height, stable_hash(scanner.identity.name), 0};
@@ -35,7 +35,7 @@ std::uint32_t take_snapshot(Driver_call& call, const Scanner& scanner, std::uint
         const std::uint8_t* from = image.pixels.data() + std::size_t{row + top} * image.width + left;
         std::memcpy(buffer + std::size_t{row} * width, from, std::min<std::uint32_t>(width, image.width));
     }
-    return result_ok;
+    return driver_ok;
 }
 
 }  // namespace
@@ -43,28 +43,28 @@ std::uint32_t take_snapshot(Driver_call& call, const Scanner& scanner, std::uint
 std::uint32_t QXDR_GetDeviceInfo(void* driver_handle, DriverDeviceInfo* info)
 {
     return run_scanner_call("QXDR_GetDeviceInfo", {address("driver_handle", driver_handle), address("info", info)},
-                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) {
+                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (info == nullptr) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 *info = scanner->identity.info;
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
 std::uint32_t QXDR_GetDeviceInfoSN(const char* name, DriverDeviceInfo* info)
 {
     return run_initialized_call("QXDR_GetDeviceInfoSN", {text("name", name), address("info", info)},
-                                [=](Driver_call& call) {
+                                [=](Driver_call& call) -> std::uint32_t {
                                     if (name == nullptr || info == nullptr) {
-                                        return result_bad_parameter;
+                                        return driver_bad_parameter;
                                     }
                                     const auto scanner = find_present_scanner(*call.state(), name);
                                     if (scanner == nullptr) {
-                                        return result_no_scanner;
+                                        return driver_no_scanner;
                                     }
                                     *info = scanner->identity.info;
-                                    return result_ok;
+                                    return driver_ok;
                                 });
 }
 
@@ -74,28 +74,28 @@ std::uint32_t QXDR_SetLeds(void* driver_handle, std::uint8_t area, std::uint16_t
     return run_scanner_call("QXDR_SetLeds",
                             {address("driver_handle", driver_handle), number("area", area), number("pattern", pattern),
                              number("on", on), number("fifth", fifth)},
-                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) {
+                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (area >= BRENVOZULTA_SIM_LED_AREAS) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 scanner->leds[area] = {area, pattern, on, fifth};
                                 scanner->led_history.push_back(scanner->leds[area]);
                                 if (scanner->led_history.size() > led_history_capacity) {
                                     scanner->led_history.pop_front();
                                 }
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
 std::uint32_t QXDR_GetContainerSize(void* driver_handle, std::uint32_t* size)
 {
     return run_scanner_call("QXDR_GetContainerSize", {address("driver_handle", driver_handle), address("size", size)},
-                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) {
+                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (size == nullptr) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 *size = static_cast<std::uint32_t>(scanner->identity.container->size());
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
@@ -104,15 +104,15 @@ std::uint32_t QXDR_ReadContainer(void* driver_handle, void* buffer, std::uint32_
 {
     return run_scanner_call("QXDR_ReadContainer",
                             {address("driver_handle", driver_handle), address("buffer", buffer), number("size", size)},
-                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) {
+                            driver_handle, [=](Driver_call&, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (buffer == nullptr) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 if (size > scanner->identity.container->size()) {
-                                    return result_bad_size;
+                                    return driver_bad_size;
                                 }
                                 std::memcpy(buffer, scanner->identity.container->data(), size);
-                                return result_ok;
+                                return driver_ok;
                             });
 }
 
@@ -122,15 +122,16 @@ std::uint32_t QXDR_GetSnapshotAcquisition(void* driver_handle, void* buffer, std
     return run_scanner_call("QXDR_GetSnapshotAcquisition",
                             {address("driver_handle", driver_handle), address("buffer", buffer), number("a", a),
                              number("b", b), number("c", c)},
-                            driver_handle, [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+                            driver_handle,
+                            [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
                                 if (buffer == nullptr) {
-                                    return result_bad_parameter;
+                                    return driver_bad_parameter;
                                 }
                                 const auto snapshot = scanner->identity.snapshot;
                                 if (snapshot == nullptr) {
                                     return take_snapshot(call, *scanner, static_cast<std::uint8_t*>(buffer), a, b, c);
                                 }
                                 std::memcpy(buffer, snapshot->data(), snapshot->size());
-                                return result_ok;
+                                return driver_ok;
                             });
 }

@@ -65,17 +65,17 @@ std::uint32_t QXDR_UpdateFirmware(void* driver_handle, const void* image, std::s
     return run_scanner_call(
         "QXDR_UpdateFirmware",
         {address("driver_handle", driver_handle), address("image", image), number("length", length)}, driver_handle,
-        [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) {
+        [=](Driver_call& call, const std::shared_ptr<Scanner>& scanner) -> std::uint32_t {
             if (image == nullptr) {
-                return result_bad_parameter;
+                return driver_bad_parameter;
             }
             if (length == 0) {
-                return result_bad_size;
+                return driver_bad_size;
             }
             const brenvozulta_sim_firmware firmware = call.state()->settings.firmware;
             const std::uint64_t bytes = std::min<std::uint64_t>(length, firmware.fail_at_byte);
             if (!transfer(call, *scanner, bytes, length)) {
-                return result_scanner_gone;
+                return driver_scanner_gone;
             }
             if (bytes < length) {
                 return firmware.fail_result;
@@ -87,6 +87,6 @@ std::uint32_t QXDR_UpdateFirmware(void* driver_handle, const void* image, std::s
             if (firmware.restarts != 0) {
                 restart(call.simulator(), call.state(), scanner);
             }
-            return result_ok;
+            return driver_ok;
         });
 }

@@ -34,9 +34,9 @@ public:
         fields.object("images", [this](Fields& images) { read_images(images); });
         fields.list("faults", [this](Fields& fault) { read_fault(fault); });
         read_handle_reuse(fields);
-        fields.integer("reinitialize_result", scenario_.settings.reinitialize_result, 0, result_max);
-        fields.integer("reopen_result", scenario_.settings.reopen_result, 0, result_max);
-        fields.integer("idle_stop_result", scenario_.settings.idle_stop_result, 0, result_max);
+        fields.integer("reinitialize_result", scenario_.settings.reinitialize_result, 0, driver_result_last);
+        fields.integer("reopen_result", scenario_.settings.reopen_result, 0, driver_result_last);
+        fields.integer("idle_stop_result", scenario_.settings.idle_stop_result, 0, driver_result_last);
         read_stop_patience(fields);
         fields.object("list_count", [this](Fields& count) { read_list_count(count); });
         fields.object("restart", [this](Fields& restart) { read_restart(restart); });
@@ -202,7 +202,7 @@ private:
         fields.integer("delay_ms", faults.delay_ms, 0, max_milliseconds);
         fields.integer("return_delay_ms", faults.return_delay_ms, 0, max_milliseconds);
         bool carry_out = false;
-        const bool result = fields.integer("result", faults.fault.result, 0, result_max);
+        const bool result = fields.integer("result", faults.fault.result, 0, driver_result_last);
         const bool skip = fields.integer("skip", faults.fault.skip, 0, max_count);
         const bool times = read_times(fields, faults.fault.times);
         const bool carry = fields.boolean("carry_out", carry_out);
@@ -293,8 +293,8 @@ private:
         fields.integer("duration_ms", firmware.duration_ms, 0, max_milliseconds);
         fields.boolean("restarts", restarts);
         fields.integer("fail_at_byte", firmware.fail_at_byte, 0, max_64);
-        fields.integer("fail_result", firmware.fail_result, 1, result_max);
-        fields.integer("reset_result", firmware.reset_result, 0, result_max);
+        fields.integer("fail_result", firmware.fail_result, 1, driver_result_last);
+        fields.integer("reset_result", firmware.reset_result, 0, driver_result_last);
         firmware.restarts = restarts ? 1 : 0;
     }
 

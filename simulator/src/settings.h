@@ -16,21 +16,8 @@ namespace brenvozulta_simulator {
 class Image_source;
 struct Delivery;
 
-// The driver's results that the simulator gives by itself, named after what they tell the caller.
-constexpr std::uint32_t result_ok = 0;
-constexpr std::uint32_t result_bad_parameter = 1;
-constexpr std::uint32_t result_not_initialized = 3;
-constexpr std::uint32_t result_scanner_gone = 4;
-constexpr std::uint32_t result_no_scanner = 5;
-constexpr std::uint32_t result_config_refused = 6;
-constexpr std::uint32_t result_bad_size = 8;
-constexpr std::uint32_t result_timeout = 9;
-constexpr std::uint32_t result_bad_handle = 10;
-constexpr std::uint32_t result_unknown_config = 12;
-constexpr std::uint32_t result_bad_scenario = 14;
-constexpr std::uint32_t result_internal = 16;
-constexpr std::uint32_t result_wrong_state = 19;
-constexpr std::uint32_t result_max = 19;
+// A scenario that cannot be read: of the arguments that hosts call bad, the one that no other function answers.
+constexpr std::uint32_t result_bad_scenario = driver_bad_parameter_14;
 
 constexpr std::size_t name_max = BRENVOZULTA_SIM_NAME_MAX;
 constexpr std::size_t description_max = 255;  // its length is told in one byte
@@ -81,12 +68,12 @@ struct Settings {
     std::shared_ptr<const Image_source> images;
     std::map<std::uint8_t, Capture_config> configs;
     Handle_reuse reuse_handles = Handle_reuse::never;
-    std::uint32_t reinitialize_result = result_ok;
-    std::uint32_t reopen_result = result_ok;
-    std::uint32_t idle_stop_result = result_ok;
+    std::uint32_t reinitialize_result = driver_ok;
+    std::uint32_t reopen_result = driver_ok;
+    std::uint32_t idle_stop_result = driver_ok;
     std::uint32_t stop_patience_ms = 100;
     brenvozulta_sim_restart restart{50, 1, 1};
-    brenvozulta_sim_firmware firmware{0, 0, 0, BRENVOZULTA_SIM_NO_BYTE, result_timeout, result_ok};
+    brenvozulta_sim_firmware firmware{0, 0, 0, BRENVOZULTA_SIM_NO_BYTE, driver_timeout, driver_ok};
     std::vector<Timeline_entry> timeline;
     std::int32_t list_count = 0;
     std::int32_t list_count_times = 0;

@@ -16,8 +16,6 @@ namespace {
 // What a scanner needs between the end of one capture and the start of the next.
 constexpr boost::chrono::milliseconds restart_pause(200);
 
-constexpr std::uint32_t driver_no_such_config = 6;
-
 }  // namespace
 
 std::int32_t brenvozulta_device::start_camera()
@@ -44,7 +42,7 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     std::uint32_t result = QXDR_SelectCaptureConfig(scanner, config);
     if (result != 0) {
         const std::int32_t status = driver_failure("QXDR_SelectCaptureConfig", result);
-        return result == driver_no_such_config ? VYRA_CAPTURE_CONFIG : status;
+        return result == driver_config_refused ? VYRA_CAPTURE_CONFIG : status;
     }
     result = QXDR_StartCapture(scanner);
     if (result != 0) {

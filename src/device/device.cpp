@@ -117,28 +117,28 @@ void brenvozulta_device::request_stop()
 std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
 {
     switch (result) {
-        case 0:
+        case driver_ok:
             return VYRA_OK;
-        case 1:
-        case 7:
-        case 8:
-        case 14:
-        case 15:
+        case driver_bad_parameter:
+        case driver_bad_parameter_7:
+        case driver_bad_size:
+        case driver_bad_parameter_14:
+        case driver_bad_parameter_15:
             return VYRA_BAD_PARAMETER;
-        case 2:
+        case driver_refused:
             return VYRA_DRIVER_REFUSED;
-        case 3:
+        case driver_not_initialized:
             return VYRA_NOT_INITIALIZED;
-        case 4:
-        case 5:
+        case driver_scanner_gone:
+        case driver_no_scanner:
             return VYRA_DEVICE_UNAVAIL;
-        case 9:
+        case driver_timeout:
             return VYRA_DEVICE_TIMEOUT;
-        case 10:
+        case driver_bad_handle:
             return VYRA_BAD_SCANNER_IDX;
-        case 12:
+        case driver_unknown_config:
             return VYRA_CAPTURE_CONFIG;
-        case 19:
+        case driver_wrong_state:
             return VYRA_DRIVER_STATE;
         default:
             return VYRA_INTERNAL;
