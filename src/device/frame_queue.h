@@ -2,12 +2,14 @@
 #pragma once
 
 #include <atomic>
-#include <boost/shared_ptr.hpp>
+#include <boost/container/static_vector.hpp>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <optional>
 
-#include "locks/locks.h"
+#include "device/data_mutex.h"
+#include "device/wake_signal.h"
+#include "locks/lock_order.h"
 
 namespace kvs::brenvozulta {
 
@@ -34,12 +36,13 @@ public:
 };
 
 // Host threads add and take requests; the driver's acquisition thread fills them and waits for them. Results come back
-// in the order of submission. Nothing here logs.
+// in the order of submission. Nothing here logs, and once the queue is made nothing allocates.
 class Frame_queue {
 public:
     static constexpr std::size_t capacity = 8;  // counted whatever the requests' status
 
-    Frame_queue();
+    // Throws boost::thread_resource_error when the system refuses what the waiter waits for.
+    Frame_queue() = default;
     virtual ~Frame_queue() = default;
     Frame_queue(const Frame_queue&) = delete;
     Frame_queue& operator=(const Frame_queue&) = delete;
@@ -53,12 +56,12 @@ public:
     // Releases the waiter, now and in future: nothing will be requested any more, whatever the driver still delivers.
     void retire();
 
-    // The oldest ready request, marked taken, or an empty owner. It stays queued until it is removed.
-    boost::shared_ptr<Frame_data> take_ready();
+    // A copy of the oldest ready request, marked taken. It stays queued until it is removed.
+    std::optional<Frame_data> take_ready();
 
     void remove(std::uint32_t frame_id);
 
-    // Copies an image into the oldest pending request; without one the image is lost. Returns 0. Allocates nothing.
+    // Copies an image into the oldest pending request; without one the image is lost. Returns 0.
     std::int32_t fill(const unsigned char* image, std::size_t size);
 
     // Returns at once when requests are queued, else waits, without a limit, for the signal of a new request or of
@@ -70,19 +73,12 @@ public:
     void wake_waiter();
 
 private:
-    class data_lock;
-
-    // Nothing is taken inside it.
-    recursive_mutex signal_mutex_ ACQUIRED_AFTER(lock_order::inside_frame_queue);
-    bool request_signalled_ GUARDED_BY(signal_mutex_) = false;
-    bool retired_ GUARDED_BY(signal_mutex_) = false;
-    condition request_cond_;
+    wake_signal request_signal_;
 
     // Guards every request's status too, the copy of an image included, so that a request is never seen half filled.
-    // signal_mutex_ may be taken inside it.
-    recursive_timed_mutex data_mutex_ ACQUIRED_AFTER(lock_order::inside_close)
-        ACQUIRED_BEFORE(lock_order::inside_frame_queue);
-    std::vector<boost::shared_ptr<Frame_data>> frames_ GUARDED_BY(data_mutex_);
+    // Nothing is taken inside it.
+    data_mutex data_mutex_ ACQUIRED_AFTER(lock_order::inside_close);
+    boost::container::static_vector<Frame_data, capacity> frames_ GUARDED_BY(data_mutex_);
 
     // The size of frames_, which wait_for_request reads without the lock.
     std::atomic<std::size_t> frame_count_{0};

@@ -7,10 +7,7 @@
 //   |                    |                                                  |
 //   |                    |-- inside_close ----------------------------      |-- inside_notifier --
 //   |                    status wait   device table   attached devices      USB table
-//   |                    frame queue's data
-//   |                    |
-//   |                    |-- inside_frame_queue --
-//   |                    frame queue's signal
+//   |                    frame queue
 //
 // A lock declares between which of these lines it stands, so that the rooms need not know each other's locks. The power
 // table stands on both sides of the manager lock: its subscribers take that one inside it, and a session's begin and
@@ -24,8 +21,7 @@ namespace kvs::brenvozulta::lock_order {
 class CAPABILITY("line") line {};
 
 // For the compiler alone: defined nowhere.
-extern line inside_frame_queue;
-extern line inside_close ACQUIRED_BEFORE(inside_frame_queue);
+extern line inside_close;
 extern line inside_notifier;
 extern line inside_manager ACQUIRED_BEFORE(inside_close, inside_notifier);
 

@@ -35,7 +35,6 @@ private:
 };
 
 using mutex = known_lock<boost::mutex>;
-using recursive_mutex = known_lock<boost::recursive_mutex>;
 using recursive_timed_mutex = known_lock<boost::recursive_timed_mutex>;
 
 // Holds a lock to the end of the scope, save where it is given up in between.

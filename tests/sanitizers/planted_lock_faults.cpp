@@ -59,7 +59,7 @@ struct Outermost {
     mutex first ACQUIRED_BEFORE(lock_order::inside_manager);
 };
 struct Innermost {
-    mutex last ACQUIRED_AFTER(lock_order::inside_frame_queue);
+    mutex last ACQUIRED_AFTER(lock_order::inside_close);
 };
 
 void wrong_order_of_rooms(Outermost& above, Innermost& below)

@@ -1,4 +1,4 @@
-// Events. Once set, one stays set until its handle is closed.
+// Events. Once set, one stays set until its handle is closed, or, without manual reset, until it has ended one wait.
 #include "desktop.h"
 #include "entry_point.h"
 
@@ -9,9 +9,15 @@ Entry_point create_call{"CreateEventA"};
 Entry_point set_call{"SetEvent"};
 
 struct Event : Waitable {
-    Event() : Waitable(Kind::event) {}
+    explicit Event(bool stays) : Waitable(Kind::event), stays_set(stays) {}
     bool signalled() const override { return set; }
+    DWORD take() override
+    {
+        set = stays_set;
+        return WAIT_OBJECT_0;
+    }
 
+    const bool stays_set;
     bool set = false;
 };
 
@@ -24,13 +30,13 @@ HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL init
 {
     if (create_call.refused())
         return nullptr;
-    if (security != nullptr || !manual_reset || initially_set || name != nullptr) {
+    if (security != nullptr || initially_set || name != nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
     }
     const Desktop_lock lock(desktop().lock);
     const auto handle = desktop().new_handle<HANDLE>();
-    desktop().waitables[handle] = std::make_shared<Event>();
+    desktop().waitables[handle] = std::make_shared<Event>(manual_reset != FALSE);
     return handle;
 }
 

@@ -48,16 +48,13 @@ TEST_F(Allocation_test, terminate_can_be_repeated)
 
 TEST_F(Allocation_test, refused_allocation_is_logged)
 {
-    unsigned char image = 0;
     start(3);
     const std::uint32_t handle = open();
-    ASSERT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
     ASSERT_THAT(test_support::log_messages(), IsEmpty());
     failing_new::fail_allocation(1);
-    EXPECT_EQ(VyraSubmitVideoRequest(handle, &image, 1), VYRA_OUT_OF_RESOURCE);
+    EXPECT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OUT_OF_RESOURCE);
     failing_new::stop();
     EXPECT_THAT(test_support::log_messages(), ElementsAre("Exception : std::bad_alloc\r\n"));
-    EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);
 }
 
 // The log itself allocates when it opens its file: the line is then dropped, and the host sees the usual status.

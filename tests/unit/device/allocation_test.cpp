@@ -1,8 +1,9 @@
-// What the path of an image allocates: one record for each request, and nothing else.
+// What the path of an image allocates: nothing.
 #include "unit/device/allocation_counter.h"
 
 #include <windows.h>
 
+#include <boost/thread/thread.hpp>
 #include <memory>
 #include <new>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "device/stop_handshake.h"
 #include "unit/device/device_test.h"
 #include "unit/device/installed_library.h"
+#include "unit/device/patience.h"
 
 namespace {
 
@@ -61,10 +63,10 @@ TEST_F(Allocations_test, the_callback_allocates_nothing)
     EXPECT_EQ(allocations_of([&] { on_acquisition(image_.data(), 1, 1, this); }), 0u) << "no such device";
 }
 
-TEST_F(Allocations_test, a_submit_allocates_the_request_and_a_get_nothing)
+TEST_F(Allocations_test, a_submit_and_a_get_allocate_nothing)
 {
     for (std::uint64_t i = 0; i < 8; ++i) {
-        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 1u);
+        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 0u);
     }
     for (std::uint64_t i = 0; i < 8; ++i) {
         ASSERT_EQ(on_acquisition(image_.data(), image_width, image_height, &device()), 0);
@@ -73,6 +75,23 @@ TEST_F(Allocations_test, a_submit_allocates_the_request_and_a_get_nothing)
         EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().get_video_result(&buffer, &context), 0); }), 0u);
         EXPECT_EQ(context, i);
     }
+}
+
+TEST_F(Allocations_test, a_callback_that_waits_for_a_request_allocates_nothing)
+{
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    ASSERT_TRUE(SetEvent(event));
+    std::size_t allocated = 1;
+    boost::thread waiting([&] {
+        WaitForSingleObject(event, INFINITE);  // what the system keeps for a thread that waits
+        allocated = of_callback(0);
+    });
+    EXPECT_FALSE(waiting.try_join_for(moment));
+    ASSERT_EQ(device().submit_video_request(buffer_.data(), 1), 0);
+    waiting.join();
+    EXPECT_EQ(allocated, 0u);
+    EXPECT_EQ(buffer_, image_);
+    EXPECT_TRUE(CloseHandle(event));
 }
 
 // An extraction thread has nobody to tell that it could not.

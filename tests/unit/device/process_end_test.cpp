@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "device/data_mutex.h"
 #include "device/records.h"
 #include "device/stop_handshake.h"
 
@@ -41,6 +42,16 @@ TEST_F(Ending_process_test, no_thread_is_left_to_answer_a_stop)
     Video_data video;
     handshake.begin(video, {});
     handshake.wait();
+}
+
+// A thread that was in the middle of a copy never gives the lock up.
+TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_queue)
+{
+    data_mutex mutex;
+    mutex.lock();
+    mutex.lock();
+    mutex.unlock();
+    EXPECT_TRUE(mutex.try_lock());
 }
 
 }  // namespace

@@ -81,6 +81,24 @@ TEST_F(Event_contract_test, ends_the_waits_of_other_threads)
     EXPECT_EQ(with_messages, DWORD{WAIT_OBJECT_0});
 }
 
+TEST_F(Event_contract_test, without_manual_reset_ends_one_wait_and_is_kept_until_then)
+{
+    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    ASSERT_NE(event, nullptr);
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    EXPECT_TRUE(SetEvent(event));
+    EXPECT_TRUE(SetEvent(event));
+    EXPECT_EQ(WaitForSingleObject(event, INFINITE), DWORD{WAIT_OBJECT_0});
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    DWORD waited = WAIT_FAILED;
+    std::thread waiting([&] { waited = WaitForSingleObject(event, INFINITE); });
+    EXPECT_TRUE(SetEvent(event));
+    waiting.join();
+    EXPECT_EQ(waited, DWORD{WAIT_OBJECT_0});
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    EXPECT_TRUE(CloseHandle(event));
+}
+
 TEST_F(Event_contract_test, a_closed_handle_is_refused)
 {
     const HANDLE closed = CreateEventA(nullptr, TRUE, FALSE, nullptr);

@@ -33,7 +33,7 @@ void WINAPI Sleep(DWORD milliseconds);
 #define WAIT_TIMEOUT 258
 #define WAIT_FAILED 0xFFFFFFFF
 
-/* Objects without names: events that nobody resets and that are not set at first, mutexes that nobody owns at first,
+/* Objects without names: events that no call resets and that are not set at first, mutexes that nobody owns at first,
    threads of the usual stack that run at once. */
 typedef struct _SECURITY_ATTRIBUTES* LPSECURITY_ATTRIBUTES;
 typedef DWORD(WINAPI* LPTHREAD_START_ROUTINE)(LPVOID argument);
