@@ -50,7 +50,10 @@ void describe(CLI::App& app, Command_line& line)
     add_snapshot(app, line);
     add_calibration(app, line);
     add_firmware(app, line);
+    add_reset(app, line);
+    add_status(app, line);
     add_watch(app, line);
+    add_log(app, line);
 }
 
 // Prints what the parser has to say: the help that was asked for as a result, everything else as an error.

@@ -42,6 +42,9 @@ void add_param(CLI::App& app, Command_line& line);
 void add_snapshot(CLI::App& app, Command_line& line);
 void add_calibration(CLI::App& app, Command_line& line);
 void add_firmware(CLI::App& app, Command_line& line);
+void add_reset(CLI::App& app, Command_line& line);
+void add_status(CLI::App& app, Command_line& line);
 void add_watch(CLI::App& app, Command_line& line);
+void add_log(CLI::App& app, Command_line& line);
 
 }  // namespace vyra_tool

@@ -11,12 +11,13 @@
 namespace vyra_tool {
 
 struct Event {
-    enum class Kind { plug, unplug, status, sleep, resume, usb_plug, usb_unplug };
+    enum class Kind { attached, plug, unplug, status, sleep, resume, usb_plug, usb_unplug };
 
     Kind kind;
     std::string subject = {};  // the scanner's name, or the USB pair as "VID:PID"
     int status = 0;
-    std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
+    std::chrono::system_clock::time_point time = std::chrono::system_clock::now();    // to be shown
+    std::chrono::steady_clock::time_point moment = std::chrono::steady_clock::now();  // to be compared
 };
 
 class Event_queue {

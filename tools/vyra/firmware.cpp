@@ -1,10 +1,7 @@
 #include "firmware.h"
 
 #include <chrono>
-#include <cstring>
 #include <future>
-#include <optional>
-#include <thread>
 
 #include "failure.h"
 #include "output.h"
@@ -14,11 +11,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
-
-// A scanner that does not leave the bus within this time after its restart was ordered stays on it.
-constexpr auto departure_patience = 2s;
-constexpr auto return_patience = 30s;
-constexpr auto state_poll_interval = 20ms;
 
 const char* const unfinished_advice =
     "plug the scanner out and in, look at its version with vyra info, and load the firmware again if it is still the "
@@ -42,50 +34,9 @@ void transfer(const Scanner& scanner, const std::vector<std::uint8_t>& image)
     }
 }
 
-std::optional<DeviceInfo> reported(const Scanner& scanner)
-{
-    DeviceInfo info{};
-    if (VyraBrenvoGetDeviceInfo(scanner.handle(), &info) == VYRA_OK) {
-        return info;
-    }
-    return std::nullopt;
-}
-
-bool try_reopen(Scanner& scanner)
-{
-    try {
-        scanner.reopen();
-        return true;
-    } catch (const Failure&) {
-        return false;  // not yet: it may still be starting
-    }
-}
-
-// The restart shows in one of three ways: the scanner comes back to the bus, it reports another version, or, when it
-// restarts without leaving the bus, it goes on answering.
-DeviceInfo wait_for_restart(Scanner& scanner, const DeviceInfo& before, const Presence& seen)
-{
-    const auto ordered = Clock::now();
-    while (Clock::now() - ordered < return_patience) {
-        const Presence now = presence(scanner.name());
-        const bool away = now.removals > seen.removals;
-        const bool back = now.arrivals > seen.arrivals;
-        if ((back && try_reopen(scanner)) || !away) {
-            const auto info = reported(scanner);
-            if (info && (back || std::strcmp(info->version, before.version) != 0 ||
-                         Clock::now() - ordered > departure_patience)) {
-                return *info;
-            }
-        }
-        std::this_thread::sleep_for(state_poll_interval);
-    }
-    throw Failure("the firmware was loaded, but the scanner \"" + scanner.name() + "\" did not come back",
-                  VYRA_DEVICE_UNAVAIL, unfinished_advice);
-}
-
 }  // namespace
 
-DeviceInfo update_firmware(Scanner& scanner, const std::vector<std::uint8_t>& image)
+Restarted update_firmware(Scanner& scanner, const std::vector<std::uint8_t>& image, const Restart_patience& patience)
 {
     if (scanner.streams()) {
         throw Failure("video runs on the scanner \"" + scanner.name() + "\": no firmware was loaded",
@@ -94,7 +45,8 @@ DeviceInfo update_firmware(Scanner& scanner, const std::vector<std::uint8_t>& im
     const DeviceInfo before = scanner.info();
     const Presence seen = presence(scanner.name());
     transfer(scanner, image);
-    return wait_for_restart(scanner, before, seen);
+    Output::note("the firmware was loaded; waiting for the scanner to restart");
+    return wait_for_restart(scanner, before, seen, patience);
 }
 
 }  // namespace vyra_tool

@@ -1,12 +1,17 @@
-#include <iostream>
+#include <chrono>
+#include <cstdio>
+#include <future>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "command_line.h"
 #include "failure.h"
 #include "files.h"
 #include "firmware.h"
+#include "interrupt.h"
 #include "output.h"
+#include "platform.h"
 
 namespace vyra_tool {
 namespace {
@@ -14,7 +19,8 @@ namespace {
 const char* const firmware_guide =
     R"(Loads the firmware and restarts the scanner. The file goes to the scanner as it is: use
 the maker's file for this very model. Asks first; refuses while video runs on the
-scanner; says at the end which version the scanner reports. Once the transfer has begun,
+scanner; says at the end which version the scanner reports; when it reports the same as before
+and has not come back to the bus, the exit code is 1. Once the transfer has begun,
 Ctrl-C does not end it.
 
 Examples:
@@ -26,13 +32,24 @@ struct Firmware_options {
     bool yes = false;
 };
 
-// The question goes to the standard error; anything but a yes on the standard input, its end included, is a no.
+// The question goes to the standard error; anything but a yes on the standard input, its end included, is a no, and so
+// is the user's wish to end the program. No system has a way to give up a read of every kind of standard input: the
+// thread that reads is left to itself.
 bool confirmed(const std::string& question)
 {
-    std::cerr << question << " [y/N] " << std::flush;
-    std::string answer;
-    std::getline(std::cin, answer);
-    return answer == "y" || answer == "Y" || answer == "yes";
+    std::fprintf(stderr, "%s [y/N] ", question.c_str());
+    std::fflush(stderr);
+    std::promise<std::string> promise;
+    std::future<std::string> answer = promise.get_future();
+    std::thread([promise = std::move(promise)]() mutable { promise.set_value(read_input_line()); }).detach();
+    while (answer.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready) {
+        if (interrupted()) {
+            std::fputc('\n', stderr);
+            return false;
+        }
+    }
+    const std::string given = answer.get();
+    return given == "y" || given == "Y" || given == "yes";
 }
 
 std::vector<std::uint8_t> firmware_image(const std::string& file)
@@ -55,11 +72,20 @@ void firmware(const Common_options& common, const Firmware_options& options, Out
                                    " bytes) into \"" + scanner.name() + "\", which has version " + before + "?")) {
         throw Failure("not confirmed: no firmware was loaded", "answer y, or give --yes");
     }
-    const std::string after = update_firmware(scanner, image).version;
+    const Restarted restarted = update_firmware(scanner, image);
+    const std::string after = restarted.info.version;
     if (output.json()) {
-        output.object({{"scanner", scanner.name()}, {"version_before", before}, {"version", after}});
+        output.object({{"scanner", scanner.name()},
+                       {"version_before", before},
+                       {"version", after},
+                       {"restarted", restarted.proven}});
     } else {
         output.line("\"" + scanner.name() + "\" had version " + before + " and now reports " + after);
+    }
+    if (!restarted.proven) {
+        throw Failure("the firmware was loaded, but \"" + scanner.name() +
+                          "\" did not restart: it has not left the bus and reports the version of before",
+                      "plug the scanner out and in, then look at its version with vyra info");
     }
 }
 

@@ -15,11 +15,33 @@ std::string serialized(const nlohmann::ordered_json& value)
     return value.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+// Control characters, which a scanner's name may hold and a terminal obeys, as \xNN; other characters as they are.
+std::string shown(const std::string& text, bool one_line)
+{
+    std::string safe;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const auto next = static_cast<unsigned char>(at + 1 < text.size() ? text[at + 1] : 0);
+        // The controls above 127 stand as two bytes in UTF-8.
+        const bool wide_control = byte == 0xC2 && next >= 0x80 && next <= 0x9F;
+        const bool line_end = byte == '\n' && !one_line;
+        if ((byte >= 0x20 && byte != 0x7F && !wide_control) || line_end) {
+            safe += text[at];
+            continue;
+        }
+        char code[8];
+        std::snprintf(code, sizeof code, "\\x%02X", wide_control ? next : byte);
+        safe += code;
+        at += wide_control ? 1 : 0;
+    }
+    return safe;
+}
+
 }  // namespace
 
 void Output::line(const std::string& text)
 {
-    std::fputs(text.c_str(), results_);
+    std::fputs((json_ ? text : shown(text, true)).c_str(), results_);
     std::fputc('\n', results_);
     if (std::fflush(results_) != 0 || std::ferror(results_) != 0) {
         throw Failure("cannot write to the standard output", "check where it is redirected to");
@@ -33,7 +55,7 @@ void Output::object(const nlohmann::ordered_json& value)
 
 void Output::note(const std::string& text)
 {
-    std::fprintf(stderr, "vyra: %s\n", text.c_str());
+    std::fprintf(stderr, "vyra: %s\n", shown(text, false).c_str());
     std::fflush(stderr);
 }
 
@@ -55,7 +77,7 @@ void Output::failure(const Failure& failure) const
         message += ": " + std::to_string(*failure.code()) + " " + text.name + " (" + text.meaning + ")";
     }
     note(message);
-    std::fprintf(stderr, "      try: %s\n", failure.advice().c_str());
+    std::fprintf(stderr, "      try: %s\n", shown(failure.advice(), false).c_str());
 }
 
 Progress::Progress() : terminal_(is_terminal(stderr)) {}

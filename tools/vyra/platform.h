@@ -30,6 +30,13 @@ std::FILE* take_standard_output();
 
 bool is_terminal(std::FILE* stream);
 
+// A line of the standard input without its end; what there is at the input's end. Blocks. Takes no lock of the C
+// library's streams, which the end of the process needs.
+std::string read_input_line();
+
+// The folder for the data of all users' programs, in UTF-8; empty when there is none.
+std::string program_data_folder();
+
 // The program's arguments without its name, in UTF-8.
 std::vector<std::string> program_arguments(int count, char** values);
 

@@ -2,6 +2,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <thread>
 
 #include "interrupt.h"
@@ -64,6 +65,23 @@ std::FILE* take_standard_output()
 bool is_terminal(std::FILE* stream)
 {
     return isatty(fileno(stream)) != 0;
+}
+
+std::string read_input_line()
+{
+    std::string line;
+    char character = 0;
+    while (read(STDIN_FILENO, &character, 1) == 1 && character != '\n') {
+        line += character;
+    }
+    return line;
+}
+
+// Where the system has no such folder, the variable says which one stands for it.
+std::string program_data_folder()
+{
+    const char* value = std::getenv("ProgramData");
+    return value == nullptr ? "" : value;
 }
 
 std::vector<std::string> program_arguments(int count, char** values)

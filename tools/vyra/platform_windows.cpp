@@ -1,7 +1,10 @@
 #include <windows.h>
 // shellapi.h needs windows.h before it.
 #include <io.h>
+#include <knownfolders.h>
+#include <objbase.h>
 #include <shellapi.h>
+#include <shlobj.h>
 
 #include <memory>
 
@@ -57,6 +60,29 @@ std::FILE* take_standard_output()
 bool is_terminal(std::FILE* stream)
 {
     return _isatty(_fileno(stream)) != 0;
+}
+
+std::string read_input_line()
+{
+    const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+    std::string line;
+    char character = 0;
+    DWORD count = 0;
+    while (ReadFile(input, &character, 1, &count, nullptr) && count == 1 && character != '\n') {
+        if (character != '\r') {
+            line += character;
+        }
+    }
+    return line;
+}
+
+std::string program_data_folder()
+{
+    PWSTR folder = nullptr;
+    const std::string path =
+        SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &folder) == S_OK ? to_utf8(folder) : "";
+    CoTaskMemFree(folder);
+    return path;
 }
 
 std::vector<std::string> program_arguments(int, char**)

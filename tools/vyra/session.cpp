@@ -68,8 +68,10 @@ std::string Library::choose(const std::string& wanted) const
 {
     const std::vector<std::string> names = scanners();
     if (!wanted.empty()) {
-        const auto found =
-            std::find_if(names.begin(), names.end(), [&](const auto& name) { return same_name(name, wanted); });
+        auto found = std::find(names.begin(), names.end(), wanted);
+        if (found == names.end()) {
+            found = std::find_if(names.begin(), names.end(), [&](const auto& name) { return same_name(name, wanted); });
+        }
         if (found == names.end()) {
             throw Failure("no scanner called \"" + wanted + "\" is attached", VYRA_DEVICE_UNAVAIL,
                           "choose one of " + joined(names));

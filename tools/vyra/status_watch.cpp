@@ -12,7 +12,7 @@ void Status_watch::open(const std::string& name)
         last_ = VYRA_OK;
     }
     name_ = name;
-    opened_ = std::chrono::system_clock::now();
+    opened_ = std::chrono::steady_clock::now();
     try {
         scanner_.emplace(library_, name);
     } catch (const Failure& failure) {
@@ -26,6 +26,12 @@ void Status_watch::open(const std::string& name)
     }
     closing_ = false;
     thread_ = std::thread([this, handle = scanner_->handle()] { wait(handle); });
+}
+
+bool Status_watch::calls_for_opening(const Event& plug, const std::string& awaited) const
+{
+    const std::string& mine = name_.empty() ? awaited : name_;
+    return (mine.empty() || same_name(plug.subject, mine)) && plug.moment > opened_;
 }
 
 void Status_watch::close()

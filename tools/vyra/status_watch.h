@@ -22,10 +22,9 @@ public:
     // Opens the scanner, also one that was open before and came back, and waits for its status from now on. Says so and
     // goes without when it cannot be opened.
     void open(const std::string& name);
-    // When it was opened last.
-    std::chrono::system_clock::time_point opened() const noexcept { return opened_; }
-    // The scanner that is or was open; empty before.
-    const std::string& name() const noexcept { return name_; }
+    // Whether this is the arrival, after it was opened last, of the scanner that is or was open, or, before there was
+    // one, of the one that is waited for (an empty name: any).
+    bool calls_for_opening(const Event& plug, const std::string& awaited) const;
 
 private:
     void close();
@@ -34,7 +33,7 @@ private:
     const Library& library_;
     Event_queue& events_;
     std::string name_;
-    std::chrono::system_clock::time_point opened_{};
+    std::chrono::steady_clock::time_point opened_{};
     std::optional<Scanner> scanner_;
     std::thread thread_;
     std::atomic<bool> closing_{false};

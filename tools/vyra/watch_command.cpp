@@ -18,13 +18,18 @@ namespace vyra_tool {
 namespace {
 
 const char* const watch_guide =
-    R"(Prints a line for each event, with its time in UTC, until Ctrl-C: plug and unplug of
-scanners, status changes of one scanner (which is opened for it, now or when it is
-plugged in), sleep and resume of the computer, usb-plug and usb-unplug of the devices
-named with --usb.
+    R"(Prints a line for each scanner that is attached, and then for each event, with its
+time in UTC, until Ctrl-C: plug and unplug of scanners, status changes of one scanner,
+sleep and resume of the computer, usb-plug and usb-unplug of the devices named with
+--usb.
+
+For the status changes one scanner, the chosen or first one, is opened, now or when it
+is plugged in. That switches its LEDs off and keeps other programs from opening it;
+with --no-open no scanner is opened, and status changes are not printed.
 
 Examples:
   vyra watch
+  vyra watch --no-open
   vyra watch --json --usb 1A2B:00FF --usb 1A2B:0100)";
 
 struct Usb_pair {
@@ -130,6 +135,8 @@ private:
 const char* name_of(Event::Kind kind)
 {
     switch (kind) {
+        case Event::Kind::attached:
+            return "attached";
         case Event::Kind::plug:
             return "plug";
         case Event::Kind::unplug:
@@ -185,34 +192,49 @@ void print(const Event& event, Output& output)
     output.object(object);
 }
 
+struct Watch_options {
+    std::vector<std::string> usb;
+    bool no_open = false;
+};
+
+// The state that the watch starts from.
+void print_attached(const Library& library, Output& output)
+{
+    try {
+        for (const std::string& name : library.scanners()) {
+            print({Event::Kind::attached, name}, output);
+        }
+    } catch (const Failure& failure) {
+        if (!failure.code()) {
+            throw;  // not what the library says of an empty bus
+        }
+        Output::note("no scanner is attached yet");
+    }
+}
+
 void open_first(const Library& library, const std::string& wanted, Status_watch& status)
 {
     std::string name;
     try {
         name = library.choose(wanted);
     } catch (const Failure&) {
-        Output::note((wanted.empty() ? "no scanner" : "\"" + wanted + "\"") +
-                     std::string(" is attached yet: waiting for it"));
+        Output::note("waiting for " + (wanted.empty() ? "a scanner" : "\"" + wanted + "\"") + " to be plugged in");
         return;
     }
     status.open(name);
 }
 
-// Whether the watched scanner came back, or the one that is waited for came, after it was opened last.
-bool calls_for_opening(const Event& plug, const std::string& wanted, const Status_watch& status)
+void watch(const Common_options& common, const Watch_options& options, Output& output)
 {
-    const std::string& mine = status.name().empty() ? wanted : status.name();
-    return (mine.empty() || same_name(plug.subject, mine)) && plug.time > status.opened();
-}
-
-void watch(const Common_options& common, const std::vector<std::string>& usb, Output& output)
-{
-    const std::vector<Usb_pair> pairs = parse_usb_pairs(usb);
+    const std::vector<Usb_pair> pairs = parse_usb_pairs(options.usb);
     events().clear();
     const Library library(common.log_level, on_device_event);
     const Subscriptions subscriptions(pairs);
     Status_watch status(library, events());
-    open_first(library, common.scanner, status);
+    print_attached(library, output);
+    if (!options.no_open) {
+        open_first(library, common.scanner, status);
+    }
     Output::note("watching; Ctrl-C ends");
     while (!interrupted()) {
         const auto event = events().pop(std::chrono::milliseconds(100));
@@ -220,7 +242,7 @@ void watch(const Common_options& common, const std::vector<std::string>& usb, Ou
             continue;
         }
         print(*event, output);
-        if (event->kind == Event::Kind::plug && calls_for_opening(*event, common.scanner, status)) {
+        if (!options.no_open && event->kind == Event::Kind::plug && status.calls_for_opening(*event, common.scanner)) {
             status.open(event->subject);
         }
     }
@@ -233,16 +255,17 @@ void watch(const Common_options& common, const std::vector<std::string>& usb, Ou
 
 void add_watch(CLI::App& app, Command_line& line)
 {
-    auto usb = std::make_shared<std::vector<std::string>>();
+    auto options = std::make_shared<Watch_options>();
     CLI::App* command =
         add_scanner_command(app, line, "watch", "Print what happens to the scanners, as it happens", watch_guide);
     command
-        ->add_option("--usb", *usb,
+        ->add_option("--usb", options->usb,
                      "Also report USB devices with this vendor and product identifier, both\n"
                      "hexadecimal; up to 9 times")
         ->option_text("VID:PID");
-    command->callback([&line, usb] {
-        line.action = [usb](const Common_options& common, Output& output) { watch(common, *usb, output); };
+    command->add_flag("--no-open", options->no_open, "Open no scanner; status changes are not printed then");
+    command->callback([&line, options] {
+        line.action = [options](const Common_options& common, Output& output) { watch(common, *options, output); };
     });
 }
 

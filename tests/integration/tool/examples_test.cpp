@@ -8,14 +8,14 @@
 namespace tool_tests {
 namespace {
 
-class Examples : public In_process_test {
+class Examples_test : public In_process_test {
 protected:
-    Examples() : folder_(std::filesystem::temp_directory_path() / "vyra_examples")
+    Examples_test() : folder_(std::filesystem::temp_directory_path() / "vyra_examples")
     {
         std::filesystem::create_directories(folder_ / "prints");
         write_pgm(path("prints/blank.pgm"), {1600, 1500, Bytes(std::size_t{1600} * 1500)});
     }
-    ~Examples() override
+    ~Examples_test() override
     {
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);
@@ -47,7 +47,7 @@ private:
     std::filesystem::path folder_;
 };
 
-TEST_F(Examples, work_with_every_command)
+TEST_F(Examples_test, work_with_every_command)
 {
     for (const auto& entry : std::filesystem::directory_iterator(EXAMPLES)) {
         for (const auto& command : commands()) {

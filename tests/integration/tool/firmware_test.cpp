@@ -1,6 +1,8 @@
 // firmware.
 #include "firmware.h"
 
+#include <chrono>
+
 #include "failure.h"
 #include "in_process.h"
 #include "tool_test.h"
@@ -30,8 +32,9 @@ TEST_F(Firmware_test, the_new_version_is_reported_once_the_scanner_is_back)
 
 TEST_F(Firmware_test, as_json)
 {
-    EXPECT_EQ(object_of(run({"firmware", path("image"), "--yes", "--json"})),
-              (Json{{"scanner", "RQ7-3050 #1"}, {"version_before", "2.5.b"}, {"version", "3.1.c"}}));
+    EXPECT_EQ(
+        object_of(run({"firmware", path("image"), "--yes", "--json"})),
+        (Json{{"scanner", "RQ7-3050 #1"}, {"version_before", "2.5.b"}, {"version", "3.1.c"}, {"restarted", true}}));
 }
 
 TEST_F(Firmware_test, a_scanner_that_restarts_unnoticed_is_reported_as_well)
@@ -98,7 +101,25 @@ TEST_F(Firmware_in_process_test, is_refused_while_video_runs)
     EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
     video.stop();
     EXPECT_FALSE(scanner.streams());
-    EXPECT_STREQ(vyra_tool::update_firmware(scanner, {1, 2, 3}).version, "2.6.b");
+    EXPECT_STREQ(vyra_tool::update_firmware(scanner, {1, 2, 3}).info.version, "2.6.b");
+}
+
+// A driver that takes the order to restart and does nothing, or not yet.
+void ignore_reset()
+{
+    const brenvozulta_sim_fault ignored{0, 0, BRENVOZULTA_SIM_ALWAYS, 0};
+    ASSERT_EQ(brenvozulta_sim_set_fault("QXDR_ResetDevice", &ignored), 1);
+}
+
+TEST_F(Firmware_in_process_test, an_unchanged_version_without_a_return_is_no_restart)
+{
+    ignore_reset();
+    const vyra_tool::Library library(vyra_tool::log_off);
+    vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
+    const vyra_tool::Restart_patience short_patience{std::chrono::milliseconds(30), std::chrono::milliseconds(100)};
+    const vyra_tool::Restarted restarted = vyra_tool::update_firmware(scanner, {1, 2, 3}, short_patience);
+    EXPECT_FALSE(restarted.proven);
+    EXPECT_STREQ(restarted.info.version, "2.5.b");
 }
 
 }  // namespace

@@ -45,6 +45,37 @@ TEST_F(Identity_test, a_name_that_is_not_utf8_is_replaced_in_json)
     EXPECT_EQ(object_of(run({"list", "--json"}))["scanners"][0]["name"], "Gr\u00fcn");
 }
 
+TEST_F(Identity_test, control_characters_of_a_name_do_not_reach_the_terminal)
+{
+    use_scenario_text(R"({"scanners": [{"name": "a\u001b[2J\u0007\u009b\u007f\u00e9\nb"}]})");
+    EXPECT_THAT(run({"list"}).out, HasSubstr("a\\x1B[2J\\x07\\x9B\\x7F\u00e9\\x0Ab  ORVANE"));
+    EXPECT_THAT(run({"info", "--scanner", "\x1Bx"}).err, AllOf(HasSubstr("\\x1Bx"), HasSubstr("a\\x1B[2J")));
+    EXPECT_EQ(object_of(run({"list", "--json"}))["scanners"][0]["name"], "a\x1B[2J\x07\u009b\x7F\u00e9\nb");
+}
+
+TEST_F(Identity_test, an_exact_name_wins_over_one_of_another_case)
+{
+    use_scenario(
+        {{"scanners", {{{"name", "desk"}, {"serial_number", "1"}}, {{"name", "Desk"}, {"serial_number", "2"}}}}});
+    EXPECT_EQ(object_of(run({"info", "--scanner", "Desk", "--json"}))["scanner"], "Desk");
+    EXPECT_EQ(object_of(run({"info", "--scanner", "DESK", "--json"}))["scanner"], "desk");
+}
+
+TEST_F(Identity_test, info_shows_what_it_could_get)
+{
+    use_scenario({{"faults", {{{"function", "QXDR_GetContainerSize"}, {"result", 9}}}}});
+    const Result text = run({"info"});
+    EXPECT_EQ(text.code, 1);
+    EXPECT_THAT(text.out, AllOf(HasSubstr("version         2.5.b\n"), HasSubstr("container       not known\n"),
+                                HasSubstr("capture index 2 flat, 1600 x 1500 pixels")));
+    EXPECT_THAT(text.err, HasSubstr("cannot read the size of the parameter container: 9016"));
+    const Result json = run({"info", "--json"});
+    EXPECT_EQ(json.code, 1);
+    const Json object = Json::parse(json.out);
+    EXPECT_EQ(object["container_bytes"], nullptr);
+    EXPECT_EQ(object["version"], "2.5.b");
+}
+
 TEST_F(Identity_test, without_a_scanner_every_command_fails_and_says_so)
 {
     use_scenario({{"scanners", Json::array()}});

@@ -10,6 +10,7 @@
 
 #include "in_process.h"
 #include "interrupt.h"
+#include "status_watch.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -74,7 +75,7 @@ TEST_F(Watch_test, as_json_one_object_a_line)
     child.interrupt();
     EXPECT_EQ(child.wait(), 0);
     const std::vector<Json> events = objects(child.out());
-    EXPECT_EQ(about(events, "RQ7-3050 #1", false), (std::vector<std::string>{"unplug", "plug"}));
+    EXPECT_EQ(about(events, "RQ7-3050 #1", false), (std::vector<std::string>{"attached", "unplug", "plug"}));
     EXPECT_EQ(about(events, "RQ7-3050 #1", true), (std::vector<std::string>{"status 9005", "status 0"}));
     EXPECT_EQ(about(events, "Other", false), (std::vector<std::string>{"plug", "unplug"}));
     EXPECT_EQ(about(events, "Other", true), std::vector<std::string>{});
@@ -88,6 +89,7 @@ TEST_F(Watch_test, waits_for_a_scanner_and_then_watches_its_status)
                                        {"after_call": {"function": "QXDR_OpenDevice"}, "unplug": "Late"}]})");
     Child_process child(tool({"watch"}), environment());
     EXPECT_TRUE(child.wait_for_error("no scanner is attached yet"));
+    EXPECT_TRUE(child.wait_for_error("waiting for a scanner to be plugged in"));
     EXPECT_TRUE(child.wait_for_output("status  Late  9005")) << child.out();
     child.interrupt();
     EXPECT_EQ(child.wait(), 0);
@@ -135,7 +137,7 @@ TEST_F(Watch_in_process_test, prints_sleep_resume_and_subscribed_usb_devices)
         events.erase(at, events.find("Z  ", at) + 3 - at);
         at = events.find('\n', at) + 1;
     }
-    EXPECT_EQ(events, "sleep\nresume\nusb-plug  1A2B:00FF\nusb-unplug  1A2B:0100\n");
+    EXPECT_EQ(events, "attached  RQ7-3050 #1\nsleep\nresume\nusb-plug  1A2B:00FF\nusb-unplug  1A2B:0100\n");
 }
 
 TEST_F(Watch_in_process_test, closes_its_scanner_at_the_end)
@@ -161,6 +163,42 @@ TEST_F(Watch_in_process_test, goes_on_without_status_when_the_scanner_cannot_be_
     const Result result = run.finish();
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("\"event\":\"plug\",\"scanner\":\"Other\""));
+}
+
+TEST_F(Watch_in_process_test, opens_nothing_when_it_is_told_so)
+{
+    ASSERT_EQ(brenvozulta_sim_attach("Other"), 1);
+    Background_run run({"watch", "--no-open", "--json"});
+    wait_for_window();
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_GetDevicesList", 2, test_support::patience_ms), 1);
+    ASSERT_EQ(brenvozulta_sim_unplug("Other"), 1);
+    ASSERT_EQ(brenvozulta_sim_plug("Other"), 1);
+    ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    const Result result = run.finish();
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_OpenDevice"), 0U);
+    std::vector<std::string> events;
+    std::istringstream lines(result.out);
+    for (std::string line; std::getline(lines, line);) {
+        const Json event = Json::parse(line);
+        events.push_back(event["event"].get<std::string>() + " " + event["scanner"].get<std::string>());
+    }
+    EXPECT_EQ(events,
+              (std::vector<std::string>{"attached RQ7-3050 #1", "attached Other", "unplug Other", "plug Other"}));
+}
+
+TEST_F(Watch_in_process_test, a_clock_that_is_set_back_does_not_hide_a_return)
+{
+    const vyra_tool::Library library(vyra_tool::log_off);
+    vyra_tool::Event_queue queue;
+    vyra_tool::Status_watch status(library, queue);
+    vyra_tool::Event plug{vyra_tool::Event::Kind::plug, BRENVOZULTA_SIM_DEFAULT_SCANNER};
+    status.open(BRENVOZULTA_SIM_DEFAULT_SCANNER);
+    EXPECT_FALSE(status.calls_for_opening(plug, "")) << "it came before";
+    plug = {vyra_tool::Event::Kind::plug, BRENVOZULTA_SIM_DEFAULT_SCANNER};
+    plug.time -= std::chrono::hours(1);
+    EXPECT_TRUE(status.calls_for_opening(plug, ""));
 }
 
 }  // namespace

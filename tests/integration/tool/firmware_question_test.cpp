@@ -1,0 +1,36 @@
+// The question before firmware is loaded, with an input from which nothing comes.
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "in_process.h"
+#include "interrupt.h"
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+class Firmware_question_test : public In_process_test {};
+
+TEST_F(Firmware_question_test, an_interrupt_at_the_question_ends_it_at_once)
+{
+    const std::string image = std::filesystem::temp_directory_path() / "vyra_firmware_image";
+    write_bytes(image, {1, 2, 3});
+    int silent[2];
+    ASSERT_EQ(pipe(silent), 0);
+    const int input = dup(STDIN_FILENO);
+    dup2(silent[0], STDIN_FILENO);
+    Background_run run({"firmware", image});
+    ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_GetDeviceInfo", 1, test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    EXPECT_EQ(run.finish().code, 1);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
+    close(silent[1]);  // the input ends, and with it the thread that read
+    dup2(input, STDIN_FILENO);
+    close(input);
+    close(silent[0]);
+    std::filesystem::remove(image);
+}
+
+}  // namespace
+}  // namespace tool_tests
