@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <map>
 
-#include "api/get_manager.h"
 #include "comparison.h"
 #include "log/log.h"
+#include "manager/get_manager.h"
 #include "scanners.h"
 #include "vyra/vyra.h"
 

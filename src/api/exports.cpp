@@ -1,6 +1,6 @@
-// The exported scanner functions that reach the manager. Each holds the manager for the duration of the call and
-// returns its status; no exception comes out of a manager operation.
-#include "api/get_manager.h"
+// The exported scanner functions that reach the manager, in the order of exports.list. Each holds the manager for the
+// duration of the call and returns its status; no exception comes out of a manager operation.
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 #include "vyra/vyra.h"
 

@@ -1,10 +1,10 @@
 // Scanners that are plugged in and pulled out.
 #include <algorithm>
 
-#include "api/get_manager.h"
 #include "log/log_exceptions.h"
 #include "manager/device_name.h"
 #include "manager/dispatch.h"
+#include "manager/get_manager.h"
 
 namespace kvs::brenvozulta {
 

@@ -1,8 +1,8 @@
 // Sleep and resume.
 #include <cstdio>
 
-#include "api/get_manager.h"
 #include "manager/dispatch.h"
+#include "manager/get_manager.h"
 #include "manager/power_handler.h"
 
 namespace kvs::brenvozulta {

@@ -6,7 +6,8 @@
 #include "manager/power_handler.h"
 #include "manager/scoped_value.h"
 #include "notify/module_pin.h"
-#include "vyra/notify.h"
+#include "notify/power_subscriptions.h"
+#include "notify/usb_notifier.h"
 
 namespace kvs::brenvozulta {
 
@@ -15,13 +16,10 @@ namespace {
 constexpr std::uint32_t highest_log_level = 3;
 constexpr std::int64_t default_log_size = 52'428'800;
 
-constexpr std::uint32_t driver_nothing_listed = 5;
-constexpr std::uint32_t driver_scanner_busy = 18;
-
 using Session_change = brenvozulta_manager::Session_change;
 
 // The notifier keeps the pointer, so the text lives as long as the library.
-char notifier_class[] = "VYRABRENVOZULTA";
+constexpr char notifier_class[] = "VYRABRENVOZULTA";
 
 }  // namespace
 
@@ -78,7 +76,7 @@ std::int32_t brenvozulta_manager::bring_up()
     DriverDeviceEntry entries[driver_list_capacity] = {};
     std::int32_t count = driver_list_capacity;
     std::uint32_t result = QXDR_GetDevicesList(&count, entries);
-    if (result == driver_nothing_listed) {
+    if (result == driver_no_scanner) {
         result = 0;
     }
     if (result != 0) {
@@ -91,8 +89,8 @@ std::int32_t brenvozulta_manager::bring_up()
     if (result != 0) {
         log_printf(log_errors, "--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = %d \n", result);
     }
-    InitUsbNotifier(notifier_class);
-    SubscribeToPowerEvent(power_handler);
+    the_usb_notifier().start(notifier_class);
+    the_power_subscriptions().subscribe(power_handler);
     return VYRA_OK;
 }
 
@@ -125,8 +123,8 @@ std::int32_t brenvozulta_manager::shut_down()
         log_close();
         return VYRA_INTERNAL;
     }
-    UnsubscribeToPowerEvent(power_handler);
-    TerminateUsbNotifier(notifier_class);
+    the_power_subscriptions().unsubscribe(power_handler);
+    the_usb_notifier().stop(notifier_class);
     initialized_ = false;
     log_close();
     return VYRA_OK;

@@ -50,13 +50,3 @@ power_subscriptions& the_power_subscriptions()
 }
 
 }  // namespace kvs::brenvozulta
-
-bool SubscribeToPowerEvent(PowerEventCallback callback)
-{
-    return kvs::brenvozulta::the_power_subscriptions().subscribe(callback);
-}
-
-bool UnsubscribeToPowerEvent(PowerEventCallback callback)
-{
-    return kvs::brenvozulta::the_power_subscriptions().unsubscribe(callback);
-}

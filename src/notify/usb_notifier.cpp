@@ -10,7 +10,6 @@
 #include "notify/module_pin.h"
 #include "notify/notifier_thread.h"
 #include "notify/usb_subscriptions.h"
-#include "vyra/notify.h"
 
 namespace kvs::brenvozulta {
 
@@ -153,13 +152,3 @@ usb_notifier& the_usb_notifier()
 }
 
 }  // namespace kvs::brenvozulta
-
-bool InitUsbNotifier(char* windowClassName)
-{
-    return kvs::brenvozulta::the_usb_notifier().start(windowClassName);
-}
-
-bool TerminateUsbNotifier(char* windowClassName)
-{
-    return kvs::brenvozulta::the_usb_notifier().stop(windowClassName);
-}

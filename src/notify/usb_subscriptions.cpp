@@ -73,13 +73,3 @@ usb_subscriptions& the_usb_subscriptions()
 }
 
 }  // namespace kvs::brenvozulta
-
-bool SubscribeToUsbEvent(int vendorId, int productId, UsbEventCallback callback)
-{
-    return kvs::brenvozulta::the_usb_subscriptions().subscribe(vendorId, productId, callback);
-}
-
-bool UnSubscribeToUsbEvent(int vendorId, int productId)
-{
-    return kvs::brenvozulta::the_usb_subscriptions().unsubscribe(vendorId, productId);
-}

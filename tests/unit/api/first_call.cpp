@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
-#include "api/get_manager.h"
 #include "log/log_settings.h"
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 #include "support/log_lines.h"
 #include "unit/api/export_calls.h"

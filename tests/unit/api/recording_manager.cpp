@@ -2,7 +2,7 @@
 
 #include <boost/smart_ptr/make_shared.hpp>
 
-#include "api/get_manager.h"
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 
 namespace recording_manager {

@@ -1,5 +1,5 @@
 // Loading firmware.
-#include "api/get_manager.h"
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 #include "unit/device/device_test.h"
 

@@ -1,7 +1,7 @@
 // The information of a scanner that need not be open, by its name.
 #include <cstring>
 
-#include "api/get_manager.h"
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 #include "unit/device/device_test.h"
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "api/get_manager.h"
 #include "device/device.h"
 #include "manager/device_name.h"
+#include "manager/get_manager.h"
 #include "manager/manager.h"
 
 namespace kvs::brenvozulta {

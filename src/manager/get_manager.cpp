@@ -1,4 +1,4 @@
-#include "api/get_manager.h"
+#include "manager/get_manager.h"
 
 #include <boost/smart_ptr/allocate_shared_array.hpp>
 #include <boost/smart_ptr/make_shared.hpp>

@@ -18,7 +18,7 @@ const manager_owner& create_manager_once();
 
 // Returns a shared owner of the manager; the first call of the process creates it. From any thread. The manager lives
 // in static storage until the process ends, so neither its creation nor a copy of the owner can run out of memory.
-// Inline, because it is on the way of every call and of every log line, also those that are not written.
+// Inline, because it is on the way of every call.
 inline manager_owner get_manager()
 {
     const manager_owner* const owner = global_owner.load(std::memory_order_acquire);
