@@ -1,0 +1,1 @@
+#include <brenvozulta_simulator/control.h>

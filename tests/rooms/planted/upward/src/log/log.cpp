@@ -1,0 +1,1 @@
+#include "manager/get_manager.h"
