@@ -12,7 +12,7 @@
 #include "call_record.h"
 #include "held_lock.h"
 #include "hot_plug.h"
-#include "settings.h"
+#include "timeline_entry.h"
 
 namespace brenvozulta_simulator {
 

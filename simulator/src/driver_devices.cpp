@@ -12,6 +12,9 @@ namespace {
 
 constexpr const char* scenario_variable = "BRENVOZULTA_SCENARIO";
 
+// Of the results that hosts take for a bad parameter, the one that no function gives for another reason.
+constexpr std::uint32_t result_bad_scenario = driver_bad_parameter_14;
+
 // The variable holds a file's name, or the scenario itself, which begins with a brace.
 Scenario read_environment(const std::string& value)
 {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "identity.h"
 #include "settings.h"
 #include "simulator.h"
 

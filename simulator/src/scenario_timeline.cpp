@@ -1,6 +1,7 @@
 #include "scenario_timeline.h"
 
 #include "capture.h"
+#include "settings.h"
 
 namespace brenvozulta_simulator {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "scenario_fields.h"
-#include "settings.h"
+#include "timeline_entry.h"
 
 namespace brenvozulta_simulator {
 

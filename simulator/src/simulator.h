@@ -17,6 +17,7 @@
 #include "faults.h"
 #include "held_lock.h"
 #include "hot_plug.h"
+#include "identity.h"
 #include "settings.h"
 
 namespace brenvozulta_simulator {
