@@ -18,6 +18,7 @@ int32_t VyraCloseDevice_N(uint32_t handle)
     return get_manager()->close_device(handle);
 }
 
+// Slots of 255 bytes; the newer variant fills records, and cuts the names at their field.
 int32_t VyraGetDeviceList(uint32_t* count, void* buffer)
 {
     return get_manager()->get_device_list(count, static_cast<char*>(buffer));
@@ -71,6 +72,7 @@ int32_t VyraBrenvoGetDeviceInfo(uint32_t handle, DeviceInfo* record)
     return get_manager()->get_device_info(handle, record);
 }
 
+// Needs no open scanner, and therefore goes by name.
 int32_t VyraBrenvoMGGetDeviceInfo(const char* name, const void* /*unused*/, DeviceInfo* record)
 {
     return get_manager()->get_device_info_dev_name(name, record);
@@ -116,6 +118,7 @@ int32_t VyraBrenvoZultaIsRollSupported(uint32_t handle, uint8_t* supported)
     return get_manager()->is_roll_supported(handle, supported);
 }
 
+// The option has no effect: the three ways of opening differ in their arguments alone.
 int32_t VyraBrenvoZultaOpenDevice(const char* name, uint32_t* handle, uint8_t option)
 {
     return get_manager()->open_device(name, handle, option);
@@ -156,6 +159,7 @@ int32_t VyraOpenDevice_N(const char* name, const void* /*unused*/, uint32_t* han
     return get_manager()->open_device(name, handle, 0);
 }
 
+// The interface's word for a firmware update.
 int32_t VyraPutMemory(uint32_t handle, const void* image, size_t length)
 {
     return get_manager()->update_firmware(handle, image, length);

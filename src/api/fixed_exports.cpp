@@ -1,5 +1,6 @@
 // The exported scanner functions that are present for compatibility: each has a fixed result and touches nothing, not
-// even the manager.
+// even the manager. Hosts may pass what they like; none is declared, because none is read. VyraInitialize and
+// VyraInitialization initialize nothing, on purpose: hosts know that what follows them is refused.
 #include "vyra/vyra.h"
 
 namespace {

@@ -25,12 +25,17 @@ namespace {
 
 constexpr char current_name[] = "vyrabrenvozulta.log";
 constexpr char previous_name[] = "vyrabrenvozulta2.log";
+constexpr char sub_directory[] = "\\Orvane\\Halvern SDK\\";
+
+// Of both files' paths when they are rotated. Longer ones are no reason to name another file: the log stays closed
+// then.
 constexpr std::size_t rotation_path_size = 256;
 
 // {62AB5D82-FDC1-4DC3-A9DD-070D1D495D97}, the ProgramData folder.
 constexpr GUID program_data_folder = {0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}};
 
-// Read and exchanged as a whole, by any thread. Never destroyed: nothing runs when the library is unloaded.
+// Read and exchanged as a whole, by any thread: the log has no lock, so that a line can be written wherever one is
+// held. Never destroyed: nothing runs when the library is unloaded.
 union Current_file {
     constexpr Current_file() : owner() {}
     ~Current_file() {}  // NOLINT(modernize-use-equals-default): it would be deleted
@@ -74,6 +79,12 @@ void make_directory(const std::string& directory)
     }
 }
 
+// Without the system's folder, one of this name on the current drive.
+std::string log_folder()
+{
+    return log_directory() + sub_directory;
+}
+
 struct Task_memory {
     void operator()(wchar_t* text) const { CoTaskMemFree(text); }
 };
@@ -101,14 +112,15 @@ log_file_owner current_log_file()
 log_file_owner open_log_file(std::int64_t limit)
 {
     auto file = current_log_file();
-    if (!file) {
-        const std::string directory = log_directory() + log_sub_directory;
+    std::string directory;  // which the system is asked for by the lines that need it, once
+    if (!file) {            // also when a line before this one could not open it: every line tries again
+        directory = log_folder();
         make_directory(directory);
         file = open_as_current((directory + current_name).c_str());
     }
     if (file && _filelength(file->descriptor()) >= limit) {
         file.reset();  // it could not be closed, nor then be moved
-        log_rotate((log_directory() + log_sub_directory).c_str());
+        log_rotate((directory.empty() ? log_folder() : directory).c_str());
         file = current_log_file();
     }
     return file;

@@ -8,7 +8,6 @@
 namespace kvs::brenvozulta {
 
 constexpr int log_closed = -1;
-constexpr char log_sub_directory[] = "\\Orvane\\Halvern SDK\\";
 
 // An open file. A line keeps it while it writes, so that a rotation or a close by another thread never takes the
 // descriptor away under it: by then the number could be another file's, even one of the host's.

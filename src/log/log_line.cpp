@@ -16,7 +16,8 @@ namespace kvs::brenvozulta {
 
 namespace {
 
-// The limit of wvsprintfA itself.
+// The limit of wvsprintfA itself, which cuts what is longer and then has no room for the line's end. Logs in the field
+// show such lines run together with the next one.
 constexpr std::size_t message_size = 1024;
 
 bool write_piece(int file, const char* piece)
@@ -25,6 +26,8 @@ bool write_piece(int file, const char* piece)
     return _write(file, piece, length) == static_cast<int>(length);
 }
 
+// The runtime's own calendar text, up to the seconds: programs that read the log in the field know its layout, and that
+// the day is filled up as that runtime does.
 void format_timestamp(char (&text)[64])
 {
     __timeb64 now = {};
@@ -49,6 +52,7 @@ void log_vprintf(const char* format, va_list arguments) noexcept
 
 int log_write(const char* line)
 {
+    // One reading for the whole line: initialize may set another limit meanwhile.
     const std::int64_t limit = log_settings.limit.load(std::memory_order_relaxed);
     if (static_cast<std::int64_t>(std::strlen(line)) >= limit) {
         return -1;
@@ -63,7 +67,9 @@ int log_write(const char* line)
     format_timestamp(timestamp);
     char thread[32];
     std::snprintf(thread, sizeof(thread), "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
-    // A write for each piece: appending keeps a piece whole, whoever else writes at the same moment.
+    // A write for each piece, as the file has always been written: appending keeps a piece whole, whoever else writes
+    // at the same moment, and two lines that meet interleave by pieces. Of a line whose message is there, a lost piece
+    // is no failure.
     write_piece(file, timestamp);
     write_piece(file, " ");
     write_piece(file, thread);
