@@ -7,17 +7,17 @@
 
 #include <gmock/gmock.h>
 
-#include "abi/export_list.h"
 #include "abi/library_symbols.h"
+#include "support/export_list.h"
 #include "vyra/notify.h"
 #include "vyra/vyra.h"
 
 namespace {
 
-using binary::listed_exports;
+using test_support::listed_exports;
 using ::testing::ContainerEq;
 
-std::string exported_name(const binary::Listed_export& listed)
+std::string exported_name(const test_support::Listed_export& listed)
 {
     return binary::has_ordinals ? listed.name : listed.symbol;
 }

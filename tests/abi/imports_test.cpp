@@ -6,9 +6,9 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
-#include "abi/export_list.h"
 #include "abi/library_symbols.h"
 #include "abi/pe_image.h"
+#include "support/export_list.h"
 #include "vyra/vyra.h"
 
 namespace {
@@ -60,7 +60,7 @@ TEST(Imports_test, of_the_driver_library_are_its_twenty_functions)
 TEST(Ordinals_test, are_the_same_by_ordinal_as_by_name)
 {
     const HMODULE module = GetModuleHandleA("vyrabrenvozulta.dll");
-    for (const auto& listed : binary::listed_exports) {
+    for (const auto& listed : test_support::listed_exports) {
         const auto by_ordinal = GetProcAddress(module, MAKEINTRESOURCEA(listed.ordinal));
         EXPECT_EQ(reinterpret_cast<void*>(by_ordinal), binary::address_of(listed.name)) << listed.name;
     }

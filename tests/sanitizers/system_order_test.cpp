@@ -37,7 +37,7 @@ const Call calls[] = {
     {"Beep", [] { Beep(440, 10); }},
     {"DeleteFileA", [] { DeleteFileA("missing"); }},
     {"FindResourceA", [] { FindResourceA(nullptr, "#1", "none"); }},
-    {"FindWindowA", [] { FindWindowA("none", nullptr); }},
+    {"FindWindowExA", [] { FindWindowExA(nullptr, nullptr, "none", nullptr); }},
     {"FileLength", [] { _filelength(some_file()); }},
     {"GetModuleHandleA", [] { GetModuleHandleA("none"); }},
     {"OpenAndClose", [] { _close(_sopen((win32_double::program_data() + "/order").c_str(), _O_RDONLY, _SH_DENYNO)); }},

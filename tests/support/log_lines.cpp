@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <regex>
 #include <sstream>
 
@@ -77,6 +78,26 @@ std::vector<std::string> log_messages(std::size_t from)
         }
     }
     return messages;
+}
+
+std::string error_line(const std::string& operation, std::int32_t status)
+{
+    static const std::map<std::int32_t, std::string> texts = {
+        {9000, "Internal VYRA  "}, {9001, "Out of Resource"}, {9005, "Device Unavail "}, {9101, "Not Initialized"},
+        {9103, "Buf Too Small  "}, {9105, "Video Stopped  "}, {9106, "Video Timeout  "}, {9108, "Bad Scanner Idx"},
+        {9109, "Error 9109"},      {9110, "Error 9110"},
+    };
+    return error_line(operation, status, texts.at(status));
+}
+
+std::string error_line(const std::string& operation, std::int32_t status, const std::string& text)
+{
+    return operation + ":    Error=" + std::to_string(status) + ": " + text + "\r\n";
+}
+
+std::string driver_error_line(const std::string& function, std::uint32_t result)
+{
+    return "--Error : " + function + " ret = " + std::to_string(static_cast<std::int32_t>(result)) + " \n";
 }
 
 void remove_logs()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,13 @@ std::string file_bytes(const std::string& path);
 // The messages of the log file in order, without the first ones that a test knows already, with their own line ends
 // ("...\r\n" or "...\n"), without timestamp and thread. Fails the test when a line does not have the log's form.
 std::vector<std::string> log_messages(std::size_t from = 0);
+
+// An operation's error line with the text of its status as hosts know it, or with another text.
+std::string error_line(const std::string& operation, std::int32_t status);
+std::string error_line(const std::string& operation, std::int32_t status, const std::string& text);
+
+// The line of a failed driver call: "--Error : QXDR_StopCapture ret = 9 \n".
+std::string driver_error_line(const std::string& function, std::uint32_t result);
 
 // Ends the library's use of the log file as far as it can be ended from outside, and removes both generations. The
 // library must have closed the file.

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "support/broadcasts.h"
+
 namespace test_support {
 
 namespace {
@@ -49,7 +51,7 @@ Process_counts process_counts(const char* window_class)
     const bool has_class = GetClassInfoExA(GetModuleHandleA(nullptr), window_class, &description) != 0;
     return {{"threads", own_threads()},
             {"handles", own_handles()},
-            {"windows", FindWindowA(window_class, nullptr) != nullptr ? 1 : 0},
+            {"windows", find_window(window_class) != nullptr ? 1 : 0},
             {"window classes", has_class ? 1 : 0}};
 }
 

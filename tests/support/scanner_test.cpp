@@ -1,6 +1,6 @@
 #include "support/scanner_test.h"
 
-#include "support/log_lines.h"
+#include "support/driver_calls.h"
 
 namespace test_support {
 
@@ -43,20 +43,9 @@ std::vector<std::string> Scanner_test::take_log()
 
 std::vector<std::string> Scanner_test::take_driver_calls()
 {
-    std::vector<std::string> calls;
-    brenvozulta_sim_call call = {};
-    for (std::size_t i = 0; i < brenvozulta_sim_call_count(); ++i) {
-        if (brenvozulta_sim_get_call(i, &call) != 0) {
-            calls.emplace_back(call.function);
-        }
-    }
+    auto calls = call_names();
     brenvozulta_sim_clear_calls();
     return calls;
-}
-
-std::string error_line(const std::string& operation, std::int32_t status, const std::string& text)
-{
-    return operation + ":    Error=" + std::to_string(status) + ": " + text + "\r\n";
 }
 
 }  // namespace test_support

@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "brenvozulta_simulator/control.h"
+#include "support/log_lines.h"
+#include "support/waiting.h"
 #include "vyra/vyra.h"
 
 namespace test_support {
 
 constexpr std::uint32_t log_everything = 3;
 constexpr std::int32_t default_limit = 0;
-constexpr std::uint32_t patience_ms = 20'000;  // for what must happen; a test that waits so long has failed
 
 // Starts every test with the unconfigured simulator (one scanner attached), images on demand only, no log file and an
 // uninitialized library; ends it terminated. Every message in the log must have been taken by then: an error line that
@@ -30,8 +31,8 @@ protected:
     // Opens the default scanner, or another.
     static std::uint32_t open(const std::string& name = BRENVOZULTA_SIM_DEFAULT_SCANNER);
 
-    // The messages logged since the last call.
-    std::vector<std::string> take_log();
+    // The messages logged since the last call, which the test compares.
+    [[nodiscard]] std::vector<std::string> take_log();
 
     // The driver calls recorded since the last call, as text: "QXDR_StartCapture".
     static std::vector<std::string> take_driver_calls();
@@ -39,8 +40,5 @@ protected:
 private:
     std::size_t taken_ = 0;
 };
-
-// The error line of an operation.
-std::string error_line(const std::string& operation, std::int32_t status, const std::string& text);
 
 }  // namespace test_support

@@ -10,7 +10,7 @@ namespace {
 Entry_point create_call{"CreateWindowExA"};
 Entry_point destroy_call{"DestroyWindow"};
 Entry_point is_window_call{"IsWindow"};
-Entry_point find_call{"FindWindowA"};
+Entry_point find_call{"FindWindowExA"};
 Entry_point thread_of_call{"GetWindowThreadProcessId"};
 Entry_point default_call{"DefWindowProcA"};
 
@@ -97,13 +97,14 @@ BOOL IsWindow(HWND window)
     return find_window(window) != nullptr ? TRUE : FALSE;
 }
 
-HWND FindWindowA(LPCSTR class_name, LPCSTR title)
+HWND FindWindowExA(HWND parent, HWND after, LPCSTR class_name, LPCSTR title)
 {
     if (find_call.refused())
         return nullptr;
     const Desktop_lock lock(desktop().lock);
-    for (const auto& [handle, window] : desktop().windows) {
-        if (window->parent != nullptr)
+    for (auto found = desktop().windows.upper_bound(after); found != desktop().windows.end(); ++found) {
+        const auto& [handle, window] = *found;
+        if (window->parent != parent)
             continue;
         if (class_name != nullptr && !same_name(window->window_class->name, class_name))
             continue;

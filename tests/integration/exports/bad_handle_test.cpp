@@ -1,5 +1,4 @@
 // Handles that no open scanner has, through every export that takes one.
-#include <map>
 #include <random>
 #include <string>
 
@@ -12,32 +11,6 @@ using export_calls::Arguments;
 using test_support::error_line;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-// The operation that an export is logged as.
-const std::map<std::string, std::string> operations = {
-    {"VyraBusReset_N", "reset_device"},
-    {"VyraCloseDevice_N", "close_device"},
-    {"VyraGetVideoResult", "get_video_result"},
-    {"VyraBrenvoGetCapabilities", "get_device_capabilities"},
-    {"VyraBrenvoGetDevUI", "get_device_ui"},
-    {"VyraBrenvoGetDeviceInfo", "get_device_info"},
-    {"VyraBrenvoSetBuzzer", "set_buzzer"},
-    {"VyraBrenvoSetDevUI", "set_device_ui"},
-    {"VyraBrenvoSetUICallBack", "set_ui_cb"},
-    {"VyraBrenvoStartVideo", "start_video"},
-    {"VyraBrenvoZultaGetGlobalParamSize", "get_global_param_size"},
-    {"VyraBrenvoZultaGetPortType", "get_port_type"},
-    {"VyraBrenvoZultaGetSnapshotAcquisition", "get_snapshot_acquisition"},
-    {"VyraBrenvoZultaIsRollSupported", "is_roll_supported"},
-    {"VyraBrenvoZultaReadFilters", "read_filters"},
-    {"VyraBrenvoZultaReadGlobalParam", "read_global_param"},
-    {"VyraBrenvoZultaReadUniformityBuffers", "read_uniformity_buffers"},
-    {"VyraBrenvoZultaSetParameters", "set_cmd_parameter"},
-    {"VyraBrenvoZultaStartCamera", "start_video"},
-    {"VyraPutMemory", "update_firmware"},
-    {"VyraStopVideo", "stop_video"},
-    {"VyraSubmitVideoRequest", "submit_video_request"},
-};
 
 class Bad_handle_test : public test_support::Scanner_test {
 protected:
@@ -56,7 +29,7 @@ protected:
                 EXPECT_THAT(take_log(), IsEmpty());
             } else {
                 EXPECT_EQ(status, VYRA_BAD_SCANNER_IDX);
-                EXPECT_THAT(take_log(), ElementsAre(error_line(operations.at(each.name), 9108, "Bad Scanner Idx")));
+                EXPECT_THAT(take_log(), ElementsAre(error_line(each.operation, 9108)));
             }
             EXPECT_EQ(arguments.result, untouched);
         }
@@ -102,13 +75,6 @@ TEST_F(Bad_handle_test, is_what_every_handle_becomes_by_terminate)
     ASSERT_EQ(VyraTerminate(), VYRA_OK);
     initialize();
     expect_refused_everywhere(handle);
-}
-
-TEST_F(Bad_handle_test, makes_firmware_without_image_a_refused_parameter_first)
-{
-    initialize();
-    EXPECT_EQ(VyraPutMemory(77, nullptr, 10), VYRA_BAD_PARAMETER);
-    EXPECT_THAT(take_log(), ElementsAre("update_firmware:   Error : 9109 Error 9109 \r\n"));
 }
 
 }  // namespace

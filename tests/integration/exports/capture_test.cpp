@@ -129,7 +129,7 @@ TEST_F(Capture_test, eight_requests_are_taken_filled_in_order_and_the_ninth_is_r
         EXPECT_EQ(buffers[number], image_of(number));
     }
     EXPECT_EQ(buffers[8], Pixels(image_size));
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre("submit_video_request:    Add frame queue Error=9104\r\n"));
     stop_and_close();
 }
 
@@ -146,7 +146,7 @@ TEST_F(Capture_test, result_is_refused_and_its_place_emptied_while_no_image_is_r
     deliver(image_of(1));
     EXPECT_EQ(VyraGetVideoResult(handle_, &filled, nullptr), VYRA_OK) << "the host need not ask for its value";
     EXPECT_EQ(filled, buffer.data());
-    const std::string line = error_line("get_video_result", 9106, "Video Timeout  ");
+    const std::string line = error_line("get_video_result", 9106);
     EXPECT_THAT(take_log(), ElementsAre(line, line));
     stop_and_close();
 }
@@ -161,8 +161,8 @@ TEST_F(Capture_test, requests_are_refused_before_the_start_and_after_the_stop)
         EXPECT_EQ(VyraSubmitVideoRequest(handle_, buffer.data(), 1), VYRA_VIDEO_STOPPED);
         EXPECT_EQ(VyraGetVideoResult(handle_, &filled, nullptr), VYRA_VIDEO_STOPPED);
         EXPECT_EQ(filled, nullptr);
-        EXPECT_THAT(take_log(), ElementsAre(error_line("submit_video_request", 9105, "Video Stopped  "),
-                                            error_line("get_video_result", 9105, "Video Stopped  ")));
+        EXPECT_THAT(take_log(),
+                    ElementsAre(error_line("submit_video_request", 9105), error_line("get_video_result", 9105)));
         ASSERT_EQ(VyraBrenvoZultaStartCamera(handle_), VYRA_OK);
         ASSERT_EQ(VyraStopVideo(handle_), VYRA_OK);
     }
@@ -173,7 +173,7 @@ TEST_F(Capture_test, null_buffer_is_a_refused_parameter)
     initialize();
     start();
     EXPECT_EQ(VyraSubmitVideoRequest(handle_, nullptr, 1), VYRA_BAD_PARAMETER);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("submit_video_request", 9105, "Video Stopped  ")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("submit_video_request", 9105)));
     stop_and_close();
 }
 

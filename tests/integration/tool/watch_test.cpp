@@ -1,16 +1,11 @@
 // watch.
-#include <windows.h>
-// dbt.h needs windows.h before it.
-#include <dbt.h>
-
-#include <cstring>
 #include <regex>
 #include <sstream>
-#include <thread>
 
 #include "in_process.h"
 #include "interrupt.h"
 #include "status_watch.h"
+#include "support/broadcasts.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -95,39 +90,18 @@ TEST_F(Watch_test, waits_for_a_scanner_and_then_watches_its_status)
     EXPECT_EQ(child.wait(), 0);
 }
 
-class Watch_in_process_test : public In_process_test {
-protected:
-    static HWND wait_for_window()
-    {
-        HWND window = nullptr;
-        while ((window = FindWindowA("VYRABRENVOZULTA", nullptr)) == nullptr) {
-            std::this_thread::yield();
-        }
-        return window;
-    }
-
-    // What the system sends for a USB device with this path.
-    static void send_device_change(HWND window, WPARAM change, const std::string& path)
-    {
-        alignas(DEV_BROADCAST_DEVICEINTERFACE_A) char record[256] = {};
-        auto& header = *reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_A*>(record);
-        header.dbcc_size = sizeof record;
-        header.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-        std::strcpy(record + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), path.c_str());
-        SendMessageA(window, WM_DEVICECHANGE, change, reinterpret_cast<LPARAM>(record));
-    }
-};
+class Watch_in_process_test : public In_process_test {};
 
 TEST_F(Watch_in_process_test, prints_sleep_resume_and_subscribed_usb_devices)
 {
     Background_run run({"watch", "--usb", "1A2B:00ff", "--usb", "1A2B:100"});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
-    HWND window = wait_for_window();
-    SendMessageA(window, WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
-    SendMessageA(window, WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, 0);
-    send_device_change(window, DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_00FF#1)");
-    send_device_change(window, DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_0101#1)");
-    send_device_change(window, DBT_DEVICEREMOVECOMPLETE, R"(\\?\USB#VID_1A2B&PID_0100#1)");
+    ASSERT_NE(test_support::wait_for_window(), nullptr);
+    test_support::send_power_event(PBT_APMSUSPEND);
+    test_support::send_power_event(PBT_APMRESUMESUSPEND);
+    test_support::send_device_change(DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_00FF#1)");
+    test_support::send_device_change(DBT_DEVICEARRIVAL, R"(\\?\USB#VID_1A2B&PID_0101#1)");
+    test_support::send_device_change(DBT_DEVICEREMOVECOMPLETE, R"(\\?\USB#VID_1A2B&PID_0100#1)");
     vyra_tool::request_interrupt();
     const Result result = run.finish();
     EXPECT_EQ(result.code, 0);
@@ -169,7 +143,7 @@ TEST_F(Watch_in_process_test, opens_nothing_when_it_is_told_so)
 {
     ASSERT_EQ(brenvozulta_sim_attach("Other"), 1);
     Background_run run({"watch", "--no-open", "--json"});
-    wait_for_window();
+    ASSERT_NE(test_support::wait_for_window(), nullptr);
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_GetDevicesList", 2, test_support::patience_ms), 1);
     ASSERT_EQ(brenvozulta_sim_unplug("Other"), 1);
     ASSERT_EQ(brenvozulta_sim_plug("Other"), 1);

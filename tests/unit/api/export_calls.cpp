@@ -1,6 +1,8 @@
 #include "unit/api/export_calls.h"
 
-#include <algorithm>
+#include <map>
+
+#include "support/fixed_exports.h"
 
 namespace export_calls {
 
@@ -23,28 +25,12 @@ std::int32_t call_break_enable(Arguments&)
 const std::vector<Export>& fixed_exports()
 {
     static const std::vector<Export> exports = {
-        {"VyraBreakEnable", call_break_enable},
-        {"VyraBusReset", [](Arguments&) { return VyraBusReset(); }},
-        {"VyraGetBufSize", [](Arguments&) { return VyraGetBufSize(); }},
-        {"VyraGetImage", [](Arguments&) { return VyraGetImage(); }},
-        {"VyraGetMemory", [](Arguments&) { return VyraGetMemory(); }},
-        {"VyraGetVideoBandPosition", [](Arguments&) { return VyraGetVideoBandPosition(); }},
-        {"VyraInitialization", [](Arguments&) { return VyraInitialization(); }},
-        {"VyraInitialize", [](Arguments&) { return VyraInitialize(); }},
-        {"VyraBrenvoCalibrateScanner", [](Arguments&) { return VyraBrenvoCalibrateScanner(); }},
-        {"VyraBrenvoDeviceConnected", [](Arguments&) { return VyraBrenvoDeviceConnected(); }},
-        {"VyraBrenvoGetFinalImage", [](Arguments&) { return VyraBrenvoGetFinalImage(); }},
-        {"VyraPutBitmap", [](Arguments&) { return VyraPutBitmap(); }},
-        {"VyraPutCommand", [](Arguments&) { return VyraPutCommand(); }},
-        {"VyraPutImage", [](Arguments&) { return VyraPutImage(); }},
-        {"VyraSetTimeouts", [](Arguments&) { return VyraSetTimeouts(); }},
-        {"VyraSetVideoBandParams", [](Arguments&) { return VyraSetVideoBandParams(); }},
-        {"VyraStartVideo", [](Arguments&) { return VyraStartVideo(); }},
-        {"VyraBrenvoGetDetectedFingersBox", [](Arguments&) { return VyraBrenvoGetDetectedFingersBox(); }},
-        {"VyraBrenvoGetFFDParameters", [](Arguments&) { return VyraBrenvoGetFFDParameters(); }},
-        {"VyraBrenvoSetFFDParameters", [](Arguments&) { return VyraBrenvoSetFFDParameters(); }},
-        {"VyraGetVerInfo", [](Arguments& with) { return VyraGetVerInfo(with.result.data()); }},
-        {"VyraGetVersion", [](Arguments& with) { return VyraGetVersion(with.result.data(), with.number); }},
+        {"VyraBreakEnable", nullptr, call_break_enable},
+#define EXPORT(function, result) {#function, nullptr, [](Arguments&) { return function(); }},
+        FIXED_EXPORTS(EXPORT)
+#undef EXPORT
+            {"VyraGetVerInfo", nullptr, [](Arguments& with) { return VyraGetVerInfo(with.result.data()); }},
+        {"VyraGetVersion", nullptr, [](Arguments& with) { return VyraGetVersion(with.result.data(), with.number); }},
     };
     return exports;
 }
@@ -52,50 +38,53 @@ const std::vector<Export>& fixed_exports()
 const std::vector<Export>& handle_exports()
 {
     static const std::vector<Export> exports = {
-        {"VyraBusReset_N", [](Arguments& with) { return VyraBusReset_N(with.handle); }},
-        {"VyraCloseDevice_N", [](Arguments& with) { return VyraCloseDevice_N(with.handle); }},
-        {"VyraGetStatus", [](Arguments& with) { return VyraGetStatus(with.handle); }},
-        {"VyraGetVideoResult",
+        {"VyraBusReset_N", "reset_device", [](Arguments& with) { return VyraBusReset_N(with.handle); }},
+        {"VyraCloseDevice_N", "close_device", [](Arguments& with) { return VyraCloseDevice_N(with.handle); }},
+        {"VyraGetStatus", "get_status", [](Arguments& with) { return VyraGetStatus(with.handle); }},
+        {"VyraGetVideoResult", "get_video_result",
          [](Arguments& with) { return VyraGetVideoResult(with.handle, record<void*>(with), nullptr); }},
-        {"VyraBrenvoGetCapabilities",
+        {"VyraBrenvoGetCapabilities", "get_device_capabilities",
          [](Arguments& with) {
              return VyraBrenvoGetCapabilities(with.handle, with.number, record<VyraDeviceCapabilities>(with));
          }},
-        {"VyraBrenvoGetDevUI", [](Arguments& with) { return VyraBrenvoGetDevUI(with.handle, record<DevUI>(with)); }},
-        {"VyraBrenvoGetDeviceInfo",
+        {"VyraBrenvoGetDevUI", "get_device_ui",
+         [](Arguments& with) { return VyraBrenvoGetDevUI(with.handle, record<DevUI>(with)); }},
+        {"VyraBrenvoGetDeviceInfo", "get_device_info",
          [](Arguments& with) { return VyraBrenvoGetDeviceInfo(with.handle, record<DeviceInfo>(with)); }},
-        {"VyraBrenvoSetBuzzer",
+        {"VyraBrenvoSetBuzzer", "set_buzzer",
          [](Arguments& with) { return VyraBrenvoSetBuzzer(with.handle, with.number, nullptr, nullptr); }},
-        {"VyraBrenvoSetDevUI", [](Arguments& with) { return VyraBrenvoSetDevUI(with.handle, record<DevUI>(with)); }},
-        {"VyraBrenvoSetUICallBack",
+        {"VyraBrenvoSetDevUI", "set_device_ui",
+         [](Arguments& with) { return VyraBrenvoSetDevUI(with.handle, record<DevUI>(with)); }},
+        {"VyraBrenvoSetUICallBack", "set_ui_cb",
          [](Arguments& with) { return VyraBrenvoSetUICallBack(with.handle, nullptr, nullptr); }},
-        {"VyraBrenvoStartVideo",
+        {"VyraBrenvoStartVideo", "start_video",
          [](Arguments& with) { return VyraBrenvoStartVideo(with.handle, with.number, with.number); }},
-        {"VyraBrenvoZultaGetGlobalParamSize",
+        {"VyraBrenvoZultaGetGlobalParamSize", "get_global_param_size",
          [](Arguments& with) { return VyraBrenvoZultaGetGlobalParamSize(with.handle, record<std::uint32_t>(with)); }},
-        {"VyraBrenvoZultaGetPortType",
+        {"VyraBrenvoZultaGetPortType", "get_port_type",
          [](Arguments& with) { return VyraBrenvoZultaGetPortType(with.handle, record<std::uint32_t>(with)); }},
-        {"VyraBrenvoZultaGetSnapshotAcquisition",
+        {"VyraBrenvoZultaGetSnapshotAcquisition", "get_snapshot_acquisition",
          [](Arguments& with) {
              return VyraBrenvoZultaGetSnapshotAcquisition(with.handle, with.result.data(), 1, 2, 3);
          }},
-        {"VyraBrenvoZultaIsRollSupported",
+        {"VyraBrenvoZultaIsRollSupported", "is_roll_supported",
          [](Arguments& with) { return VyraBrenvoZultaIsRollSupported(with.handle, record<std::uint8_t>(with)); }},
-        {"VyraBrenvoZultaReadFilters",
+        {"VyraBrenvoZultaReadFilters", "read_filters",
          [](Arguments& with) { return VyraBrenvoZultaReadFilters(with.handle, with.result.data(), nullptr, nullptr); }},
-        {"VyraBrenvoZultaReadGlobalParam",
+        {"VyraBrenvoZultaReadGlobalParam", "read_global_param",
          [](Arguments& with) { return VyraBrenvoZultaReadGlobalParam(with.handle, with.result.data(), with.number); }},
-        {"VyraBrenvoZultaReadUniformityBuffers",
+        {"VyraBrenvoZultaReadUniformityBuffers", "read_uniformity_buffers",
          [](Arguments& with) {
              return VyraBrenvoZultaReadUniformityBuffers(with.handle, with.result.data(), VYRA_CALIBRATION_SIZE);
          }},
-        {"VyraBrenvoZultaSetParameters",
+        {"VyraBrenvoZultaSetParameters", "set_cmd_parameter",
          [](Arguments& with) { return VyraBrenvoZultaSetParameters(with.handle, 1, with.number); }},
-        {"VyraBrenvoZultaStartCamera", [](Arguments& with) { return VyraBrenvoZultaStartCamera(with.handle); }},
-        {"VyraPutMemory",
+        {"VyraBrenvoZultaStartCamera", "start_video",
+         [](Arguments& with) { return VyraBrenvoZultaStartCamera(with.handle); }},
+        {"VyraPutMemory", "update_firmware",
          [](Arguments& with) { return VyraPutMemory(with.handle, with.result.data(), with.result.size()); }},
-        {"VyraStopVideo", [](Arguments& with) { return VyraStopVideo(with.handle); }},
-        {"VyraSubmitVideoRequest",
+        {"VyraStopVideo", "stop_video", [](Arguments& with) { return VyraStopVideo(with.handle); }},
+        {"VyraSubmitVideoRequest", "submit_video_request",
          [](Arguments& with) { return VyraSubmitVideoRequest(with.handle, with.result.data(), with.number); }},
     };
     return exports;
@@ -104,30 +93,33 @@ const std::vector<Export>& handle_exports()
 const std::vector<Export>& other_exports()
 {
     static const std::vector<Export> exports = {
-        {"VyraGetDeviceList", [](Arguments& with) { return VyraGetDeviceList(&with.number, with.result.data()); }},
-        {"VyraGetDeviceList_N",
+        {"VyraGetDeviceList", "get_device_list",
+         [](Arguments& with) { return VyraGetDeviceList(&with.number, with.result.data()); }},
+        {"VyraGetDeviceList_N", "get_device_list_N",
          [](Arguments& with) { return VyraGetDeviceList_N(&with.number, record<DeviceListRecord>(with)); }},
-        {"VyraInitialize_N", [](Arguments&) { return VyraInitialize_N(nullptr, 0, 0); }},
-        {"VyraBrenvoMGGetDeviceInfo",
+        {"VyraInitialize_N", "initialize", [](Arguments&) { return VyraInitialize_N(nullptr, 0, 0); }},
+        {"VyraBrenvoMGGetDeviceInfo", "get_device_info",
          [](Arguments& with) {
              return VyraBrenvoMGGetDeviceInfo(with.name.c_str(), nullptr, record<DeviceInfo>(with));
          }},
-        {"VyraBrenvoZultaOpenDevice",
+        {"VyraBrenvoZultaOpenDevice", "open_device",
          [](Arguments& with) { return VyraBrenvoZultaOpenDevice(with.name.c_str(), &with.handle, 0); }},
-        {"VyraOpenDevice", [](Arguments& with) { return VyraOpenDevice(with.name.c_str(), &with.handle); }},
-        {"VyraOpenDevice_N",
+        {"VyraOpenDevice", "open_device",
+         [](Arguments& with) { return VyraOpenDevice(with.name.c_str(), &with.handle); }},
+        {"VyraOpenDevice_N", "open_device",
          [](Arguments& with) { return VyraOpenDevice_N(with.name.c_str(), nullptr, &with.handle); }},
-        {"VyraTerminate", [](Arguments&) { return VyraTerminate(); }},
+        {"VyraTerminate", "terminate", [](Arguments&) { return VyraTerminate(); }},
     };
     return exports;
 }
 
 std::int32_t fixed_result(const std::string& name)
 {
-    const std::array<std::string, 3> unimplemented = {"VyraBrenvoGetDetectedFingersBox", "VyraBrenvoGetFFDParameters",
-                                                      "VyraBrenvoSetFFDParameters"};
-    const bool implemented = std::find(unimplemented.begin(), unimplemented.end(), name) == unimplemented.end();
-    return implemented ? VYRA_OK : VYRA_NOT_IMPLEMENTED;
+#define EXPORT(function, result) {#function, result},
+    static const std::map<std::string, std::int32_t> results = {FIXED_EXPORTS(EXPORT)};
+#undef EXPORT
+    const auto found = results.find(name);
+    return found == results.end() ? VYRA_OK : found->second;
 }
 
 }  // namespace export_calls

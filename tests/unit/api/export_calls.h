@@ -21,6 +21,7 @@ struct Arguments {
 
 struct Export {
     const char* name;
+    const char* operation;  // as which a refused call is logged; null for one that is never refused
     std::int32_t (*call)(Arguments&);
 };
 

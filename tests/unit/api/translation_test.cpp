@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "device/device.h"
+#include "support/driver_results.h"
 
 namespace {
 
@@ -9,10 +10,9 @@ using kvs::brenvozulta::brenvozulta_device;
 
 TEST(Driver_result_test, every_known_result_has_its_status)
 {
-    constexpr std::int32_t expected[20] = {0,    9109, 9025, 9101, 9005, 9005, 9000, 9109, 9109, 9016,
-                                           9108, 9000, 9114, 9000, 9109, 9109, 9000, 9000, 9000, 9111};
-    for (std::uint32_t result = 0; result < 20; ++result) {
-        EXPECT_EQ(brenvozulta_device::translate_driver_result(result), expected[result]) << result;
+    EXPECT_EQ(brenvozulta_device::translate_driver_result(0), VYRA_OK);
+    for (const auto& [result, status] : test_support::driver_failures) {
+        EXPECT_EQ(brenvozulta_device::translate_driver_result(result), status) << result;
     }
 }
 

@@ -13,7 +13,7 @@
 #include "device/acquisition.h"
 #include "device/frame_queue.h"
 #include "device/records.h"
-#include "unit/device/patience.h"
+#include "support/boost_waiting.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include "device/acquisition.h"
 #include "device/records.h"
 #include "device/stop_handshake.h"
+#include "support/boost_waiting.h"
 #include "unit/device/device_test.h"
 #include "unit/device/installed_library.h"
-#include "unit/device/patience.h"
 
 namespace {
 

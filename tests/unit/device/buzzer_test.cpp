@@ -26,7 +26,7 @@ TEST_F(Buzzer_test, any_other_pattern_is_9109)
 {
     for (const std::uint32_t pattern : {4u, 5u, 256u, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(device().set_buzzer(pattern), 9109);
-        EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+        EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109)));
     }
 }
 
@@ -35,7 +35,7 @@ TEST_F(Buzzer_test, the_export_ignores_its_last_two_arguments)
     const std::uint32_t handle = open();
     EXPECT_EQ(VyraBrenvoSetBuzzer(handle, 2, this, nullptr), 0);
     EXPECT_EQ(VyraBrenvoSetBuzzer(handle, 4, nullptr, this), 9109);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109)));
 }
 
 }  // namespace

@@ -47,7 +47,7 @@ TEST_F(Buzzer_tones_test, an_unknown_pattern_plays_nothing)
 {
     EXPECT_THAT(tones_of(4, 9109), IsEmpty());
     EXPECT_THAT(tones_of(0xFFFFFFFF, 9109), IsEmpty());
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109), error_line("set_buzzer", 9109)));
 }
 
 TEST_F(Buzzer_tones_test, a_tone_that_cannot_be_played_is_ignored)

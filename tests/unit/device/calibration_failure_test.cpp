@@ -1,4 +1,5 @@
 // The calibration image when the system's resource functions fail.
+#include "support/broadcasts.h"
 #include "unit/device/device_test.h"
 #include "unit/device/installed_library.h"
 #include "win32_double/control.h"
@@ -17,7 +18,7 @@ protected:
         ASSERT_TRUE(load_installed_library());
         open_device();
         // The notifier's thread asks for modules too, until its window is there.
-        ASSERT_TRUE(eventually([] { return FindWindowA("VYRABRENVOZULTA", nullptr) != nullptr; }));
+        ASSERT_NE(wait_for_window(), nullptr);
         win32_double::clear();
     }
     void TearDown() override

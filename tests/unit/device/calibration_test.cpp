@@ -77,7 +77,7 @@ TEST_F(Calibration_test, without_the_library_s_file_it_is_9000)
     unload_installed_library();
     std::vector<std::uint8_t> buffer(8, 0xA5);
     EXPECT_EQ(device().read_uniformity_buffers(buffer.data(), image_size), 9000);
-    EXPECT_THAT(take_log(), ElementsAre(error_line(operation, 9000, "Internal VYRA  ")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line(operation, 9000)));
     EXPECT_THAT(buffer, Each(0xA5));
 }
 
@@ -86,7 +86,7 @@ TEST_F(Calibration_test, a_null_buffer_is_9109_before_the_image_is_looked_for)
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, image_size), 9109);
     unload_installed_library();
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, 0), 9109);
-    const std::string line = error_line(operation, 9109, "Error 9109");
+    const std::string line = error_line(operation, 9109);
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }
 
@@ -95,7 +95,7 @@ TEST_F(Calibration_test, an_open_device_is_required)
     ASSERT_EQ(device().close(), 0);
     std::vector<std::uint8_t> buffer(image_size, 0xA5);
     EXPECT_EQ(device().read_uniformity_buffers(buffer.data(), image_size), 9110);
-    EXPECT_THAT(take_log(), ElementsAre(not_open_line(operation)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line(operation, 9110)));
     EXPECT_EQ(std::count(buffer.begin(), buffer.end(), 0xA5), image_size);
 }
 

@@ -48,7 +48,7 @@ TEST_F(Capture_start_test, start_video_gives_the_driver_the_low_byte_of_the_conf
 TEST_F(Capture_start_test, a_configuration_that_the_scanner_does_not_have_is_9114)
 {
     open_device();
-    for (const auto& [result, translated] : translations()) {
+    for (const auto& [result, translated] : driver_failures) {
         const std::int32_t status = result == 6 ? 9114 : translated;
         brenvozulta_sim_fail("QXDR_SelectCaptureConfig", result, 2);
         EXPECT_EQ(device().start_video(13), status) << result;
@@ -64,7 +64,7 @@ TEST_F(Capture_start_test, a_configuration_that_the_scanner_does_not_have_is_911
 TEST_F(Capture_start_test, a_refused_start_returns_the_translated_result_and_leaves_the_state)
 {
     open_device();
-    for (const auto& [result, status] : translations()) {
+    for (const auto& [result, status] : driver_failures) {
         brenvozulta_sim_fail("QXDR_StartCapture", result, 1);
         EXPECT_EQ(device().start_camera(), status) << result;
         EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_StartCapture", result)));
@@ -90,7 +90,10 @@ TEST_F(Capture_start_test, a_refused_start_leaves_each_state_as_it_was)
     brenvozulta_sim_fail("QXDR_StartCapture", 9, 1);
     EXPECT_EQ(device().start_camera(), 9016);
     EXPECT_EQ(device().video_state(), video_stop_requested);
-    take_log();
+    EXPECT_THAT(take_log(),
+                ElementsAre(driver_error_line("QXDR_SelectCaptureConfig", 6), driver_error_line("QXDR_StartCapture", 9),
+                            driver_error_line("QXDR_StopCapture", 19), driver_error_line("QXDR_StartCapture", 9),
+                            driver_error_line("QXDR_StartCapture", 9)));
 }
 
 TEST_F(Capture_start_test, the_video_runs_only_when_the_driver_has_started)
@@ -113,7 +116,7 @@ TEST_F(Capture_start_test, requests_are_dropped_before_the_driver_is_asked_for_a
     brenvozulta_sim_fail("QXDR_StopCapture", 9, 1);
     brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, 1);
     ASSERT_EQ(device().start_camera(), 9114);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SelectCaptureConfig", 6)));
     EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);  // passes by the signal of the dropped request
     EXPECT_EQ(buffer, image_of(0));
 }

@@ -55,7 +55,7 @@ TEST_F(Capture_stop_test, a_suspend_of_a_running_video_ends_its_extraction_threa
 {
     running_device();
     device().request_stop();
-    EXPECT_TRUE(eventually([this] { return device().video_state() == video_stopped; }));
+    EXPECT_TRUE(becomes_true([this] { return device().video_state() == video_stopped; }));
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 0);
@@ -97,7 +97,7 @@ TEST_F(Capture_stop_test, the_callback_is_woken_before_the_driver_is_asked)
 
 TEST_F(Capture_stop_test, a_refused_stop_of_a_running_video_leaves_it_stopped_in_the_library_alone)
 {
-    for (const auto& [result, status] : translations()) {
+    for (const auto& [result, status] : driver_failures) {
         running_device();
         brenvozulta_sim_fail("QXDR_StopCapture", result, 1);
         EXPECT_EQ(device().stop_video(), status) << result;

@@ -25,14 +25,14 @@ protected:
         expect_refused("close:\t Error: 9110 Error 9110\r\n", [&] { return d.close(); });
         EXPECT_EQ(d.reset(0), 9110);
         EXPECT_THAT(take_log(), ElementsAre(address_line()));
-        expect_refused(not_open_line("start_camera"), [&] { return d.start_camera(); });
-        expect_refused(not_open_line("start_video"), [&] { return d.start_video(1); });
-        expect_refused(not_open_line("stop_video"), [&] { return d.stop_video(); });
-        expect_refused(not_open_line("submit_video_request"), [&] { return d.submit_video_request(&d, 1); });
-        expect_refused(not_open_line("submit_video_request"), [&] { return d.submit_video_request(nullptr, 1); });
+        expect_refused(error_line("start_camera", 9110), [&] { return d.start_camera(); });
+        expect_refused(error_line("start_video", 9110), [&] { return d.start_video(1); });
+        expect_refused(error_line("stop_video", 9110), [&] { return d.stop_video(); });
+        expect_refused(error_line("submit_video_request", 9110), [&] { return d.submit_video_request(&d, 1); });
+        expect_refused(error_line("submit_video_request", 9110), [&] { return d.submit_video_request(nullptr, 1); });
         void* buffer = &d;
         std::uint64_t context = 77;
-        expect_refused(not_open_line("get_video_result"), [&] { return d.get_video_result(&buffer, &context); });
+        expect_refused(error_line("get_video_result", 9110), [&] { return d.get_video_result(&buffer, &context); });
         EXPECT_EQ(buffer, nullptr);
         EXPECT_EQ(context, 77u);
     }
@@ -41,16 +41,16 @@ protected:
     {
         brenvozulta_device& d = device();
         std::vector<std::uint8_t> record(64, 0xA5);
-        expect_refused(not_open_line("get_device_info"),
+        expect_refused(error_line("get_device_info", 9110),
                        [&] { return d.get_device_info(reinterpret_cast<DeviceInfo*>(record.data())); });
         for (const std::uint32_t index : {0u, 1u, 3u, 6u}) {
-            expect_refused(not_open_line("get_device_capabilities"), [&] {
+            expect_refused(error_line("get_device_capabilities", 9110), [&] {
                 return d.get_device_capabilities(index, reinterpret_cast<VyraDeviceCapabilities*>(record.data()));
             });
         }
-        expect_refused(not_open_line("get_port_type"),
+        expect_refused(error_line("get_port_type", 9110),
                        [&] { return d.get_port_type(reinterpret_cast<std::uint32_t*>(record.data())); });
-        expect_refused(not_open_line("is_roll_supported"), [&] { return d.is_roll_supported(record.data()); });
+        expect_refused(error_line("is_roll_supported", 9110), [&] { return d.is_roll_supported(record.data()); });
         EXPECT_THAT(record, Each(0xA5));
     }
 
@@ -62,17 +62,18 @@ protected:
             DevUI ui = {};
             return d.set_device_ui(&ui);
         });
-        expect_refused(not_open_line("set_cmd_parameter"), [&] { return d.set_cmd_parameter(1, 2); });
-        expect_refused(not_open_line("get_global_param_size"),
+        expect_refused(error_line("set_cmd_parameter", 9110), [&] { return d.set_cmd_parameter(1, 2); });
+        expect_refused(error_line("get_global_param_size", 9110),
                        [&] { return d.get_global_param_size(reinterpret_cast<std::uint32_t*>(buffer.data())); });
-        expect_refused(not_open_line("read_global_param"), [&] { return d.read_global_param(buffer.data(), 64); });
-        expect_refused(not_open_line("get_snapshot_acquisition"),
+        expect_refused(error_line("read_global_param", 9110), [&] { return d.read_global_param(buffer.data(), 64); });
+        expect_refused(error_line("get_snapshot_acquisition", 9110),
                        [&] { return d.get_snapshot_acquisition(buffer.data(), 1, 2, 3); });
-        expect_refused(not_open_line("read_filters"), [&] { return d.read_filters(nullptr, nullptr, nullptr); });
-        expect_refused(not_open_line("read_uniformity_buffers"),
+        expect_refused(error_line("read_filters", 9110), [&] { return d.read_filters(nullptr, nullptr, nullptr); });
+        expect_refused(error_line("read_uniformity_buffers", 9110),
                        [&] { return d.read_uniformity_buffers(buffer.data(), VYRA_CALIBRATION_SIZE); });
-        expect_refused(not_open_line("read_uniformity_buffers"), [&] { return d.read_uniformity_buffers(nullptr, 0); });
-        expect_refused(not_open_line("update_firmware"), [&] { return d.update_firmware(buffer.data(), 64); });
+        expect_refused(error_line("read_uniformity_buffers", 9110),
+                       [&] { return d.read_uniformity_buffers(nullptr, 0); });
+        expect_refused(error_line("update_firmware", 9110), [&] { return d.update_firmware(buffer.data(), 64); });
         EXPECT_THAT(buffer, Each(0xA5));
     }
 
@@ -90,7 +91,7 @@ TEST_F(Closed_device_test, a_device_never_opened_refuses_all_and_takes_an_open)
 {
     expect_all_refused();
     EXPECT_EQ(device().set_buzzer(4), 9109);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109, "Error 9109")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109)));
     EXPECT_EQ(device().open(first_scanner, 0), 0);
 }
 
@@ -98,7 +99,7 @@ TEST_F(Closed_device_test, a_device_whose_open_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_OpenDevice", 4)));
     expect_all_refused();
 }
 
@@ -106,7 +107,7 @@ TEST_F(Closed_device_test, a_device_whose_callback_was_refused_refuses_all)
 {
     brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 4, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SetCallbackAcquisition", 4)));
     expect_all_refused();
 }
 
@@ -158,7 +159,7 @@ TEST_F(Closed_device_test, a_refused_close_leaves_the_device_usable)
     running_device();
     auto buffer = image_of(0);
     ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
-    for (const auto& [result, status] : translations()) {
+    for (const auto& [result, status] : driver_failures) {
         brenvozulta_sim_fail("QXDR_CloseDevice", result, 1);
         EXPECT_EQ(device().close(), status) << result;
         EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_CloseDevice", result)));
@@ -185,7 +186,7 @@ TEST_F(Closed_device_test, close_leaves_a_running_video_to_itself_and_drops_its_
     EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);
     EXPECT_EQ(buffer, image_of(0));
     EXPECT_EQ(device().stop_video(), 9110);
-    EXPECT_THAT(take_log(), ElementsAre(not_open_line("stop_video")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("stop_video", 9110)));
 }
 
 }  // namespace

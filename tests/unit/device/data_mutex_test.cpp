@@ -7,7 +7,7 @@
 #include <boost/thread/thread.hpp>
 #include <vector>
 
-#include "unit/device/patience.h"
+#include "support/boost_waiting.h"
 
 namespace {
 

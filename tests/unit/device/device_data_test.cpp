@@ -20,7 +20,7 @@ protected:
     template <class Operation>
     void expect_translated(const std::string& function, Operation run)
     {
-        for (const auto& [result, status] : translations()) {
+        for (const auto& [result, status] : driver_failures) {
             brenvozulta_sim_fail(function.c_str(), result, 1);
             EXPECT_EQ(run(), status) << result;
             EXPECT_THAT(take_log(), ElementsAre(driver_error_line(function, result)));

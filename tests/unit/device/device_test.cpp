@@ -1,11 +1,11 @@
 #include "unit/device/device_test.h"
 
-#include <boost/chrono/duration.hpp>
-#include <boost/chrono/system_clocks.hpp>
-#include <boost/thread/thread.hpp>
+#include <boost/thread/future.hpp>
 #include <cinttypes>
 #include <cstdio>
 #include <regex>
+
+#include "support/driver_calls.h"
 
 namespace test_support {
 
@@ -13,21 +13,7 @@ namespace {
 
 constexpr std::uint32_t nothing_to_stop = 19;
 
-// Long enough for a callback that does not wait to have returned.
-constexpr std::uint32_t moment_ms = 20;
-
 }  // namespace
-
-const std::vector<Translation>& translations()
-{
-    static const std::vector<Translation> all = {
-        {1, 9109},  {2, 9025},  {3, 9101},   {4, 9005},   {5, 9005},           {6, 9000},
-        {7, 9109},  {8, 9109},  {9, 9016},   {10, 9108},  {11, 9000},          {12, 9114},
-        {13, 9000}, {14, 9109}, {15, 9109},  {16, 9000},  {17, 9000},          {18, 9000},
-        {19, 9111}, {20, 9000}, {255, 9000}, {256, 9000}, {0x80000000u, 9000}, {0xFFFFFFFFu, 9000},
-    };
-    return all;
-}
 
 std::string address_text(const void* address)
 {
@@ -48,16 +34,6 @@ std::string scanner_call(const std::string& function, const std::string& more_ar
     return scanner_call_of(first_scanner, function, more_arguments, result);
 }
 
-std::string driver_error_line(const std::string& function, std::uint32_t result)
-{
-    return "--Error : " + function + " ret = " + std::to_string(static_cast<std::int32_t>(result)) + " \n";
-}
-
-std::string not_open_line(const std::string& operation)
-{
-    return error_line(operation, 9110, "Error 9110");
-}
-
 testing::Matcher<std::string> address_line()
 {
     const auto shows_another_number = [](const std::string& line) {
@@ -68,14 +44,16 @@ testing::Matcher<std::string> address_line()
     return testing::Truly(shows_another_number);
 }
 
-bool wait_a_little_and_try_again(std::uint64_t& started)
+std::string already_answered_line()
 {
-    using namespace boost::chrono;
-    const auto now =
-        static_cast<std::uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
-    started = started == 0 ? now : started;
-    boost::this_thread::sleep_for(milliseconds(1));
-    return now - started < patience_ms;
+    boost::promise<int> promise;
+    promise.set_value(0);
+    try {
+        promise.set_value(0);
+    } catch (const std::exception& error) {
+        return std::string("#DV# Video_extraction:\t error promise Exception: ") + error.what() + "\r\n";
+    }
+    return "no exception";
 }
 
 void Device_test::SetUp()
@@ -110,13 +88,7 @@ kvs::brenvozulta::brenvozulta_device& Device_test::running_device(const std::str
 
 std::vector<std::string> Device_test::take_calls()
 {
-    std::vector<std::string> calls;
-    for (std::size_t i = 0; i < brenvozulta_sim_call_count(); ++i) {
-        std::string text(brenvozulta_sim_call_text(i, nullptr, 0) + 1, '\0');
-        brenvozulta_sim_call_text(i, &text[0], text.size());
-        text.pop_back();
-        calls.push_back(text);
-    }
+    auto calls = call_texts();
     brenvozulta_sim_clear_calls();
     return calls;
 }

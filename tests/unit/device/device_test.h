@@ -8,6 +8,7 @@
 
 #include "device/device.h"
 #include "driver/driver.h"
+#include "support/driver_results.h"
 #include "support/scanner_test.h"
 
 namespace test_support {
@@ -20,13 +21,6 @@ constexpr std::uint32_t video_running = 1;
 constexpr std::uint32_t video_stop_requested = 2;
 constexpr std::uint32_t video_stopped = 3;
 
-// A driver result and the status that stands for it.
-struct Translation {
-    std::uint32_t result;
-    std::int32_t status;
-};
-const std::vector<Translation>& translations();
-
 // As the record of calls shows a pointer.
 std::string address_text(const void* address);
 
@@ -36,18 +30,11 @@ std::string scanner_call(const std::string& function, const std::string& more_ar
 std::string scanner_call_of(const char* scanner, const std::string& function, const std::string& more_arguments = "",
                             std::uint32_t result = 0);
 
-// The line of a failed driver call: "--Error : QXDR_StopCapture ret = 9 \n".
-std::string driver_error_line(const std::string& function, std::uint32_t result);
-
-// The line of an operation that found the device not open.
-std::string not_open_line(const std::string& operation);
-
 // The line of a refused reset, which shows the address of a text as its number.
 testing::Matcher<std::string> address_line();
 
-// Waits until condition() is true; false when patience ran out. For what raises no event.
-template <class Condition>
-bool eventually(Condition condition);
+// The line of an extraction thread that finds the stop answered by another, with the future library's own text.
+std::string already_answered_line();
 
 // Starts every test with the library initialized, everything logged, no calls recorded, and a driver that answers a
 // stop without a capture with 19, so that a start does not pause.
@@ -85,19 +72,5 @@ private:
 constexpr std::uint16_t image_width = 4;
 constexpr std::uint16_t image_height = 2;
 std::vector<std::uint8_t> image_of(std::uint8_t value);
-
-bool wait_a_little_and_try_again(std::uint64_t& started);
-
-template <class Condition>
-bool eventually(Condition condition)
-{
-    std::uint64_t started = 0;
-    while (!condition()) {
-        if (!wait_a_little_and_try_again(started)) {
-            return false;
-        }
-    }
-    return true;
-}
 
 }  // namespace test_support

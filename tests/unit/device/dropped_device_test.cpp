@@ -110,7 +110,7 @@ TEST_F(Dropped_device_test, terminated_with_a_device_that_terminate_does_not_clo
     ASSERT_EQ(VyraCloseDevice_N(lower), 0);
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraTerminate(), 0);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(error_line("close_device", 9108)));
     EXPECT_THAT(take_driver_calls(), Not(Contains(HasSubstr("StopCapture"))));
     EXPECT_EQ(deliver_to(context, image_of(1)), 3);
 }

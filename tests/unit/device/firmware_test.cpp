@@ -56,7 +56,7 @@ TEST_F(Firmware_test, a_null_image_is_the_driver_s_business)
 
 TEST_F(Firmware_test, after_a_refused_transfer_the_scanner_is_not_reset)
 {
-    for (const auto& [result, status] : translations()) {
+    for (const auto& [result, status] : driver_failures) {
         brenvozulta_sim_fail("QXDR_UpdateFirmware", result, 1);
         EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), status) << result;
         EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", result)));
@@ -75,7 +75,7 @@ TEST_F(Firmware_test, a_transfer_that_breaks_off_is_translated)
 
 TEST_F(Firmware_test, a_refused_reset_after_a_good_transfer_is_translated)
 {
-    for (const auto& [result, status] : translations()) {
+    for (const auto& [result, status] : driver_failures) {
         brenvozulta_sim_fail("QXDR_ResetDevice", result, 1);
         EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), status) << result;
         EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_ResetDevice", result)));
@@ -112,7 +112,7 @@ TEST_F(Firmware_test, through_the_export_a_closed_handle_is_9108)
     ASSERT_EQ(VyraCloseDevice_N(handle), 0);
     take_calls();
     EXPECT_EQ(VyraPutMemory(handle, image_.data(), image_.size()), 9108);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9108, "Bad Scanner Idx")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9108)));
     EXPECT_THAT(take_calls(), IsEmpty());
 }
 
@@ -121,10 +121,10 @@ TEST_F(Firmware_test, through_the_export_the_state_of_the_library_comes_before_t
     kvs::brenvozulta::get_manager()->ManagePowerEvent(true);
     EXPECT_EQ(VyraPutMemory(77, nullptr, 10), 9110);
     kvs::brenvozulta::get_manager()->ManagePowerEvent(false);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9110, "Error 9110")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9110)));
     ASSERT_EQ(VyraTerminate(), 0);
     EXPECT_EQ(VyraPutMemory(77, nullptr, 10), 9101);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9101, "Not Initialized")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("update_firmware", 9101)));
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <boost/thread/thread.hpp>
 
 #include "device/frame_queue.h"
-#include "unit/device/patience.h"
+#include "support/boost_waiting.h"
 
 namespace {
 

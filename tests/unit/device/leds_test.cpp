@@ -118,12 +118,12 @@ TEST_F(Leds_test, the_driver_s_own_result_comes_back_and_the_record_counts_as_sh
     open_device();
     watch();
     int commands = 0;
-    for (const auto& translation : translations()) {
-        brenvozulta_sim_fail("QXDR_SetLeds", translation.result, 1);
+    for (const auto& failure : driver_failures) {
+        brenvozulta_sim_fail("QXDR_SetLeds", failure.result, 1);
         DevUI ui = group_a_;
         ui.group_a_on = static_cast<std::uint32_t>(++commands) + 1;
-        EXPECT_EQ(device().set_device_ui(&ui), static_cast<std::int32_t>(translation.result));
-        EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SetLeds", translation.result)));
+        EXPECT_EQ(device().set_device_ui(&ui), static_cast<std::int32_t>(failure.result));
+        EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SetLeds", failure.result)));
         EXPECT_EQ(told_, commands);
         EXPECT_TRUE(shown() == ui);
         take_calls();
@@ -184,7 +184,7 @@ TEST_F(Leds_test, a_null_place_for_the_record_is_9109)
 {
     open_device();
     EXPECT_EQ(device().get_device_ui(nullptr), 9109);
-    EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_ui", 9109, "Error 9109")));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_ui", 9109)));
 }
 
 // The exports hold a lock meanwhile, which the same thread may take again.

@@ -78,11 +78,11 @@ TEST_F(Roll_support_test, the_driver_is_asked_for_configuration_13_alone)
 TEST_F(Roll_support_test, a_refusal_is_no_roll_and_is_noted)
 {
     open_device();
-    for (const auto& translation : translations()) {
-        brenvozulta_sim_fail("QXDR_GetCaptureConfig", translation.result, 1);
+    for (const auto& failure : driver_failures) {
+        brenvozulta_sim_fail("QXDR_GetCaptureConfig", failure.result, 1);
         EXPECT_FALSE(probe_roll_config(device().driver_handle()));
         EXPECT_THAT(take_log(), ElementsAre("--info : QXDR_GetCaptureConfig for config 13 ret = " +
-                                            std::to_string(static_cast<std::int32_t>(translation.result)) + " \n"));
+                                            std::to_string(static_cast<std::int32_t>(failure.result)) + " \n"));
     }
 }
 

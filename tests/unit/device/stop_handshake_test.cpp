@@ -6,7 +6,7 @@
 #include <boost/thread/thread.hpp>
 
 #include "device/records.h"
-#include "unit/device/patience.h"
+#include "support/boost_waiting.h"
 
 namespace {
 

@@ -53,7 +53,9 @@ TEST_F(Thread_failure_test, a_later_stop_does_not_wait_and_a_later_start_works)
 {
     const std::uint32_t handle = open();
     ASSERT_EQ(start_without_thread(handle), 9000);
-    take_log();
+    EXPECT_THAT(
+        take_log(),
+        ElementsAre("Exception : boost::thread_resource_error: Resource temporarily unavailable [generic:11]\r\n"));
     EXPECT_EQ(VyraStopVideo(handle), 0);
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 0);
     EXPECT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
@@ -65,13 +67,15 @@ TEST_F(Thread_failure_test, a_second_start_that_fails_so_does_not_hold_up_the_st
     const std::uint32_t handle = open();
     ASSERT_EQ(VyraBrenvoZultaStartCamera(handle), 0);
     ASSERT_EQ(start_without_thread(handle), 9000);
-    take_log();
+    EXPECT_THAT(
+        take_log(),
+        ElementsAre("Exception : boost::thread_resource_error: Resource temporarily unavailable [generic:11]\r\n"));
     // The stop is held before its last step, which would take the stop request from the thread of the first start.
     brenvozulta_sim_block("QXDR_StopCapture");
     auto stopping = std::async(std::launch::async, [&] { return VyraStopVideo(handle); });
     EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_StopCapture", 1, patience_ms), 1);
     // That thread finds the handshake fulfilled. Its line comes piece by piece.
-    EXPECT_TRUE(eventually([] {
+    EXPECT_TRUE(becomes_true([] {
         const std::string log = file_bytes(log_path());
         return log.find("promise Exception") != std::string::npos && log.back() == '\n';
     }));

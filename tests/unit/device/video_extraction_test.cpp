@@ -6,9 +6,9 @@
 
 #include "device/records.h"
 #include "device/stop_handshake.h"
+#include "support/boost_waiting.h"
 #include "support/log_lines.h"
 #include "unit/device/device_test.h"
-#include "unit/device/patience.h"
 
 namespace {
 
@@ -17,19 +17,6 @@ using kvs::brenvozulta::Stop_handshake;
 using kvs::brenvozulta::Video_data;
 using kvs::brenvozulta::Video_extraction;
 using testing::ElementsAre;
-
-// The line of a thread that another one was quicker than, with the future library's own text.
-std::string already_answered_line()
-{
-    boost::promise<int> promise;
-    promise.set_value(0);
-    try {
-        promise.set_value(0);
-    } catch (const std::exception& error) {
-        return std::string("#DV# Video_extraction:\t error promise Exception: ") + error.what() + "\r\n";
-    }
-    return "no exception";
-}
 
 class Video_extraction_test : public Device_test {
 protected:
@@ -143,10 +130,10 @@ TEST_F(Video_extraction_test, two_starts_leave_two_threads_of_which_one_answers_
     ASSERT_EQ(device().start_camera(), 0);
     device().request_stop();
     // A thread that missed the short time of the request goes on until the next one.
-    ASSERT_TRUE(eventually([this] { return device().video_state() == video_stopped; }));
+    ASSERT_TRUE(becomes_true([this] { return device().video_state() == video_stopped; }));
     device().request_stop();
     // Its line comes piece by piece.
-    EXPECT_TRUE(eventually([] {
+    EXPECT_TRUE(becomes_true([] {
         const std::string log = file_bytes(log_path());
         return log.find("promise Exception") != std::string::npos && log.back() == '\n';
     }));
@@ -163,7 +150,7 @@ TEST_F(Video_extraction_test, a_stop_after_two_starts_returns)
     EXPECT_EQ(device().video_state(), video_stopped);
     // Whether the others saw this request or wait for the next is a matter of time; they end with the device.
     drop_device();
-    take_log();
+    EXPECT_THAT(take_log(), testing::Each(already_answered_line()));
 }
 
 TEST_F(Video_extraction_test, a_stop_after_two_starts_and_a_suspend_does_not_wait)
@@ -173,7 +160,7 @@ TEST_F(Video_extraction_test, a_stop_after_two_starts_and_a_suspend_does_not_wai
     device().request_stop();
     EXPECT_EQ(device().stop_video(), 0);
     drop_device();
-    take_log();
+    EXPECT_THAT(take_log(), testing::Each(already_answered_line()));
 }
 
 }  // namespace

@@ -43,24 +43,24 @@ protected:
         power_events.clear();
         ASSERT_EQ(VyraInitialize_N(host_callback, cycle % 10 == 0 ? tracing : 0, 0), VYRA_OK);
         ASSERT_TRUE(SubscribeToUsbEvent(vendor, product, record_usb));
-        ASSERT_TRUE(wait_for_notifier_window());
+        ASSERT_NE(wait_for_window(), nullptr);
 
         ASSERT_EQ(brenvozulta_sim_plug(scanner_2), 1);
-        ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
         ASSERT_EQ(brenvozulta_sim_unplug(scanner_2), 1);
-        broadcast_power(system_suspends);
+        send_power_event(PBT_APMSUSPEND);
         EXPECT_TRUE(access::suspended());
-        broadcast_power(system_resumed);
+        send_power_event(PBT_APMRESUMESUSPEND);
         EXPECT_FALSE(access::suspended());
-        broadcast_usb(usb_arrival, device_path);
-        broadcast_usb(usb_removal, device_path);
-        ASSERT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        send_device_change(DBT_DEVICEARRIVAL, device_path);
+        send_device_change(DBT_DEVICEREMOVECOMPLETE, device_path);
+        ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
         ASSERT_EQ(VyraTerminate(), VYRA_OK);
 
         ASSERT_EQ(take_host_events().size(), 2U);
         ASSERT_EQ(power_events, std::vector<int>({SysPowerSleep, SysPowerResume}));
         ASSERT_EQ(usb_events, std::vector<int>({UsbDevicePlugged, UsbDeviceUnplugged}));
-        ASSERT_FALSE(notifier_window_exists());
+        ASSERT_EQ(find_window(), nullptr);
     }
 };
 

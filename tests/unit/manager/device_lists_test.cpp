@@ -71,21 +71,14 @@ protected:
 
 }  // namespace
 
-TEST_F(Device_lists_test, not_initialized_is_9101_before_anything_else)
+TEST_F(Device_lists_test, not_initialized_comes_before_null_pointers)
 {
     initialize();
     VyraTerminate();
-    brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraGetDeviceList(nullptr, nullptr), VYRA_NOT_INITIALIZED);
     EXPECT_EQ(VyraGetDeviceList_N(nullptr, nullptr), VYRA_NOT_INITIALIZED);
-    count = 3;
-    EXPECT_EQ(list(), VYRA_NOT_INITIALIZED);
-    EXPECT_EQ(list_N(), VYRA_NOT_INITIALIZED);
-    EXPECT_EQ(count, 3U);
-    const auto old = refusal("get_device_list", VYRA_NOT_INITIALIZED);
-    const auto newer = refusal("get_device_list_N", VYRA_NOT_INITIALIZED);
-    EXPECT_THAT(take_log(), ElementsAre(old, newer, old, newer));
-    EXPECT_THAT(take_driver_calls(), IsEmpty());
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_list", VYRA_NOT_INITIALIZED),
+                                        error_line("get_device_list_N", VYRA_NOT_INITIALIZED)));
 }
 
 TEST_F(Device_lists_test, null_buffer_of_the_older_list_is_9103_before_the_count_is_looked_at)
@@ -98,7 +91,7 @@ TEST_F(Device_lists_test, null_buffer_of_the_older_list_is_9103_before_the_count
     EXPECT_EQ(VyraGetDeviceList(&count, nullptr), VYRA_BUF_TOO_SMALL);
     EXPECT_EQ(count, 5U);
     EXPECT_EQ(VyraGetDeviceList(nullptr, slots.data()), VYRA_BUF_TOO_SMALL);
-    const auto line = refusal("get_device_list", VYRA_BUF_TOO_SMALL);
+    const auto line = error_line("get_device_list", VYRA_BUF_TOO_SMALL);
     EXPECT_THAT(take_log(), ElementsAre(line, line, line));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
@@ -108,7 +101,7 @@ TEST_F(Device_lists_test, null_count_of_the_newer_list_is_9103)
     initialize();
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraGetDeviceList_N(nullptr, records.data()), VYRA_BUF_TOO_SMALL);
-    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list_N", VYRA_BUF_TOO_SMALL)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_list_N", VYRA_BUF_TOO_SMALL)));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
 }
 
@@ -119,8 +112,8 @@ TEST_F(Device_lists_test, count_0_is_9109)
     count = 0;
     EXPECT_EQ(list(), VYRA_BAD_PARAMETER);
     EXPECT_EQ(list_N(), VYRA_BAD_PARAMETER);
-    EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list", VYRA_BAD_PARAMETER),
-                                        refusal("get_device_list_N", VYRA_BAD_PARAMETER)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_list", VYRA_BAD_PARAMETER),
+                                        error_line("get_device_list_N", VYRA_BAD_PARAMETER)));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
     EXPECT_TRUE(slot_is_untouched(0));
     EXPECT_TRUE(record_is_untouched(0));
@@ -216,6 +209,24 @@ TEST_F(Device_lists_test, driver_count_above_8_lists_8)
     }
 }
 
+TEST_F(Device_lists_test, eight_scanners_are_listed)
+{
+    std::vector<std::string> names;
+    for (int number = 1; number <= 8; ++number) {
+        names.push_back(scanner_name(number));
+    }
+    attach(names);
+    initialize();
+    count = 9;
+    EXPECT_EQ(list(), VYRA_OK);
+    EXPECT_EQ(count, 8U);
+    EXPECT_EQ(slot_name(7), names[7]);
+    count = 9;
+    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(count, 8U);
+    EXPECT_EQ(record_name(7), names[7]);
+}
+
 TEST_F(Device_lists_test, capacity_2_of_3_scanners_fills_2)
 {
     attach({"A", "B", "C"});
@@ -285,7 +296,7 @@ TEST_F(Device_lists_test, largest_count_of_the_newer_list_is_9001_or_works)
     } else {
         EXPECT_EQ(status, VYRA_OUT_OF_RESOURCE);
         EXPECT_EQ(count, 0xFFFFFFFFU);
-        EXPECT_THAT(take_log(), ElementsAre(refusal("get_device_list_N", VYRA_OUT_OF_RESOURCE)));
+        EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_list_N", VYRA_OUT_OF_RESOURCE)));
     }
 }
 
@@ -371,6 +382,6 @@ TEST_F(Device_lists_test, the_helper_refuses_null_pointers)
     EXPECT_EQ(access::get_device_list_internal(&count, nullptr), VYRA_BUF_TOO_SMALL);
     EXPECT_EQ(access::get_device_list_internal(nullptr, slots.data()), VYRA_BUF_TOO_SMALL);
     EXPECT_EQ(count, 3U);
-    const auto line = refusal("get_device_list_internal", VYRA_BUF_TOO_SMALL);
+    const auto line = error_line("get_device_list_internal", VYRA_BUF_TOO_SMALL);
     EXPECT_THAT(take_log(), ElementsAre(line, line));
 }

@@ -22,7 +22,7 @@ TEST_F(Host_callbacks_test, run_with_the_manager_lock_held)
     });
     plug(scanner_2);
     EXPECT_TRUE(others_kept_out);
-    take_log();
+    EXPECT_EQ(take_log(), plug_lines(scanner_2));
 }
 
 TEST_F(Host_callbacks_test, may_list_the_scanners)
@@ -36,7 +36,7 @@ TEST_F(Host_callbacks_test, may_list_the_scanners)
     EXPECT_EQ(status, VYRA_OK);
     EXPECT_EQ(count, 2U);
     EXPECT_STREQ(records[1].name, scanner_2);
-    take_log();
+    EXPECT_EQ(take_log(), plug_lines(scanner_2));
 }
 
 TEST_F(Host_callbacks_test, see_the_plugged_scanner_in_the_list_and_the_unplugged_one_too)
@@ -50,7 +50,7 @@ TEST_F(Host_callbacks_test, see_the_plugged_scanner_in_the_list_and_the_unplugge
     unplug(scanner_2);
     EXPECT_EQ(names, Lines({scanner_1, scanner_2})) << "removed once the host has been told";
     EXPECT_EQ(access::detected_names(), Lines{scanner_1});
-    take_log();
+    EXPECT_EQ(take_log(), joined({plug_lines(scanner_2), unplug_lines(scanner_2)}));
 }
 
 TEST_F(Host_callbacks_test, may_open_the_scanner_they_are_told_about)
@@ -60,7 +60,7 @@ TEST_F(Host_callbacks_test, may_open_the_scanner_they_are_told_about)
     react_to_host_events([&](const Host_event& event) { VyraOpenDevice(event.name.c_str(), &handle); });
     plug(scanner_2);
     EXPECT_EQ(handle, 0U);
-    take_log();
+    EXPECT_EQ(take_log(), plug_lines(scanner_2));
 }
 
 TEST_F(Host_callbacks_test, may_close_the_scanner_they_are_told_about)
@@ -73,7 +73,8 @@ TEST_F(Host_callbacks_test, may_close_the_scanner_they_are_told_about)
     EXPECT_EQ(status, VYRA_OK);
     EXPECT_EQ(access::open_devices().size(), 0U);
     EXPECT_THAT(access::detected_names(), IsEmpty());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(scanner_1),
+                                  {driver_error_line("QXDR_CloseDevice", 4), "close_device:    Error=9005\r\n"}}));
 }
 
 TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_a_plug)
@@ -86,7 +87,7 @@ TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_a_plug)
     plug(scanner_2);
     EXPECT_TRUE(access::initialized());
     EXPECT_EQ(access::detected_names(), Lines({scanner_1, scanner_2})) << "as the new session listed them";
-    take_log();
+    EXPECT_EQ(take_log(), plug_lines(scanner_2));
 }
 
 TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_an_unplug)
@@ -100,7 +101,7 @@ TEST_F(Host_callbacks_test, may_terminate_and_initialize_at_an_unplug)
     unplug(scanner_1);
     EXPECT_TRUE(access::initialized());
     EXPECT_EQ(access::detected_names(), Lines{scanner_2});
-    take_log();
+    EXPECT_EQ(take_log(), unplug_lines(scanner_1));
 }
 
 TEST_F(Host_callbacks_test, may_terminate)
@@ -115,7 +116,7 @@ TEST_F(Host_callbacks_test, may_terminate)
         EXPECT_EQ(take_host_events().size(), 1U);
         EXPECT_FALSE(access::initialized());
         EXPECT_THAT(access::detected_names(), IsEmpty());
-        take_log();
+        EXPECT_EQ(take_log(), at_plug ? plug_lines(scanner_2) : unplug_lines(scanner_2));
     }
 }
 
@@ -143,5 +144,6 @@ TEST_F(Host_callbacks_test, another_initialize_changes_the_callback)
     ASSERT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
     plug(scanner_2);
     EXPECT_THAT(take_host_events(), IsEmpty());
-    take_log();
+    EXPECT_EQ(take_log(),
+              joined({{"initialize:    clear current initialized api before the initialize\r\n"}, plug_lines()}));
 }

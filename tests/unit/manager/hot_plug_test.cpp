@@ -1,4 +1,5 @@
 // Scanners that are plugged in and pulled out: the manager's picture of them, and what the host is told.
+#include <algorithm>
 #include <boost/smart_ptr/make_shared.hpp>
 
 #include "manager_test.h"
@@ -10,28 +11,13 @@ using ::testing::IsEmpty;
 
 namespace {
 
-const std::string plugged_line = "Device Plugged\n";
-const std::string unplugged_line = "Device UnPlugged\n";
-const std::string plug_trace = "ManagePlugEvent event\r\n";
-const std::string unplug_trace = "ManageUnplugEvent event\r\n";
-
-std::string telling_plug(const std::string& name)
-{
-    return "ManagePlugEvent event : sending plug callback for " + name + "\r\n";
-}
-
-std::string telling_unplug(const std::string& name)
-{
-    return "ManageUnplugEvent event : sending unplug callback for " + name + "\r\n";
-}
-
 class Hot_plug_test : public Manager_test {
 protected:
     // An event as the driver reports it, dealt with to its end.
     static void send(std::int32_t event, const char* scanner)
     {
         brenvozulta_sim_send_event(event, brenvozulta_sim_handle(scanner));
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
     }
 };
 
@@ -45,7 +31,7 @@ TEST_F(Hot_plug_test, plugging_a_scanner_that_was_never_opened_tells_the_host_an
     EXPECT_EQ(access::detected_names(), Lines({scanner_1, scanner_2}));
     EXPECT_EQ(access::detected_devices()[1].driver_handle, brenvozulta_sim_handle(scanner_2));
     EXPECT_TRUE(access::device_detected());
-    EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, telling_plug(scanner_2)));
+    EXPECT_EQ(take_log(), plug_lines(scanner_2));
 }
 
 TEST_F(Hot_plug_test, pulling_a_listed_scanner_tells_the_host_and_removes_the_entry)
@@ -58,7 +44,7 @@ TEST_F(Hot_plug_test, pulling_a_listed_scanner_tells_the_host_and_removes_the_en
     EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 0}));
     EXPECT_EQ(access::detected_names(), Lines({scanner_1, scanner_3})) << "the order is kept";
     EXPECT_FALSE(access::device_detected());
-    EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace, telling_unplug(scanner_2)));
+    EXPECT_EQ(take_log(), unplug_lines(scanner_2));
 }
 
 TEST_F(Hot_plug_test, the_record_is_kept_whole)
@@ -72,7 +58,7 @@ TEST_F(Hot_plug_test, the_record_is_kept_whole)
     EXPECT_EQ(VyraBrenvoMGGetDeviceInfo(scanner_2, nullptr, &info), VYRA_OK);
     EXPECT_STREQ(info.serial_number, "SERIAL-00002");
     EXPECT_THAT(take_driver_calls(), IsEmpty());
-    take_log();
+    EXPECT_EQ(take_log(), plug_lines());
 }
 
 TEST_F(Hot_plug_test, at_level_1_only_the_tracing_is_logged)
@@ -80,7 +66,11 @@ TEST_F(Hot_plug_test, at_level_1_only_the_tracing_is_logged)
     ASSERT_EQ(VyraInitialize_N(host_callback, 1, 0), VYRA_OK);
     plug(scanner_2);
     unplug(scanner_2);
-    EXPECT_THAT(take_log(), ElementsAre(plug_trace, telling_plug(scanner_2), unplug_trace, telling_unplug(scanner_2)));
+    Lines expected = joined({plug_lines(scanner_2), unplug_lines(scanner_2)});
+    expected.erase(std::remove_if(expected.begin(), expected.end(),
+                                  [](const std::string& line) { return line.rfind("Device ", 0) == 0; }),
+                   expected.end());
+    EXPECT_EQ(take_log(), expected);
 }
 
 TEST_F(Hot_plug_test, at_level_0_nothing_is_logged)
@@ -98,7 +88,7 @@ TEST_F(Hot_plug_test, without_a_callback_the_lists_are_kept_all_the_same)
     EXPECT_EQ(access::detected_names(), Lines({scanner_1, scanner_2}));
     unplug(scanner_1);
     EXPECT_EQ(access::detected_names(), Lines{scanner_2});
-    EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, unplugged_line, unplug_trace));
+    EXPECT_EQ(take_log(), joined({plug_lines(), unplug_lines()}));
 }
 
 TEST_F(Hot_plug_test, unknown_events_do_nothing_at_all)
@@ -125,7 +115,7 @@ TEST_F(Hot_plug_test, pulling_an_open_scanner_marks_it_and_leaves_its_handle_val
     EXPECT_FALSE(access::device(0).disconnected());
     EXPECT_EQ(VyraBrenvoZultaSetParameters(1, 1, 2), VYRA_OK);
     EXPECT_EQ(VyraGetStatus(1), VYRA_DEVICE_UNAVAIL);
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), {error_line("get_status", 9005)}}));
     EXPECT_EQ(VyraCloseDevice_N(1), VYRA_OK);
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 4 \n", "close_device:    Error=9005\r\n"));
 }
@@ -138,7 +128,7 @@ TEST_F(Hot_plug_test, plugging_it_back_in_clears_the_mark)
     plug(scanner_2);
     EXPECT_FALSE(access::device(1).disconnected());
     EXPECT_EQ(VyraGetStatus(1), VYRA_OK) << "and is a change";
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines()}));
 }
 
 TEST_F(Hot_plug_test, the_scanner_that_comes_back_is_found_by_name_whatever_its_case)
@@ -149,7 +139,7 @@ TEST_F(Hot_plug_test, the_scanner_that_comes_back_is_found_by_name_whatever_its_
     ASSERT_TRUE(access::device(0).disconnected());
     plug(scanner_1);
     EXPECT_FALSE(access::device(0).disconnected());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines()}));
 }
 
 TEST_F(Hot_plug_test, a_longer_or_shorter_name_is_another_scanner)
@@ -160,7 +150,7 @@ TEST_F(Hot_plug_test, a_longer_or_shorter_name_is_another_scanner)
     plug("RQ7-3050 #11");
     plug("SQ7-3050 #1");
     EXPECT_TRUE(access::device(0).disconnected());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines(), plug_lines(), plug_lines()}));
 }
 
 // An unplug is known by the handle of the opening, which a scanner that was plugged in again no longer has.
@@ -172,7 +162,7 @@ TEST_F(Hot_plug_test, a_second_unplug_has_another_handle_and_does_not_mark)
     unplug(scanner_1);
     EXPECT_FALSE(access::device(0).disconnected());
     EXPECT_THAT(access::detected_names(), IsEmpty());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines(), unplug_lines()}));
 }
 
 TEST_F(Hot_plug_test, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
@@ -188,7 +178,7 @@ TEST_F(Hot_plug_test, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
     send(1, scanner_1);
     EXPECT_FALSE(access::device(0).disconnected());
     EXPECT_TRUE(twin->disconnected());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines()}));
 }
 
 TEST_F(Hot_plug_test, entries_without_a_device_are_passed_over)
@@ -200,7 +190,7 @@ TEST_F(Hot_plug_test, entries_without_a_device_are_passed_over)
     EXPECT_TRUE(access::device(1).disconnected());
     send(1, scanner_1);
     EXPECT_FALSE(access::device(1).disconnected());
-    take_log();
+    EXPECT_EQ(take_log(), joined({unplug_lines(), plug_lines()}));
 }
 
 TEST_F(Hot_plug_test, the_same_scanner_plugged_twice_is_two_records_and_an_unplug_removes_the_first)
@@ -223,7 +213,8 @@ TEST_F(Hot_plug_test, the_same_scanner_plugged_twice_is_two_records_and_an_unplu
     send(2, scanner_2);
     EXPECT_THAT(take_host_events(), IsEmpty());
     EXPECT_EQ(access::detected_names(), Lines{scanner_1});
-    take_log();
+    EXPECT_EQ(take_log(), joined({plug_lines(scanner_2), plug_lines(scanner_2), unplug_lines(scanner_2),
+                                  unplug_lines(scanner_2), unplug_lines()}));
 }
 
 TEST_F(Hot_plug_test, unplug_of_an_unknown_handle_is_not_reported)
@@ -232,11 +223,11 @@ TEST_F(Hot_plug_test, unplug_of_an_unknown_handle_is_not_reported)
     int nothing = 0;
     for (void* const unknown : {static_cast<void*>(&nothing), static_cast<void*>(nullptr)}) {
         brenvozulta_sim_send_event(2, unknown);
-        EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+        EXPECT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
     }
     EXPECT_THAT(take_host_events(), IsEmpty());
     EXPECT_EQ(access::detected_names(), Lines{scanner_1});
-    EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace, unplugged_line, unplug_trace));
+    EXPECT_EQ(take_log(), joined({unplug_lines(), unplug_lines()}));
 }
 
 // It was opened under a handle that the list never held.
@@ -248,7 +239,7 @@ TEST_F(Hot_plug_test, unplug_of_an_open_scanner_that_was_never_listed_marks_it_w
     unplug(scanner_2);
     EXPECT_TRUE(access::device(0).disconnected());
     EXPECT_THAT(take_host_events(), IsEmpty());
-    EXPECT_THAT(take_log(), ElementsAre(unplugged_line, unplug_trace));
+    EXPECT_EQ(take_log(), unplug_lines());
 }
 
 TEST_F(Hot_plug_test, a_scanner_the_driver_cannot_describe_is_logged_with_the_raw_result_and_dropped)
@@ -256,14 +247,13 @@ TEST_F(Hot_plug_test, a_scanner_the_driver_cannot_describe_is_logged_with_the_ra
     open_scanners(1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
     ASSERT_EQ(open(), 0U);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
     access::device(0).set_disconnected(true);
     for (const std::uint32_t result : {1U, 5U, 19U}) {
         brenvozulta_sim_fail("QXDR_GetUsbInfo", result, 1);
         send(1, scanner_1);
-        EXPECT_THAT(take_log(),
-                    ElementsAre(plugged_line, plug_trace,
-                                "ManagePlugEvent:  QXDR_GetUsbInfo  Error=" + std::to_string(result) + "\r\n"));
+        const std::string undescribed = "ManagePlugEvent:  QXDR_GetUsbInfo  Error=" + std::to_string(result) + "\r\n";
+        EXPECT_EQ(take_log(), joined({plug_lines(), {undescribed}}));
     }
     EXPECT_EQ(access::detected_names(), Lines{scanner_1});
     EXPECT_TRUE(access::device(0).disconnected());
@@ -279,11 +269,10 @@ TEST_F(Hot_plug_test, events_before_initialize_and_after_terminate_change_nothin
     brenvozulta_sim_clear_calls();
     hot_plug_listener(1, scanner);
     EXPECT_TRUE(access::device_detected());
-    EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, refusal("ManagePlugEvent", VYRA_NOT_INITIALIZED)));
+    EXPECT_EQ(take_log(), joined({plug_lines(), {error_line("ManagePlugEvent", VYRA_NOT_INITIALIZED)}}));
     hot_plug_listener(2, scanner);
     EXPECT_FALSE(access::device_detected());
-    EXPECT_THAT(take_log(),
-                ElementsAre(unplugged_line, unplug_trace, refusal("ManageUnplugEvent", VYRA_NOT_INITIALIZED)));
+    EXPECT_EQ(take_log(), joined({unplug_lines(), {error_line("ManageUnplugEvent", VYRA_NOT_INITIALIZED)}}));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
     EXPECT_THAT(access::detected_names(), IsEmpty());
     EXPECT_THAT(take_host_events(), IsEmpty());
@@ -296,7 +285,7 @@ TEST_F(Hot_plug_test, events_are_dealt_with_while_the_system_sleeps)
     plug(scanner_2);
     unplug(scanner_2);
     EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}, Host_event{5, scanner_2, 0}));
-    take_log();
+    EXPECT_EQ(take_log(), joined({plug_lines(scanner_2), unplug_lines(scanner_2)}));
 }
 
 TEST_F(Hot_plug_test, a_name_of_559_characters_reaches_the_host_whole)
@@ -306,6 +295,5 @@ TEST_F(Hot_plug_test, a_name_of_559_characters_reaches_the_host_whole)
     plug(name.c_str());
     unplug(name.c_str());
     EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, name, 1}, Host_event{5, name, 0}));
-    EXPECT_THAT(take_log(), ElementsAre(plugged_line, plug_trace, telling_plug(name), unplugged_line, unplug_trace,
-                                        telling_unplug(name)));
+    EXPECT_EQ(take_log(), joined({plug_lines(name), unplug_lines(name)}));
 }

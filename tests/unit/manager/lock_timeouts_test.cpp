@@ -33,7 +33,7 @@ protected:
     void call(const std::string& log_prefix, std::function<std::int32_t()> operation)
     {
         calls.push_back(
-            {on_disk(refusal(log_prefix, VYRA_INTERNAL)), std::async(std::launch::async, std::move(operation))});
+            {on_disk(error_line(log_prefix, VYRA_INTERNAL)), std::async(std::launch::async, std::move(operation))});
     }
     void call_session_operations()
     {

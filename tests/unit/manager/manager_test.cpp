@@ -1,23 +1,13 @@
 #include "manager_test.h"
 
-#include <windows.h>
-
-#include <dbt.h>
-
 #include <chrono>
-#include <cstring>
-#include <map>
 #include <mutex>
 
-#include "support/log_lines.h"
 #include "vyra/notify.h"
 
 namespace manager_tests {
 
 namespace {
-
-constexpr std::chrono::milliseconds patience(test_support::patience_ms);
-constexpr const char* notifier_class = "VYRABRENVOZULTA";
 
 struct Host {
     std::mutex mutex;  // guards what follows; the reaction runs outside it
@@ -65,13 +55,13 @@ void Manager_test::open_scanners(std::size_t count)
 void Manager_test::plug(const char* scanner)
 {
     EXPECT_EQ(brenvozulta_sim_plug(scanner), 1);
-    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
 }
 
 void Manager_test::unplug(const char* scanner)
 {
     EXPECT_EQ(brenvozulta_sim_unplug(scanner), 1);
-    EXPECT_EQ(brenvozulta_sim_wait_events_done(test_support::patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
 }
 
 std::vector<void*> Manager_test::closed_in_driver()
@@ -91,26 +81,27 @@ std::string scanner_name(std::size_t number)
     return "RQ7-3050 #" + std::to_string(number);
 }
 
-std::string refusal(const std::string& operation, std::int32_t status)
+Lines plug_lines(const std::string& told)
 {
-    static const std::map<std::int32_t, std::string> texts = {
-        {9000, "Internal VYRA  "}, {9001, "Out of Resource"}, {9005, "Device Unavail "},
-        {9101, "Not Initialized"}, {9103, "Buf Too Small  "}, {9105, "Video Stopped  "},
-        {9108, "Bad Scanner Idx"}, {9109, "Error 9109"},      {9110, "Error 9110"},
-    };
-    return test_support::error_line(operation, status, texts.at(status));
+    const Lines traced = {"Device Plugged\n", "ManagePlugEvent event\r\n"};
+    return told.empty() ? traced
+                        : joined({traced, {"ManagePlugEvent event : sending plug callback for " + told + "\r\n"}});
 }
 
-bool becomes_true(const std::function<bool()>& condition)
+Lines unplug_lines(const std::string& told)
 {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::yield();
+    const Lines traced = {"Device UnPlugged\n", "ManageUnplugEvent event\r\n"};
+    return told.empty() ? traced
+                        : joined({traced, {"ManageUnplugEvent event : sending unplug callback for " + told + "\r\n"}});
+}
+
+Lines joined(const std::vector<Lines>& parts)
+{
+    Lines all;
+    for (const Lines& part : parts) {
+        all.insert(all.end(), part.begin(), part.end());
     }
-    return true;
+    return all;
 }
 
 bool wait_for_message(const std::string& message)
@@ -189,7 +180,7 @@ bool Status_waiter::has_returned() const
 
 std::int32_t Status_waiter::result()
 {
-    return status_.wait_for(patience) == std::future_status::ready ? status_.get() : -1;
+    return status_.wait_for(std::chrono::milliseconds(patience_ms)) == std::future_status::ready ? status_.get() : -1;
 }
 
 bool waiters_inside(std::uint32_t handle, long count)
@@ -204,32 +195,6 @@ void expect_still_waiting(const Status_waiter& waiter)
         std::this_thread::yield();
     }
     EXPECT_FALSE(waiter.has_returned());
-}
-
-bool notifier_window_exists()
-{
-    return FindWindowA(notifier_class, nullptr) != nullptr;
-}
-
-bool wait_for_notifier_window()
-{
-    return becomes_true(notifier_window_exists);
-}
-
-void broadcast_power(std::uintptr_t event)
-{
-    SendMessageA(FindWindowA(notifier_class, nullptr), WM_POWERBROADCAST, event, 0);
-}
-
-void broadcast_usb(std::uintptr_t event, const std::string& device_path)
-{
-    const std::size_t size = sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) + device_path.size();
-    std::vector<std::max_align_t> storage(size / sizeof(std::max_align_t) + 1);
-    auto* const record = reinterpret_cast<DEV_BROADCAST_DEVICEINTERFACE_A*>(storage.data());
-    record->dbcc_size = static_cast<DWORD>(size);
-    record->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    std::memcpy(record->dbcc_name, device_path.c_str(), device_path.size() + 1);
-    SendMessageA(FindWindowA(notifier_class, nullptr), WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(record));
 }
 
 namespace {
@@ -248,7 +213,7 @@ Busy_usb_subscriber::Busy_usb_subscriber()
         subscriber_entered->set_value();
         subscriber_leaves.wait();
     }));
-    event_ = std::async(std::launch::async, [] { broadcast_usb(usb_arrival, "USB#VID_0001&PID_0002#1"); });
+    event_ = std::async(std::launch::async, [] { send_device_change(DBT_DEVICEARRIVAL, "USB#VID_0001&PID_0002#1"); });
     entered_.get_future().wait();
 }
 

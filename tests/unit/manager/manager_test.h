@@ -9,9 +9,19 @@
 #include <vector>
 
 #include "manager_test_access.h"
+#include "support/broadcasts.h"
 #include "support/scanner_test.h"
 
 namespace manager_tests {
+
+using test_support::becomes_true;
+using test_support::driver_error_line;
+using test_support::error_line;
+using test_support::find_window;
+using test_support::patience_ms;
+using test_support::send_device_change;
+using test_support::send_power_event;
+using test_support::wait_for_window;
 
 using access = kvs::brenvozulta::manager_test_access;
 
@@ -42,11 +52,10 @@ protected:
 // "RQ7-3050 #1", "RQ7-3050 #2", ... of open_scanners.
 std::string scanner_name(std::size_t number);
 
-// An operation's error line, with the text of the status as hosts know it.
-std::string refusal(const std::string& operation, std::int32_t status);
-
-// Waits until the condition is true: for what can be observed but not be waited for. False when it stays false.
-bool becomes_true(const std::function<bool()>& condition);
+// What an arrival and a removal log, with the line that the host's callback is told when it is told of a scanner.
+Lines plug_lines(const std::string& told = {});
+Lines unplug_lines(const std::string& told = {});
+Lines joined(const std::vector<Lines>& parts);
 
 // Waits until a message is in the log file, which another thread is writing: what is there of it may end anywhere.
 bool wait_for_message(const std::string& message);
@@ -103,13 +112,6 @@ bool waiters_inside(std::uint32_t handle, long count);
 // The waiter stays where it is, although it is given every opportunity to go on.
 void expect_still_waiting(const Status_waiter& waiter);
 
-// The window to which the system broadcasts. Waits for it: its thread is only started by the initialization.
-bool notifier_window_exists();
-bool wait_for_notifier_window();
-// What the system sends to all windows; returns when it has been handled.
-void broadcast_power(std::uintptr_t event);
-void broadcast_usb(std::uintptr_t event, const std::string& device_path);
-
 // A USB subscriber of the host's, called by the notifier and inside until it is released. Needs the notifier's window.
 class Busy_usb_subscriber {
 public:
@@ -125,11 +127,5 @@ private:
     std::promise<void> leave_;
     std::future<void> event_;
 };
-
-constexpr std::uintptr_t system_suspends = 4;
-constexpr std::uintptr_t system_resumed = 7;
-constexpr std::uintptr_t system_resumed_unattended = 18;
-constexpr std::uintptr_t usb_arrival = 0x8000;
-constexpr std::uintptr_t usb_removal = 0x8004;
 
 }  // namespace manager_tests

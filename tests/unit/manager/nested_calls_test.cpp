@@ -48,7 +48,7 @@ public:
     {
         entered = std::promise<void>();
         EXPECT_TRUE(SubscribeToPowerEvent(send));
-        event_ = std::async(std::launch::async, [] { broadcast_power(system_resumed); });
+        event_ = std::async(std::launch::async, [] { send_power_event(PBT_APMRESUMESUSPEND); });
         entered.get_future().wait();
     }
     ~Sending_power_subscriber()
@@ -85,8 +85,8 @@ TEST_F(Nested_calls_test, inside_a_terminate_are_refused_and_change_nothing)
     open_scanners(2);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 4'000'000), VYRA_OK);
     open();
-    ASSERT_TRUE(wait_for_notifier_window());
-    take_log();
+    ASSERT_NE(wait_for_window(), nullptr);
+    EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
     const Host_window window(call_everything);
     brenvozulta_sim_clear_calls();
     {
@@ -101,16 +101,16 @@ TEST_F(Nested_calls_test, inside_a_terminate_are_refused_and_change_nothing)
     EXPECT_EQ(nested.start, VYRA_NOT_INITIALIZED);
     EXPECT_EQ(nested.close, VYRA_NOT_INITIALIZED);
     // The first line is that of the event which kept the terminate waiting.
-    EXPECT_THAT(
-        take_log(),
-        ElementsAre("SET Vyrabrenvozulta IN RESUME MODE\n", refusal("initialize", VYRA_INTERNAL),
-                    refusal("terminate", VYRA_NOT_INITIALIZED), refusal("get_device_list_N", VYRA_NOT_INITIALIZED),
-                    refusal("open_device", VYRA_NOT_INITIALIZED), refusal("start_video", VYRA_NOT_INITIALIZED),
-                    refusal("close_device", VYRA_NOT_INITIALIZED)));
+    EXPECT_THAT(take_log(), ElementsAre("SET Vyrabrenvozulta IN RESUME MODE\n", error_line("initialize", VYRA_INTERNAL),
+                                        error_line("terminate", VYRA_NOT_INITIALIZED),
+                                        error_line("get_device_list_N", VYRA_NOT_INITIALIZED),
+                                        error_line("open_device", VYRA_NOT_INITIALIZED),
+                                        error_line("start_video", VYRA_NOT_INITIALIZED),
+                                        error_line("close_device", VYRA_NOT_INITIALIZED)));
     EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_CloseDevice", "QXDR_Release"));
     EXPECT_EQ(access::callback(), host_callback);
     EXPECT_FALSE(access::initialized());
-    EXPECT_FALSE(notifier_window_exists());
+    EXPECT_EQ(find_window(), nullptr);
 
     // The next session is like any other.
     initialize();
@@ -123,7 +123,7 @@ TEST_F(Nested_calls_test, that_change_the_session_inside_an_initialize_are_refus
 {
     char own_class[] = "VYRABRENVOZULTA";
     ASSERT_TRUE(InitUsbNotifier(own_class));
-    ASSERT_TRUE(wait_for_notifier_window());
+    ASSERT_NE(wait_for_window(), nullptr);
     const Host_window window(change_the_session);
     {
         const Sending_power_subscriber busy;
@@ -132,7 +132,7 @@ TEST_F(Nested_calls_test, that_change_the_session_inside_an_initialize_are_refus
     EXPECT_EQ(nested.initialize, VYRA_INTERNAL);
     EXPECT_EQ(nested.terminate, VYRA_NOT_INITIALIZED);
     EXPECT_THAT(take_log(),
-                ElementsAre(refusal("initialize", VYRA_INTERNAL), refusal("terminate", VYRA_NOT_INITIALIZED)));
+                ElementsAre(error_line("initialize", VYRA_INTERNAL), error_line("terminate", VYRA_NOT_INITIALIZED)));
     EXPECT_EQ(access::callback(), host_callback);
     EXPECT_TRUE(access::initialized());
     EXPECT_EQ(open(), 0U);

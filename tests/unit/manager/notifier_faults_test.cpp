@@ -24,16 +24,16 @@ protected:
         ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_OK);
         EXPECT_TRUE(wait_for_message(line.substr(0, line.size() - 2)));
         EXPECT_EQ(take_log(), Lines{line});
-        EXPECT_FALSE(notifier_window_exists());
+        EXPECT_EQ(find_window(), nullptr);
         EXPECT_EQ(open(), 0U);
         plug(scanner_2);
         EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}));
-        take_log();
+        EXPECT_EQ(take_log(), plug_lines(scanner_2));
         EXPECT_EQ(VyraTerminate(), VYRA_OK);
         EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
         win32_double::clear();
         initialize();
-        EXPECT_TRUE(wait_for_notifier_window()) << "the next session has its window";
+        EXPECT_NE(wait_for_window(), nullptr) << "the next session has its window";
     }
 };
 
@@ -55,7 +55,7 @@ TEST_F(Notifier_faults_test, a_refused_registration_does_not_fail_the_session)
 TEST_F(Notifier_faults_test, the_power_subscription_ends_before_the_notifier)
 {
     initialize();
-    ASSERT_TRUE(wait_for_notifier_window());
+    ASSERT_NE(wait_for_window(), nullptr);
     Busy_usb_subscriber subscriber;
     const auto sent = win32_double::calls("SendMessageA");
     auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });

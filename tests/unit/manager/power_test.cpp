@@ -84,7 +84,7 @@ TEST_F(Power_test, events_before_initialize_and_after_terminate_change_nothing)
     access::set_suspended(true);
     power_handler(SysPowerResume);
     EXPECT_TRUE(access::suspended());
-    const auto line = refusal("ManagePowerEvent", VYRA_NOT_INITIALIZED);
+    const auto line = error_line("ManagePowerEvent", VYRA_NOT_INITIALIZED);
     EXPECT_THAT(take_log(), ElementsAre(sleep_line, line, resume_line, line));
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
 }
@@ -114,7 +114,7 @@ TEST_F(Power_test, resume_restarts_nothing)
     EXPECT_EQ(access::device(0).video_state(), stopped);
     EXPECT_THAT(take_driver_calls(), IsEmpty());
     EXPECT_EQ(VyraSubmitVideoRequest(0, this, 0), VYRA_VIDEO_STOPPED);
-    EXPECT_THAT(take_log(), ElementsAre(refusal("submit_video_request", VYRA_VIDEO_STOPPED)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("submit_video_request", VYRA_VIDEO_STOPPED)));
     EXPECT_EQ(VyraStopVideo(0), VYRA_OK) << "without a wait for anybody";
     EXPECT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
     EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
@@ -125,7 +125,9 @@ TEST_F(Power_test, every_device_operation_between_sleep_and_resume_is_9110)
     open_scanners(1);
     access::manager().ManagePowerEvent(true);
     for (const auto& operation : device_operations()) {
-        EXPECT_EQ(operation.call(0), VYRA_SCN_UNAVAILABLE) << operation.export_name;
+        SCOPED_TRACE(operation.export_name);
+        EXPECT_EQ(operation.call(0), VYRA_SCN_UNAVAILABLE);
+        EXPECT_THAT(take_log(), ElementsAre(error_line(operation.log_prefix, VYRA_SCN_UNAVAILABLE)));
     }
     std::uint32_t handle = 0;
     DeviceInfo info = {};
@@ -133,7 +135,8 @@ TEST_F(Power_test, every_device_operation_between_sleep_and_resume_is_9110)
     EXPECT_EQ(VyraBusReset_N(0), VYRA_SCN_UNAVAILABLE);
     EXPECT_EQ(VyraGetStatus(0), VYRA_SCN_UNAVAILABLE);
     EXPECT_EQ(VyraBrenvoMGGetDeviceInfo(scanner_1, nullptr, &info), VYRA_SCN_UNAVAILABLE);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(error_line("open_device", 9110), error_line("reset_device", 9110),
+                                        error_line("get_status", 9110), error_line("get_device_info_dev_name", 9110)));
     access::manager().ManagePowerEvent(false);
     EXPECT_EQ(VyraBrenvoZultaSetParameters(0, 1, 2), VYRA_OK);
 }
@@ -148,7 +151,7 @@ TEST_F(Power_test, suspended_survives_terminate_and_initialize_until_the_resume)
     EXPECT_TRUE(access::suspended());
     std::uint32_t handle = 0;
     EXPECT_EQ(VyraOpenDevice(scanner_1, &handle), VYRA_SCN_UNAVAILABLE);
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(error_line("open_device", 9110)));
     access::manager().ManagePowerEvent(false);
     EXPECT_EQ(open(), 0U);
 }
@@ -156,11 +159,11 @@ TEST_F(Power_test, suspended_survives_terminate_and_initialize_until_the_resume)
 TEST_F(Power_test, broadcasts_of_the_system_reach_the_manager)
 {
     open_scanners(1);
-    ASSERT_TRUE(wait_for_notifier_window());
-    broadcast_power(system_suspends);
+    ASSERT_NE(wait_for_window(), nullptr);
+    send_power_event(PBT_APMSUSPEND);
     EXPECT_TRUE(access::suspended());
     EXPECT_EQ(access::device(0).video_state(), stop_requested);
-    broadcast_power(system_resumed);
+    send_power_event(PBT_APMRESUMESUSPEND);
     EXPECT_FALSE(access::suspended());
     EXPECT_THAT(take_log(), ElementsAre(sleep_line, resume_line));
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
@@ -169,11 +172,11 @@ TEST_F(Power_test, broadcasts_of_the_system_reach_the_manager)
 TEST_F(Power_test, a_wake_nobody_attends_to_is_no_resume)
 {
     initialize();
-    ASSERT_TRUE(wait_for_notifier_window());
-    broadcast_power(system_suspends);
-    broadcast_power(system_resumed_unattended);
+    ASSERT_NE(wait_for_window(), nullptr);
+    send_power_event(PBT_APMSUSPEND);
+    send_power_event(PBT_APMRESUMEAUTOMATIC);
     EXPECT_TRUE(access::suspended());
-    broadcast_power(system_resumed);
+    send_power_event(PBT_APMRESUMESUSPEND);
     EXPECT_FALSE(access::suspended());
     EXPECT_THAT(take_log(), ElementsAre(sleep_line, resume_line));
     EXPECT_EQ(printed(), "RQ7-3050 sleep\nRQ7-3050 resume\n");
@@ -183,11 +186,11 @@ TEST_F(Power_test, a_wake_nobody_attends_to_is_no_resume)
 TEST_F(Power_test, broadcasts_still_reach_a_manager_whose_driver_was_not_released)
 {
     initialize();
-    ASSERT_TRUE(wait_for_notifier_window());
+    ASSERT_NE(wait_for_window(), nullptr);
     brenvozulta_sim_fail("QXDR_Release", 16, 1);
     EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
-    take_log();
-    broadcast_power(system_suspends);
+    EXPECT_THAT(take_log(), ElementsAre(error_line("terminate", 9000)));
+    send_power_event(PBT_APMSUSPEND);
     EXPECT_TRUE(access::suspended());
     EXPECT_THAT(take_log(), ElementsAre(sleep_line));
     EXPECT_EQ(printed(), "RQ7-3050 sleep\n");

@@ -2,8 +2,9 @@
 #include "manager/status_wait.h"
 
 #include <gtest/gtest.h>
-#include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
+
+#include "support/boost_waiting.h"
 
 using kvs::brenvozulta::status_wait;
 
@@ -23,8 +24,8 @@ namespace {
 
 using kvs::brenvozulta::status_wait_test_access;
 
-const boost::chrono::seconds patience(20);
-const boost::chrono::milliseconds moment(20);
+using test_support::moment;
+using test_support::patience;
 
 class Status_wait_test : public testing::Test {
 protected:

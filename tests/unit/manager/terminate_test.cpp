@@ -36,7 +36,7 @@ bool log_is_closed_after(const std::string& last_line)
     test_support::remove_logs();
     std::uint32_t* const no_type = nullptr;
     VyraBrenvoZultaGetPortType(0, no_type);
-    return test_support::log_messages() == Lines({refusal("get_port_type", VYRA_BAD_PARAMETER)});
+    return test_support::log_messages() == Lines({error_line("get_port_type", VYRA_BAD_PARAMETER)});
 }
 
 }  // namespace
@@ -47,9 +47,9 @@ TEST_F(Terminate_test, without_initialize_is_9101_and_closes_the_log)
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraTerminate(), VYRA_NOT_INITIALIZED);
-    EXPECT_TRUE(log_is_closed_after(refusal("terminate", VYRA_NOT_INITIALIZED)));
+    EXPECT_TRUE(log_is_closed_after(error_line("terminate", VYRA_NOT_INITIALIZED)));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
-    take_log();
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_port_type", 9109)));
 }
 
 TEST_F(Terminate_test, success_closes_the_log_and_logs_nothing)
@@ -57,8 +57,8 @@ TEST_F(Terminate_test, success_closes_the_log_and_logs_nothing)
     initialize();
     VyraBrenvoZultaGetPortType(0, nullptr);
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
-    EXPECT_TRUE(log_is_closed_after(refusal("get_port_type", VYRA_BAD_PARAMETER)));
-    take_log();
+    EXPECT_TRUE(log_is_closed_after(error_line("get_port_type", VYRA_BAD_PARAMETER)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_port_type", 9109)));
 }
 
 TEST_F(Terminate_test, unreleased_driver_is_9000_and_closes_the_log)
@@ -66,8 +66,8 @@ TEST_F(Terminate_test, unreleased_driver_is_9000_and_closes_the_log)
     initialize();
     brenvozulta_sim_fail("QXDR_Release", 7, 1);
     EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
-    EXPECT_TRUE(log_is_closed_after(refusal("terminate", VYRA_INTERNAL)));
-    take_log();
+    EXPECT_TRUE(log_is_closed_after(error_line("terminate", VYRA_INTERNAL)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("get_port_type", 9109)));
 }
 
 TEST_F(Terminate_test, closes_by_index_while_the_table_shrinks)
@@ -99,7 +99,7 @@ TEST_F(Terminate_test, with_only_handle_1_open_closes_nothing_in_the_driver)
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Release"}));
-    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("close_device", VYRA_BAD_SCANNER_IDX)));
     EXPECT_EQ(access::open_devices().size(), 0U);
 }
 
@@ -110,7 +110,7 @@ TEST_F(Terminate_test, with_handles_1_and_2_open_closes_handle_1)
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
     EXPECT_EQ(closed_in_driver(), driver_handles({2}));
-    EXPECT_THAT(take_log(), ElementsAre(refusal("close_device", VYRA_BAD_SCANNER_IDX)));
+    EXPECT_THAT(take_log(), ElementsAre(error_line("close_device", VYRA_BAD_SCANNER_IDX)));
 }
 
 TEST_F(Terminate_test, drops_the_devices_before_it_releases_the_driver)
@@ -119,10 +119,10 @@ TEST_F(Terminate_test, drops_the_devices_before_it_releases_the_driver)
     const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> second = access::open_devices().look_up(1);
     brenvozulta_sim_block("QXDR_Release");
     auto terminating = std::async(std::launch::async, [] { return VyraTerminate(); });
-    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, test_support::patience_ms), 1);
+    EXPECT_EQ(brenvozulta_sim_wait_blocked("QXDR_Release", 1, patience_ms), 1);
     EXPECT_TRUE(second.expired());
     EXPECT_TRUE(access::initialized()) << "until the driver is released";
-    EXPECT_TRUE(wait_for_notifier_window()) << "until the driver is released";
+    EXPECT_NE(wait_for_window(), nullptr) << "until the driver is released";
     brenvozulta_sim_unblock("QXDR_Release");
     EXPECT_EQ(terminating.get(), VYRA_OK);
     EXPECT_FALSE(access::initialized());
@@ -131,9 +131,9 @@ TEST_F(Terminate_test, drops_the_devices_before_it_releases_the_driver)
 TEST_F(Terminate_test, ends_the_power_subscription_and_the_notifier)
 {
     initialize();
-    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_NE(wait_for_window(), nullptr);
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
-    EXPECT_FALSE(notifier_window_exists());
+    EXPECT_EQ(find_window(), nullptr);
     EXPECT_FALSE(UnsubscribeToPowerEvent(power_handler));
 }
 
@@ -143,12 +143,12 @@ TEST_F(Terminate_test, unreleased_driver_leaves_it_initialized_with_its_events)
     for (const std::uint32_t result : {1U, 5U, 19U}) {
         brenvozulta_sim_fail("QXDR_Release", result, 1);
         EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
-        EXPECT_THAT(take_log(), ElementsAre(refusal("terminate", VYRA_INTERNAL)));
+        EXPECT_THAT(take_log(), ElementsAre(error_line("terminate", VYRA_INTERNAL)));
     }
     EXPECT_TRUE(access::initialized());
     EXPECT_EQ(access::open_devices().size(), 0U) << "the scanners are gone all the same";
     EXPECT_THAT(access::detected_names(), IsEmpty());
-    EXPECT_TRUE(wait_for_notifier_window());
+    EXPECT_NE(wait_for_window(), nullptr);
     EXPECT_EQ(open(), 0U) << "scanners can be opened again";
     EXPECT_TRUE(UnsubscribeToPowerEvent(power_handler));
     EXPECT_EQ(VyraTerminate(), VYRA_OK) << "and the next terminate ends it";

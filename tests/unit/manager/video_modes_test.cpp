@@ -72,5 +72,5 @@ TEST_F(Video_modes_test, the_camera_captures_flat_fingers)
 TEST_F(Video_modes_test, a_refused_mode_comes_after_the_handle)
 {
     EXPECT_EQ(VyraBrenvoStartVideo(1, 3, 0), VYRA_BAD_SCANNER_IDX);
-    EXPECT_EQ(take_log(), Lines{refusal("start_video", VYRA_BAD_SCANNER_IDX)});
+    EXPECT_EQ(take_log(), Lines{error_line("start_video", VYRA_BAD_SCANNER_IDX)});
 }

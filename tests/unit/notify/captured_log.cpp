@@ -6,11 +6,12 @@
 #include <utility>
 
 #include "log/log.h"
+#include "support/waiting.h"
 
 namespace {
 
 std::mutex mutex;
-std::vector<captured_log::Line> lines;
+captured_log::Lines lines;
 
 }  // namespace
 
@@ -25,8 +26,15 @@ void kvs::brenvozulta::log_printf(int level, const char* format, ...) noexcept
     lines.push_back({level, text});
 }
 
-std::vector<captured_log::Line> captured_log::take()
+captured_log::Lines captured_log::take()
 {
     const std::lock_guard<std::mutex> lock(mutex);
     return std::exchange(lines, {});
+}
+
+captured_log::Lines captured_log::wait()
+{
+    Lines taken;
+    EXPECT_TRUE(test_support::becomes_true([&] { return !(taken = take()).empty(); })) << "no line came";
+    return taken;
 }

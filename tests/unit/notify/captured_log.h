@@ -15,7 +15,12 @@ inline bool operator==(const Line& a, const Line& b)
     return a.level == b.level && a.text == b.text;
 }
 
-// The lines since the last call.
-std::vector<Line> take();
+using Lines = std::vector<Line>;
+
+// The lines since the last call, which the test compares.
+[[nodiscard]] Lines take();
+
+// The same, waited for: there is at least one.
+[[nodiscard]] Lines wait();
 
 }  // namespace captured_log

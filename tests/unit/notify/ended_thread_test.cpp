@@ -85,9 +85,7 @@ TEST_F(Ended_thread_test, a_stop_ends_with_its_thread_and_the_thread_it_awaited_
     start();
     ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
     may_create = true;
-    std::vector<captured_log::Line> lines;
-    wait_until([&] { return !(lines = captured_log::take()).empty(); });
-    EXPECT_EQ(lines, std::vector<captured_log::Line>{exception_line("Could not create message window!")});
+    EXPECT_EQ(captured_log::wait(), captured_log::Lines{exception_line("Could not create message window!")});
     // The failed thread has gone when its class can be taken back. A start that found the notifier stopped would clear
     // the subscriptions.
     wait_until([] { return UnregisterClassA(slow_class, GetModuleHandleA(nullptr)) != FALSE; });

@@ -150,8 +150,8 @@ TEST_F(Notifier_events_test, a_usb_subscriber_that_throws_harms_nobody)
     ASSERT_TRUE(SubscribeToUsbEvent(1, 3, [](int, int, UsbPlugEventType) { throw 42; }));
     EXPECT_EQ(plug("VID_0001&PID_0002"), 0);
     EXPECT_EQ(plug("VID_0001&PID_0003"), 0);
-    EXPECT_EQ(captured_log::take(), (std::vector<captured_log::Line>{exception_line("usb trouble"),
-                                                                     exception_line("not a standard exception")}));
+    EXPECT_EQ(captured_log::take(),
+              (captured_log::Lines{exception_line("usb trouble"), exception_line("not a standard exception")}));
     plug(device_path);
     EXPECT_EQ(take_events(), std::vector<Event>{plugged});
 }
@@ -166,7 +166,7 @@ TEST_F(Notifier_events_test, a_power_subscriber_that_throws_harms_nobody)
     ASSERT_TRUE(SubscribeToPowerEvent(throw_error));
     ASSERT_TRUE(SubscribeToPowerEvent(record_power<1>));
     EXPECT_EQ(sleep(), 0);
-    EXPECT_EQ(captured_log::take(), std::vector<captured_log::Line>{exception_line("power trouble")});
+    EXPECT_EQ(captured_log::take(), captured_log::Lines{exception_line("power trouble")});
     EXPECT_TRUE(UnsubscribeToPowerEvent(throw_error));
     EXPECT_EQ(resume(), 0);
     EXPECT_EQ(take_events(), (std::vector<Event>{power(1, SysPowerSleep), power(1, SysPowerResume)}));

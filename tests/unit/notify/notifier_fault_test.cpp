@@ -65,8 +65,7 @@ TEST_F(Notifier_fault_test, a_window_that_cannot_be_created_is_logged_and_leaves
     register_class(refuse_creation);
     ASSERT_TRUE(InitUsbNotifier(class_name()));
     stop();
-    EXPECT_EQ(captured_log::take(),
-              std::vector<captured_log::Line>{exception_line("Could not create message window!")});
+    EXPECT_EQ(captured_log::take(), captured_log::Lines{exception_line("Could not create message window!")});
     // A class that was there before the start stays.
     ASSERT_TRUE(UnregisterClassA(class_name(), GetModuleHandleA(nullptr)));
     expect_service_works();
@@ -76,9 +75,7 @@ TEST_F(Notifier_fault_test, after_a_failed_start_the_next_start_needs_no_stop)
 {
     register_class(refuse_creation);
     ASSERT_TRUE(InitUsbNotifier(class_name()));
-    std::vector<captured_log::Line> lines;
-    wait_until([&] { return !(lines = captured_log::take()).empty(); });
-    EXPECT_EQ(lines, std::vector<captured_log::Line>{exception_line("Could not create message window!")});
+    EXPECT_EQ(captured_log::wait(), captured_log::Lines{exception_line("Could not create message window!")});
     ASSERT_TRUE(UnregisterClassA(class_name(), GetModuleHandleA(nullptr)));
     // The failed thread ends by itself. Until it has told so, a start finds the notifier running.
     wait_until([] { return InitUsbNotifier(class_name()) && window() != nullptr; });
@@ -91,8 +88,7 @@ TEST_F(Notifier_fault_test, a_start_without_a_class_name_fails_and_can_be_repeat
     for (int round = 0; round < 3; ++round) {
         EXPECT_TRUE(InitUsbNotifier(nullptr));
         EXPECT_TRUE(TerminateUsbNotifier(nullptr));
-        EXPECT_EQ(captured_log::take(),
-                  std::vector<captured_log::Line>{exception_line("Could not create message window!")});
+        EXPECT_EQ(captured_log::take(), captured_log::Lines{exception_line("Could not create message window!")});
     }
     expect_service_works();
 }

@@ -21,7 +21,7 @@ protected:
     void SetUp() override
     {
         take_events();
-        captured_log::take();
+        ASSERT_TRUE(captured_log::take().empty());
         current = &table;
     }
     void TearDown() override { EXPECT_TRUE(captured_log::take().empty()); }
@@ -128,8 +128,8 @@ TEST_F(Power_subscriptions_test, a_subscriber_that_throws_keeps_nothing_from_the
     EXPECT_TRUE(table.subscribe(throw_number));
     EXPECT_TRUE(table.subscribe(recorders[2]));
     EXPECT_EQ(called(), (std::vector<int>{1, 2}));
-    EXPECT_EQ(captured_log::take(), (std::vector<captured_log::Line>{exception_line("out of order"),
-                                                                     exception_line("not a standard exception")}));
+    EXPECT_EQ(captured_log::take(),
+              (captured_log::Lines{exception_line("out of order"), exception_line("not a standard exception")}));
     // The table is not left locked: another thread gets at it.
     boost::thread([this] { EXPECT_TRUE(table.unsubscribe(throw_error)); }).join();
 }

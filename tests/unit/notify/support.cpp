@@ -1,8 +1,5 @@
 #include "support.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
 #include <mutex>
 #include <ostream>
 #include <utility>
@@ -50,28 +47,10 @@ void record_usb(int vendor, int product, UsbPlugEventType type)
     record(usb(vendor, product, type));
 }
 
-Device_record::Device_record(std::string_view name)
-    : Device_record(std::string(name) + '\0', name_offset + name.size() + 1,
-                    static_cast<DWORD>(name_offset + name.size() + 1))
-{
-}
-
-Device_record::Device_record(std::string_view bytes_at_name, std::size_t allocated, DWORD stated_size, DWORD type)
-    : bytes_(new char[allocated])
-{
-    const std::array<DWORD, 3> header = {stated_size, type, 0};
-    std::fill_n(bytes_.get(), allocated, '\xCC');
-    std::memcpy(bytes_.get(), header.data(), std::min(sizeof header, allocated));
-    if (allocated > name_offset) {
-        std::memcpy(bytes_.get() + name_offset, bytes_at_name.data(),
-                    std::min(bytes_at_name.size(), allocated - name_offset));
-    }
-}
-
 void Notifier_test::SetUp()
 {
     take_events();
-    captured_log::take();
+    ASSERT_TRUE(captured_log::take().empty());
     // A stop leaves the subscriptions of the test before.
     kvs::brenvozulta::the_usb_subscriptions().clear();
     ASSERT_EQ(window(), nullptr);
@@ -89,7 +68,7 @@ void Notifier_test::TearDown()
 void Notifier_test::start()
 {
     ASSERT_TRUE(InitUsbNotifier(class_name()));
-    wait_until([] { return window() != nullptr; });
+    ASSERT_NE(test_support::wait_for_window(class_name()), nullptr);
 }
 
 char* Notifier_test::class_name()
@@ -114,8 +93,7 @@ LRESULT Notifier_test::send(UINT message, WPARAM w_param, LPARAM l_param)
 
 LRESULT Notifier_test::send_device(WPARAM event, std::string_view device_name)
 {
-    const Device_record record(device_name);
-    return send(WM_DEVICECHANGE, event, record.address());
+    return test_support::send_device_change(event, device_name, window());
 }
 
 void Notifier_test::expect_service_works()

@@ -1,27 +1,26 @@
 // What the tests of the notification service share: a recorder of events, broadcasts, and a running notifier.
 #pragma once
 
-#include <windows.h>
-
-#include <dbt.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include "captured_log.h"
+#include "support/broadcasts.h"
+#include "support/waiting.h"
 #include "vyra/notify.h"
 
 namespace notify_test {
+
+using test_support::Device_record;
+using test_support::name_offset;
+using test_support::wait_until;
 
 // A call of a subscriber. For power events `subscriber` tells which of the numbered subscribers it was.
 struct Event {
@@ -50,33 +49,6 @@ void record_power(SysPowerEventType type)
     record(power(number, type));
 }
 
-// A device-change record in a block of memory of exactly `allocated` bytes, so that reading behind it is found out.
-class Device_record {
-public:
-    explicit Device_record(std::string_view name);
-    Device_record(std::string_view bytes_at_name, std::size_t allocated, DWORD stated_size,
-                  DWORD type = DBT_DEVTYP_DEVICEINTERFACE);
-    LPARAM address() const { return reinterpret_cast<LPARAM>(bytes_.get()); }
-
-private:
-    std::unique_ptr<char[]> bytes_;
-};
-
-constexpr std::size_t name_offset = offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name);
-
-// Waits, with the processor given away, until `condition` holds. Fails the test after half a minute.
-template <typename Condition>
-void wait_until(Condition&& condition)
-{
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            FAIL() << "waited in vain";
-        }
-        std::this_thread::yield();
-    }
-}
-
 // Every test begins and ends with a stopped notifier, empty tables and no line in the log.
 class Notifier_test : public testing::Test {
 protected:
@@ -89,7 +61,7 @@ protected:
 
     // A class name of this process: others that run at the same time have windows, too.
     static char* class_name();
-    static HWND window() { return FindWindowA(class_name(), nullptr); }
+    static HWND window() { return test_support::find_window(class_name()); }
     static bool class_exists();
 
     static LRESULT send(UINT message, WPARAM w_param, LPARAM l_param = 0);

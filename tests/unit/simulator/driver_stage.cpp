@@ -130,23 +130,6 @@ std::vector<std::int32_t> Listener::codes()
     return codes;
 }
 
-std::string call_text(std::size_t index)
-{
-    std::string text(brenvozulta_sim_call_text(index, nullptr, 0) + 1, '\0');
-    text.resize(brenvozulta_sim_call_text(index, text.data(), text.size()));
-    return text;
-}
-
-std::vector<std::string> call_names()
-{
-    std::vector<std::string> names;
-    brenvozulta_sim_call call;
-    for (std::size_t i = 0; brenvozulta_sim_get_call(i, &call) != 0; ++i) {
-        names.emplace_back(call.function);
-    }
-    return names;
-}
-
 brenvozulta_sim_image small_image(const std::vector<std::uint8_t>& pixels, std::uint16_t width)
 {
     brenvozulta_sim_image image{};

@@ -14,11 +14,16 @@
 
 #include "brenvozulta_simulator/control.h"
 #include "driver/driver.h"
+#include "support/driver_calls.h"
+#include "support/waiting.h"
 
 namespace simulator_test {
 
+using test_support::call_names;
+using test_support::call_text;
+using test_support::patience_ms;
+
 constexpr const char* scanner = BRENVOZULTA_SIM_DEFAULT_SCANNER;
-constexpr std::uint32_t patience_ms = 20'000;  // for what must happen; a test that waits so long has failed
 
 // Every test starts with the unconfigured simulator, without automatic images, and leaves no acquisition thread behind.
 class Driver_test : public ::testing::Test {
@@ -67,8 +72,6 @@ public:
     static std::vector<std::int32_t> codes();
 };
 
-std::string call_text(std::size_t index);
-std::vector<std::string> call_names();
 brenvozulta_sim_image small_image(const std::vector<std::uint8_t>& pixels, std::uint16_t width);
 std::string load_error(const std::string& scenario, const char* source = "dir/s.json");
 // Loads a scenario or fails the test with its message.

@@ -45,7 +45,7 @@ TEST_F(Window_contract_test, a_refused_first_message_fails_the_creation)
     recorder().answer(WM_NCCREATE, FALSE);
     EXPECT_EQ(create_recorder_window(), nullptr);
     EXPECT_EQ(recorder().handler_of(WM_CREATE), 0u);
-    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), nullptr);
 }
 
 // Seen under Wine only: the failure is documented, the last message is not.
@@ -54,7 +54,7 @@ TEST_F(Window_contract_test, a_refused_creation_message_fails_the_creation)
     recorder().answer(WM_CREATE, -1);
     EXPECT_EQ(create_recorder_window(), nullptr);
     EXPECT_NE(recorder().handler_of(WM_NCDESTROY), 0u);
-    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), nullptr);
 }
 
 TEST_F(Window_contract_test, an_unknown_class_fails_the_creation)
@@ -128,11 +128,23 @@ TEST_F(Window_contract_test, the_values_of_a_window)
 TEST_F(Window_contract_test, without_the_default_procedure_a_window_is_found_by_its_class_only)
 {
     const HWND window = create_recorder_window("Contract title");
-    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), window);
-    EXPECT_EQ(FindWindowA("contract_recorder", nullptr), window);
-    EXPECT_EQ(FindWindowA(nullptr, "Contract title"), nullptr);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), window);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, "contract_recorder", nullptr), window);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, nullptr, "Contract title"), nullptr);
     EXPECT_TRUE(DestroyWindow(window));
-    EXPECT_EQ(FindWindowA(contract::class_name, nullptr), nullptr);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), nullptr);
+}
+
+TEST_F(Window_contract_test, a_search_goes_on_behind_the_window_that_it_found)
+{
+    const HWND one = create_recorder_window();
+    const HWND other = create_recorder_window();
+    const HWND first = FindWindowExA(nullptr, nullptr, contract::class_name, nullptr);
+    const HWND second = FindWindowExA(nullptr, first, contract::class_name, nullptr);
+    EXPECT_TRUE((first == one && second == other) || (first == other && second == one));
+    EXPECT_EQ(FindWindowExA(nullptr, second, contract::class_name, nullptr), nullptr);
+    EXPECT_TRUE(DestroyWindow(one));
+    EXPECT_TRUE(DestroyWindow(other));
 }
 
 TEST_F(Window_contract_test, the_default_procedure_keeps_the_title_and_closes_the_window)
@@ -146,7 +158,7 @@ TEST_F(Window_contract_test, the_default_procedure_keeps_the_title_and_closes_th
     const HWND window = CreateWindowExA(0, "CONTRACT_PLAIN", "Contract title", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100,
                                         nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
     ASSERT_NE(window, nullptr);
-    EXPECT_EQ(FindWindowA("CONTRACT_PLAIN", "Contract title"), window);
+    EXPECT_EQ(FindWindowExA(nullptr, nullptr, "CONTRACT_PLAIN", "Contract title"), window);
     SendMessageA(window, WM_CLOSE, 0, 0);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_TRUE(UnregisterClassA("CONTRACT_PLAIN", GetModuleHandleA(nullptr)));

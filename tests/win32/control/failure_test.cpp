@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
                      }},
         Failing_call{"DestroyWindow", [] { return !DestroyWindow(no_window); }},
         Failing_call{"IsWindow", [] { return !IsWindow(no_window); }},
-        Failing_call{"FindWindowA", [] { return FindWindowA("FAILING", nullptr) == nullptr; }},
+        Failing_call{"FindWindowExA", [] { return FindWindowExA(nullptr, nullptr, "FAILING", nullptr) == nullptr; }},
         Failing_call{"GetWindowThreadProcessId", [] { return GetWindowThreadProcessId(no_window, nullptr) == 0; }},
         Failing_call{"GetWindowLongPtrA", [] { return GetWindowLongPtrA(no_window, 8) == 0; }},
         Failing_call{"SetWindowLongPtrA", [] { return SetWindowLongPtrA(no_window, 8, 1) == 0; }},

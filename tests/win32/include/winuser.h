@@ -119,7 +119,7 @@ HWND WINAPI CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR titl
                             int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID data);
 BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
-HWND WINAPI FindWindowA(LPCSTR class_name, LPCSTR title);
+HWND WINAPI FindWindowExA(HWND parent, HWND after, LPCSTR class_name, LPCSTR title);
 DWORD WINAPI GetWindowThreadProcessId(HWND window, LPDWORD process);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
