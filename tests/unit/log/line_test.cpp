@@ -62,7 +62,7 @@ TEST_F(Log_test, milliseconds_have_leading_zeros)
     std::string milliseconds = "999";
     for (int tries = 0; tries < 100 && milliseconds >= "010"; ++tries) {
         while (now().millitm >= 5) {
-            std::this_thread::yield();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         log_printf(3, "x\r\n");
         const std::string bytes = file_bytes(log_path());

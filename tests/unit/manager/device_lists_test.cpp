@@ -212,7 +212,7 @@ TEST_F(Device_lists_test, driver_count_above_8_lists_8)
 TEST_F(Device_lists_test, eight_scanners_are_listed)
 {
     std::vector<std::string> names;
-    for (int number = 1; number <= 8; ++number) {
+    for (std::size_t number = 1; number <= 8; ++number) {
         names.push_back(scanner_name(number));
     }
     attach(names);
