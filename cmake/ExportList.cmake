@@ -23,7 +23,7 @@ function(read_export_list LIST NAMES SYMBOLS)
 endfunction()
 
 # Lets TARGET export exactly the names of LIST; on Windows with its place as ordinal, and with import libraries for
-# both ABIs: build/<preset>/lib/<target>.lib and lib<target>.dll.a. In the native build, where there is one C++ ABI, the
+# both ABIs: build/<preset>/lib/msvc/<target>.lib and lib/mingw/lib<target>.dll.a. In the native build, where there is one C++ ABI, the
 # compiler's symbols are the names. Hosts link the interface library <target>_import.
 function(export_from_list TARGET LIST)
   read_export_list(${LIST} names symbols)
@@ -49,18 +49,18 @@ function(export_from_list TARGET LIST)
     file(GENERATE OUTPUT ${generated}/${TARGET}-msvc.def CONTENT "${msvc_def}")
     file(GENERATE OUTPUT ${generated}/${TARGET}-mingw.def CONTENT "${mingw_def}")
     target_sources(${TARGET} PRIVATE ${generated}/${TARGET}.def)
-    set(msvc_lib ${VYRA_IMPORT_LIBRARY_DIR}/${TARGET}.lib)
-    set(mingw_lib ${VYRA_IMPORT_LIBRARY_DIR}/lib${TARGET}.dll.a)
+    set(msvc_lib ${VYRA_IMPORT_LIBRARY_DIR}/msvc/${TARGET}.lib)
+    set(mingw_lib ${VYRA_IMPORT_LIBRARY_DIR}/mingw/lib${TARGET}.dll.a)
     add_custom_command(OUTPUT ${msvc_lib}
       COMMAND llvm-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-msvc.def -l ${msvc_lib}
       DEPENDS ${generated}/${TARGET}-msvc.def VERBATIM)
     # GNU dlltool makes the library's name, as given, part of its members' names, and of symbols that end in the symbol
     # table of whatever links it: given without folders, so that none of them tells where this was built.
-    file(MAKE_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR})
+    file(MAKE_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR}/msvc ${VYRA_IMPORT_LIBRARY_DIR}/mingw)
     add_custom_command(OUTPUT ${mingw_lib}
       COMMAND x86_64-w64-mingw32-dlltool -m i386:x86-64 -d ${generated}/${TARGET}-mingw.def -l lib${TARGET}.dll.a
       DEPENDS ${generated}/${TARGET}-mingw.def
-      WORKING_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR} VERBATIM)
+      WORKING_DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR}/mingw VERBATIM)
     add_custom_target(${TARGET}_import_libraries ALL DEPENDS ${msvc_lib} ${mingw_lib})
     # The linker's own import library knows only the exported names: it is put out of the way.
     set_target_properties(${TARGET} PROPERTIES PREFIX "" ARCHIVE_OUTPUT_DIRECTORY ${generated})

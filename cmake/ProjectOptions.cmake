@@ -9,7 +9,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
-set(VYRA_IMPORT_LIBRARY_DIR ${CMAKE_BINARY_DIR}/lib) # nothing else lies there
+set(VYRA_IMPORT_LIBRARY_DIR ${CMAKE_BINARY_DIR}/lib) # msvc/ and mingw/, and nothing else
 
 option(VYRA_CLANG_TIDY "Let clang-tidy read what is built, tests excepted; its findings are errors" OFF)
 set(VYRA_SANITIZER "" CACHE STRING "Sanitizers of the native build: address,undefined or thread")

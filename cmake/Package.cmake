@@ -1,0 +1,37 @@
+# What a host developer gets, as an archive for Windows: scripts/package makes it.
+#
+# The simulator has a folder of its own, so that unpacking never replaces a real driver. The import libraries of the two
+# ABIs lie apart: with -static, MinGW's linker would take the other one's.
+include(CMakePackageConfigHelpers)
+
+set(package ${CMAKE_CURRENT_BINARY_DIR}/package)
+configure_file(cmake/package/vyrabrenvozulta.pc.in ${package}/vyrabrenvozulta.pc @ONLY)
+write_basic_package_version_file(${package}/vyrabrenvozultaConfigVersion.cmake
+  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
+
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME sdk)
+install(PROGRAMS $<TARGET_FILE:vyrabrenvozulta> $<TARGET_FILE:vyra> DESTINATION bin)
+install(PROGRAMS $<TARGET_FILE:BrenvoZulta_USB> DESTINATION simulator)
+install(FILES simulator/README.md DESTINATION simulator)
+install(DIRECTORY simulator/examples DESTINATION simulator)
+install(DIRECTORY include/vyra simulator/include/brenvozulta_simulator DESTINATION include)
+install(DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR}/ DESTINATION lib)
+install(FILES ${package}/vyrabrenvozulta.pc DESTINATION lib/mingw/pkgconfig)
+install(FILES cmake/package/vyrabrenvozultaConfig.cmake ${package}/vyrabrenvozultaConfigVersion.cmake
+  DESTINATION lib/cmake/vyrabrenvozulta)
+install(DIRECTORY examples DESTINATION .)
+install(DIRECTORY docs DESTINATION . PATTERN architecture.md EXCLUDE)
+install(FILES tools/vyra/README.md DESTINATION docs RENAME vyra-tool.md)
+install(FILES README.md CHANGELOG.md THIRD-PARTY-NOTICES DESTINATION .)
+
+set(CPACK_PACKAGE_NAME vyrabrenvozulta)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_FILE_NAME vyrabrenvozulta-${PROJECT_VERSION}-win64)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/package)
+set(CPACK_GENERATOR External)
+set(CPACK_COMPONENTS_ALL sdk)
+set(CPACK_EXTERNAL_ENABLE_STAGING ON)
+set(CPACK_EXTERNAL_PACKAGE_SCRIPT ${PROJECT_SOURCE_DIR}/cmake/archive.cmake)
+file(WRITE ${package}/tools.cmake "set(OBJCOPY ${CMAKE_OBJCOPY})\nset(STRIP ${CMAKE_STRIP})\n")
+set(CPACK_VYRA_TOOLS ${package}/tools.cmake)
+include(CPack)

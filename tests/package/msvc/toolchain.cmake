@@ -1,0 +1,11 @@
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR AMD64)
+set(CMAKE_C_COMPILER clang)
+set(CMAKE_C_COMPILER_TARGET x86_64-pc-windows-msvc)
+set(CMAKE_LINKER lld-link)
+set(CMAKE_RC_COMPILER llvm-rc)
+set(CMAKE_MT llvm-mt)
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY) # there is no runtime to link a program with
+set(CMAKE_EXE_LINKER_FLAGS "-fuse-ld=lld -nostdlib -Xlinker /entry:mainCRTStartup")
+set(CMAKE_C_STANDARD_LIBRARIES "" CACHE STRING "" FORCE)
+set(CMAKE_C_FLAGS_RELEASE "-O2")
