@@ -54,6 +54,7 @@ void describe(CLI::App& app, Command_line& line)
     add_status(app, line);
     add_watch(app, line);
     add_log(app, line);
+    add_selftest(app, line);
 }
 
 // Prints what the parser has to say: the help that was asked for as a result, everything else as an error.

@@ -46,5 +46,6 @@ void add_reset(CLI::App& app, Command_line& line);
 void add_status(CLI::App& app, Command_line& line);
 void add_watch(CLI::App& app, Command_line& line);
 void add_log(CLI::App& app, Command_line& line);
+void add_selftest(CLI::App& app, Command_line& line);
 
 }  // namespace vyra_tool
