@@ -190,7 +190,7 @@ TEST_F(Acquisition_test, after_a_close_the_old_context_answers_with_the_state_of
 
 TEST_F(Acquisition_test, after_a_refused_registration_the_device_is_not_held_to_be_video)
 {
-    const brenvozulta_sim_fault registered_but_refused = {9, 0, 1, 1};
+    const brenvozulta_sim_fault registered_but_refused = {driver_timeout, 0, 1, 1};
     brenvozulta_sim_set_fault("QXDR_SetCallbackAcquisition", &registered_but_refused);
     ASSERT_EQ(device().open(first_scanner, 0), 9016);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SetCallbackAcquisition", 9)));

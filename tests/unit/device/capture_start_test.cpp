@@ -49,7 +49,7 @@ TEST_F(Capture_start_test, a_configuration_that_the_scanner_does_not_have_is_911
 {
     open_device();
     for (const auto& [result, translated] : driver_failures) {
-        const std::int32_t status = result == 6 ? 9114 : translated;
+        const std::int32_t status = result == driver_config_refused ? 9114 : translated;
         brenvozulta_sim_fail("QXDR_SelectCaptureConfig", result, 2);
         EXPECT_EQ(device().start_video(13), status) << result;
         EXPECT_EQ(device().start_camera(), status) << result;
@@ -75,19 +75,19 @@ TEST_F(Capture_start_test, a_refused_start_returns_the_translated_result_and_lea
 TEST_F(Capture_start_test, a_refused_start_leaves_each_state_as_it_was)
 {
     running_device();
-    brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, 1);
+    brenvozulta_sim_fail("QXDR_SelectCaptureConfig", driver_config_refused, 1);
     EXPECT_EQ(device().start_video(13), 9114);
     EXPECT_EQ(device().video_state(), video_running);
-    brenvozulta_sim_fail("QXDR_StartCapture", 9, 1);
+    brenvozulta_sim_fail("QXDR_StartCapture", driver_timeout, 1);
     EXPECT_EQ(device().start_camera(), 9016);
     EXPECT_EQ(device().video_state(), video_running);
     EXPECT_EQ(device().stop_video(), 9111) << "the driver has stopped already; the first start's thread has answered";
     EXPECT_EQ(device().video_state(), video_stopped);
-    brenvozulta_sim_fail("QXDR_StartCapture", 9, 1);
+    brenvozulta_sim_fail("QXDR_StartCapture", driver_timeout, 1);
     EXPECT_EQ(device().start_camera(), 9016);
     EXPECT_EQ(device().video_state(), video_stopped);
     device().request_stop();
-    brenvozulta_sim_fail("QXDR_StartCapture", 9, 1);
+    brenvozulta_sim_fail("QXDR_StartCapture", driver_timeout, 1);
     EXPECT_EQ(device().start_camera(), 9016);
     EXPECT_EQ(device().video_state(), video_stop_requested);
     EXPECT_THAT(take_log(),
@@ -113,8 +113,8 @@ TEST_F(Capture_start_test, requests_are_dropped_before_the_driver_is_asked_for_a
     running_device();
     auto buffer = image_of(0);
     ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
-    brenvozulta_sim_fail("QXDR_StopCapture", 9, 1);
-    brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, 1);
+    brenvozulta_sim_fail("QXDR_StopCapture", driver_timeout, 1);
+    brenvozulta_sim_fail("QXDR_SelectCaptureConfig", driver_config_refused, 1);
     ASSERT_EQ(device().start_camera(), 9114);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SelectCaptureConfig", 6)));
     EXPECT_EQ(deliver(image_of(9), image_width, image_height), 0);  // passes by the signal of the dropped request
@@ -125,7 +125,7 @@ TEST_F(Capture_start_test, requests_are_dropped_before_the_driver_is_asked_for_a
 TEST_F(Capture_start_test, a_start_that_stopped_a_capture_pauses)
 {
     open_device();
-    brenvozulta_sim_set_idle_stop_result(0);
+    brenvozulta_sim_set_idle_stop_result(driver_ok);
     ASSERT_EQ(brenvozulta_sim_block("QXDR_StopCapture"), 1);
     boost::thread starting([this] {
         device().start_camera();
@@ -153,7 +153,7 @@ TEST_F(Capture_start_test, a_start_that_had_nothing_to_stop_does_not_pause)
 TEST_F(Capture_start_test, the_pause_is_not_shorter_than_the_scanner_needs)
 {
     open_device();
-    brenvozulta_sim_set_idle_stop_result(0);
+    brenvozulta_sim_set_idle_stop_result(driver_ok);
     const auto before = boost::chrono::steady_clock::now();
     ASSERT_EQ(device().start_camera(), 0);
     EXPECT_GE(boost::chrono::steady_clock::now() - before, boost::chrono::milliseconds(195));

@@ -14,7 +14,7 @@ class Capture_stop_test : public Device_test {};
 TEST_F(Capture_stop_test, in_idle_the_driver_is_asked_and_the_video_is_stopped)
 {
     open_device();
-    brenvozulta_sim_set_idle_stop_result(0);
+    brenvozulta_sim_set_idle_stop_result(driver_ok);
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_StopCapture")));
     EXPECT_EQ(device().video_state(), video_stopped);
@@ -33,7 +33,7 @@ TEST_F(Capture_stop_test, a_stopped_video_is_stopped_again)
 {
     running_device();
     ASSERT_EQ(device().stop_video(), 0);
-    brenvozulta_sim_set_idle_stop_result(0);
+    brenvozulta_sim_set_idle_stop_result(driver_ok);
     take_calls();
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_StopCapture")));
@@ -44,7 +44,7 @@ TEST_F(Capture_stop_test, a_stopped_video_is_stopped_again)
 TEST_F(Capture_stop_test, after_a_suspend_the_stop_does_not_wait)
 {
     open_device();
-    brenvozulta_sim_set_idle_stop_result(0);
+    brenvozulta_sim_set_idle_stop_result(driver_ok);
     device().request_stop();
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_StopCapture")));

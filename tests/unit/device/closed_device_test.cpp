@@ -97,7 +97,7 @@ TEST_F(Closed_device_test, a_device_never_opened_refuses_all_and_takes_an_open)
 
 TEST_F(Closed_device_test, a_device_whose_open_was_refused_refuses_all)
 {
-    brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
+    brenvozulta_sim_fail("QXDR_OpenDevice", driver_scanner_gone, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_OpenDevice", 4)));
     expect_all_refused();
@@ -105,7 +105,7 @@ TEST_F(Closed_device_test, a_device_whose_open_was_refused_refuses_all)
 
 TEST_F(Closed_device_test, a_device_whose_callback_was_refused_refuses_all)
 {
-    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 4, 1);
+    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", driver_scanner_gone, 1);
     ASSERT_EQ(device().open(first_scanner, 0), 9005);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_SetCallbackAcquisition", 4)));
     expect_all_refused();

@@ -59,7 +59,7 @@ TEST_F(Device_data_test, the_container_is_read_into_the_host_s_buffer)
 
 TEST_F(Device_data_test, buffer_and_size_reach_the_driver_unchecked)
 {
-    brenvozulta_sim_fail("QXDR_ReadContainer", 0, 2);
+    brenvozulta_sim_fail("QXDR_ReadContainer", driver_ok, 2);
     EXPECT_EQ(device().read_global_param(nullptr, 0xFFFFFFFF), 0);
     EXPECT_EQ(device().read_global_param(this, 0), 0);
     EXPECT_THAT(take_calls(),

@@ -90,7 +90,7 @@ TEST_F(Device_info_test, when_the_driver_fails_the_record_is_all_zero_and_the_st
 TEST_F(Device_info_test, a_driver_that_stores_no_version_gives_one_of_zeros)
 {
     open_device();
-    brenvozulta_sim_fail("QXDR_GetDeviceInfo", 0, 1);
+    brenvozulta_sim_fail("QXDR_GetDeviceInfo", driver_ok, 1);
     DeviceInfo record;
     EXPECT_EQ(device().get_device_info(&record), 0);
     EXPECT_STREQ(record.version, "0.0.");

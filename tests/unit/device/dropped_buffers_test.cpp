@@ -27,7 +27,7 @@ const std::vector<Way>& ways()
     static const std::vector<Way> all = {
         {"a close that the driver refuses", first_scanner, [](std::uint32_t) {},
          [](std::uint32_t handle) {
-             brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+             brenvozulta_sim_fail("QXDR_CloseDevice", driver_timeout, 1);
              EXPECT_EQ(VyraCloseDevice_N(handle), 0);
          }},
         {"a terminate that leaves a higher handle", second_scanner, [](std::uint32_t) { VyraCloseDevice_N(0); },
@@ -57,7 +57,7 @@ protected:
         VyraTerminate();
         brenvozulta_sim_reset();
         brenvozulta_sim_set_frame_rate(0);
-        brenvozulta_sim_set_idle_stop_result(19);
+        brenvozulta_sim_set_idle_stop_result(driver_wrong_state);
         brenvozulta_sim_attach(second_scanner);
         brenvozulta_sim_attach(third_scanner);
         initialize();

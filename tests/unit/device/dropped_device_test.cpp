@@ -84,7 +84,7 @@ TEST_F(Dropped_device_test, closed_by_its_handle_while_the_callback_waits)
 TEST_F(Dropped_device_test, a_refused_close_by_handle_drops_the_device_all_the_same)
 {
     const std::uint32_t handle = running();
-    brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+    brenvozulta_sim_fail("QXDR_CloseDevice", driver_timeout, 1);
     EXPECT_EQ(VyraCloseDevice_N(handle), 0);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_CloseDevice", 9), "close_device:    Error=9016\r\n"));
     EXPECT_EQ(brenvozulta_sim_is_capturing(first_scanner), 1);

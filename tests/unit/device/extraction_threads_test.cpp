@@ -20,8 +20,8 @@ protected:
     void open_and_count()
     {
         open_device();
-        brenvozulta_sim_fail("QXDR_StartCapture", 0, BRENVOZULTA_SIM_ALWAYS);
-        brenvozulta_sim_fail("QXDR_StopCapture", 0, BRENVOZULTA_SIM_ALWAYS);
+        brenvozulta_sim_fail("QXDR_StartCapture", driver_ok, BRENVOZULTA_SIM_ALWAYS);
+        brenvozulta_sim_fail("QXDR_StopCapture", driver_ok, BRENVOZULTA_SIM_ALWAYS);
         // Threads that the driver has let go of in earlier tests may still be on their way out.
         EXPECT_EQ(brenvozulta_sim_wait_acquisition_threads(0, patience_ms), 1);
         EXPECT_TRUE(becomes_true([this] {

@@ -18,7 +18,7 @@ protected:
         open_device();
         const brenvozulta_sim_restart slow = {600'000, 1, 1};
         brenvozulta_sim_set_restart(&slow);
-        brenvozulta_sim_fail("QXDR_ResetDevice", 0, BRENVOZULTA_SIM_ALWAYS);
+        brenvozulta_sim_fail("QXDR_ResetDevice", driver_ok, BRENVOZULTA_SIM_ALWAYS);
     }
 
     std::string transfer(std::size_t length, std::uint32_t result = 0) const
@@ -42,7 +42,7 @@ TEST_F(Firmware_test, a_length_of_0_and_one_beyond_32_bits_reach_the_driver)
     EXPECT_EQ(device().update_firmware(image_.data(), 0), 9109);
     EXPECT_THAT(take_calls(), ElementsAre(transfer(0, 8)));
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 8)));
-    brenvozulta_sim_fail("QXDR_UpdateFirmware", 0, 1);
+    brenvozulta_sim_fail("QXDR_UpdateFirmware", driver_ok, 1);
     EXPECT_EQ(device().update_firmware(image_.data(), 0x123456789ull), 0);
     EXPECT_THAT(take_calls(), ElementsAre(transfer(0x123456789ull), scanner_call("QXDR_ResetDevice")));
 }

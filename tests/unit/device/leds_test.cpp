@@ -156,7 +156,7 @@ TEST_F(Leds_test, the_record_is_stored_before_the_command_and_the_host_told_afte
 TEST_F(Leds_test, the_turn_off_line_comes_before_the_driver_s_failure)
 {
     open_device();
-    brenvozulta_sim_fail("QXDR_SetLeds", 9, 1);
+    brenvozulta_sim_fail("QXDR_SetLeds", driver_timeout, 1);
     const DevUI ui = {{1, 0, 0, 0}, {}, {}, 0, 0, 0};
     EXPECT_EQ(device().set_device_ui(&ui), 9);
     EXPECT_THAT(take_log(), ElementsAre(nothing_on_line, driver_error_line("QXDR_SetLeds", 9)));

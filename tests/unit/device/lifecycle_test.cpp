@@ -96,7 +96,7 @@ TEST_F(Lifecycle_test, leds_that_cannot_be_switched_off_are_ignored)
 
 TEST_F(Lifecycle_test, a_device_whose_open_failed_can_be_opened)
 {
-    brenvozulta_sim_fail("QXDR_OpenDevice", 4, 1);
+    brenvozulta_sim_fail("QXDR_OpenDevice", driver_scanner_gone, 1);
     EXPECT_EQ(device().open("elsewhere", 0), 9005);
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_OpenDevice", 4)));
     EXPECT_EQ(device().open(first_scanner, 0), 0);
@@ -146,7 +146,7 @@ TEST_F(Lifecycle_test, opening_a_second_scanner_moves_the_callback_to_it)
 TEST_F(Lifecycle_test, reset_resets_the_scanner_whatever_the_handle)
 {
     open_device();
-    brenvozulta_sim_fail("QXDR_ResetDevice", 0, 2);  // accepted, without the restart
+    brenvozulta_sim_fail("QXDR_ResetDevice", driver_ok, 2);  // accepted, without the restart
     EXPECT_EQ(device().reset(0), 0);
     EXPECT_EQ(device().reset(0xFFFFFFFF), 0);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_ResetDevice"), scanner_call("QXDR_ResetDevice")));
@@ -168,7 +168,7 @@ TEST_F(Lifecycle_test, reset_leaves_a_running_video_untouched)
     running_device();
     auto buffer = image_of(0);
     ASSERT_EQ(device().submit_video_request(buffer.data(), 7), 0);
-    brenvozulta_sim_fail("QXDR_ResetDevice", 0, 1);
+    brenvozulta_sim_fail("QXDR_ResetDevice", driver_ok, 1);
 
     EXPECT_EQ(device().reset(0), 0);
 

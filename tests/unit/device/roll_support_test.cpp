@@ -62,7 +62,7 @@ TEST_F(Roll_support_test, a_driver_that_succeeds_without_a_description_has_no_ro
 {
     open_device();
     ASSERT_TRUE(probe_of(std::string(100, 'a') + "1608x1000"));
-    brenvozulta_sim_fail("QXDR_GetCaptureConfig", 0, 1);
+    brenvozulta_sim_fail("QXDR_GetCaptureConfig", driver_ok, 1);
     EXPECT_FALSE(probe_roll_config(device().driver_handle()));
 }
 

@@ -45,7 +45,7 @@ TEST_F(Close_device_test, a_second_close_is_9108)
 TEST_F(Close_device_test, a_close_that_fails_is_still_0_and_removes_the_entry)
 {
     open_scanners(1);
-    brenvozulta_sim_fail("QXDR_CloseDevice", 10, 1);
+    brenvozulta_sim_fail("QXDR_CloseDevice", driver_bad_handle, 1);
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 10 \n", "close_device:    Error=9108\r\n"));
     EXPECT_EQ(access::open_devices().size(), 0U);
@@ -115,7 +115,7 @@ TEST_F(Close_device_test, takes_the_close_mutex_inside_the_manager_lock)
 TEST_F(Close_device_test, does_not_stop_a_running_video)
 {
     open_scanners(1);
-    brenvozulta_sim_set_idle_stop_result(19);
+    brenvozulta_sim_set_idle_stop_result(driver_wrong_state);
     ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);

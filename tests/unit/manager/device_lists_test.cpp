@@ -182,7 +182,7 @@ TEST_F(Device_lists_test, driver_count_of_0_or_less_is_9000)
 TEST_F(Device_lists_test, count_untouched_by_a_driver_that_succeeds_is_9000)
 {
     initialize();
-    brenvozulta_sim_fail("QXDR_GetDevicesList", 0, 1);
+    brenvozulta_sim_fail("QXDR_GetDevicesList", driver_ok, 1);
     count = 3;
     EXPECT_EQ(list(), VYRA_INTERNAL);
     EXPECT_THAT(take_log(), ElementsAre(driver_failed(0), helper_failed("get_device_list")));

@@ -16,7 +16,8 @@ protected:
     void SetUp() override
     {
         Manager_test::SetUp();
-        brenvozulta_sim_set_idle_stop_result(19);  // a start then finds nothing to stop, and does not pause
+        brenvozulta_sim_set_idle_stop_result(
+            driver_wrong_state);  // a start then finds nothing to stop, and does not pause
     }
 };
 
@@ -168,8 +169,8 @@ TEST_F(Dispatch_test, arguments_reach_the_driver_unchanged)
 {
     open_scanners(1);
     std::vector<unsigned char> bytes(4096);
-    brenvozulta_sim_fail("QXDR_GetSnapshotAcquisition", 0, 1);
-    brenvozulta_sim_fail("QXDR_UpdateFirmware", 9, 1);
+    brenvozulta_sim_fail("QXDR_GetSnapshotAcquisition", driver_ok, 1);
+    brenvozulta_sim_fail("QXDR_UpdateFirmware", driver_timeout, 1);
     EXPECT_EQ(VyraBrenvoZultaGetSnapshotAcquisition(0, bytes.data(), 1, 0x80000002, 0xFFFFFFFF), VYRA_OK);
     EXPECT_EQ(VyraBrenvoZultaReadGlobalParam(0, bytes.data() + 1, 77), VYRA_OK);
     EXPECT_EQ(VyraPutMemory(0, bytes.data() + 2, 4000), VYRA_DEVICE_TIMEOUT);

@@ -71,7 +71,7 @@ TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle
 
 TEST_F(Driver_liberties_test, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
 {
-    brenvozulta_sim_set_reopen_result(19);
+    brenvozulta_sim_set_reopen_result(driver_wrong_state);
     open_scanners(2);
     ASSERT_EQ(VyraCloseDevice_N(0), VYRA_OK);
     ASSERT_EQ(open(scanner_1), 1U) << "it displaces the second scanner, which stays open in the driver";
@@ -89,7 +89,7 @@ TEST_F(Driver_liberties_test, a_scanner_that_stayed_open_in_the_driver_is_refuse
 
 TEST_F(Driver_liberties_test, a_second_initialize_releases_the_driver_first)
 {
-    brenvozulta_sim_set_reinitialize_result(2);
+    brenvozulta_sim_set_reinitialize_result(driver_refused);
     initialize();
     initialize();
     EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));

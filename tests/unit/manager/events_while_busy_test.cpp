@@ -17,7 +17,7 @@ protected:
     void start_video()
     {
         open_scanners(1);
-        brenvozulta_sim_set_idle_stop_result(19);
+        brenvozulta_sim_set_idle_stop_result(driver_wrong_state);
         ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
     }
     // An image for which no request is queued: its callback waits.

@@ -252,7 +252,7 @@ TEST_F(Get_status_test, terminate_that_does_not_release_the_driver_releases_the_
     Status_waiter waiter_1(1);
     Status_waiter other_1(1);
     ASSERT_TRUE(waiters_inside(0, 1) && waiters_inside(1, 2));
-    brenvozulta_sim_fail("QXDR_Release", 16, 1);
+    brenvozulta_sim_fail("QXDR_Release", driver_internal, 1);
     EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
     EXPECT_EQ(waiter_0.result(), VYRA_OK);
     EXPECT_EQ(waiter_1.result(), VYRA_OK);

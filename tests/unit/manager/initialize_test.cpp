@@ -110,7 +110,7 @@ TEST_F(Initialize_test, second_initialize_goes_on_when_the_driver_is_not_release
 {
     initialize();
     brenvozulta_sim_clear_calls();
-    brenvozulta_sim_fail("QXDR_Release", 16, 1);
+    brenvozulta_sim_fail("QXDR_Release", driver_internal, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_Release", bring_up[0], bring_up[1], bring_up[2]}));
     EXPECT_THAT(take_log(), ElementsAre("initialize:    clear current initialized api before the initialize\r\n",
@@ -153,7 +153,7 @@ TEST_F(Initialize_test, count_that_result_5_left_untouched_lists_empty_entries)
 
 TEST_F(Initialize_test, failed_enumeration_leaves_it_initialized_without_events)
 {
-    brenvozulta_sim_fail("QXDR_GetDevicesList", 2, 1);
+    brenvozulta_sim_fail("QXDR_GetDevicesList", driver_refused, 1);
     ASSERT_EQ(VyraInitialize_N(host_callback, 3, 0), VYRA_INTERNAL);
     EXPECT_THAT(take_log(), ElementsAre(enumeration_failed(2)));
     EXPECT_TRUE(access::initialized());
@@ -199,7 +199,7 @@ TEST_F(Initialize_test, offers_the_driver_room_for_8_entries)
 
 TEST_F(Initialize_test, refused_listener_is_a_warning_only)
 {
-    brenvozulta_sim_fail("QXDR_SetListenerCallbackHotPlug", 19, 1);
+    brenvozulta_sim_fail("QXDR_SetListenerCallbackHotPlug", driver_wrong_state, 1);
     EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), VYRA_OK);
     EXPECT_THAT(take_log(), ElementsAre("--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = 19 \n"));
     EXPECT_NE(wait_for_window(), nullptr);

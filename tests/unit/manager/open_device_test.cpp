@@ -144,7 +144,7 @@ TEST_F(Open_device_test, failed_open_leaves_no_handle_and_no_entry)
 {
     initialize();
     brenvozulta_sim_clear_calls();
-    brenvozulta_sim_fail("QXDR_OpenDevice", 9, 1);
+    brenvozulta_sim_fail("QXDR_OpenDevice", driver_timeout, 1);
     EXPECT_EQ(try_to_open(scanner_1), VYRA_DEVICE_TIMEOUT);
     EXPECT_EQ(handle, VYRA_NO_HANDLE);
     EXPECT_EQ(access::open_devices().size(), 0U);
@@ -158,7 +158,7 @@ TEST_F(Open_device_test, refused_callback_fails_and_leaves_the_scanner_open_in_t
 {
     initialize();
     brenvozulta_sim_clear_calls();
-    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", 2, 1);
+    brenvozulta_sim_fail("QXDR_SetCallbackAcquisition", driver_refused, 1);
     EXPECT_EQ(try_to_open(scanner_1), VYRA_DRIVER_REFUSED);
     EXPECT_EQ(handle, VYRA_NO_HANDLE);
     EXPECT_EQ(access::open_devices().size(), 0U);

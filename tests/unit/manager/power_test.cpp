@@ -105,7 +105,7 @@ TEST_F(Power_test, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_stat
 TEST_F(Power_test, resume_restarts_nothing)
 {
     open_scanners(1);
-    brenvozulta_sim_set_idle_stop_result(19);
+    brenvozulta_sim_set_idle_stop_result(driver_wrong_state);
     ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
     brenvozulta_sim_clear_calls();
     access::manager().ManagePowerEvent(true);
@@ -187,7 +187,7 @@ TEST_F(Power_test, broadcasts_still_reach_a_manager_whose_driver_was_not_release
 {
     initialize();
     ASSERT_NE(wait_for_window(), nullptr);
-    brenvozulta_sim_fail("QXDR_Release", 16, 1);
+    brenvozulta_sim_fail("QXDR_Release", driver_internal, 1);
     EXPECT_EQ(VyraTerminate(), VYRA_INTERNAL);
     EXPECT_THAT(take_log(), ElementsAre(error_line("terminate", 9000)));
     send_power_event(PBT_APMSUSPEND);

@@ -106,7 +106,7 @@ TEST_F(Reset_device_test, unplug_during_the_wait_takes_the_detection_back)
 TEST_F(Reset_device_test, refusal_of_the_driver_is_returned_at_once_and_not_logged_again)
 {
     open_scanners(1);
-    brenvozulta_sim_fail("QXDR_ResetDevice", 9, 1);
+    brenvozulta_sim_fail("QXDR_ResetDevice", driver_timeout, 1);
     EXPECT_EQ(VyraBusReset_N(0), VYRA_DEVICE_TIMEOUT);
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_ResetDevice ret = 9 \n"));
 }

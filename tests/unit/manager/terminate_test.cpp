@@ -171,7 +171,7 @@ TEST_F(Terminate_test, a_second_cycle_works_like_the_first)
 TEST_F(Terminate_test, a_close_that_fails_does_not_stop_it)
 {
     open_scanners(1);
-    brenvozulta_sim_fail("QXDR_CloseDevice", 9, 1);
+    brenvozulta_sim_fail("QXDR_CloseDevice", driver_timeout, 1);
     EXPECT_EQ(VyraTerminate(), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_CloseDevice", "QXDR_Release"}));
     EXPECT_THAT(take_log(), ElementsAre("--Error : QXDR_CloseDevice ret = 9 \n", "close_device:    Error=9016\r\n"));

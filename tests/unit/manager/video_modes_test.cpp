@@ -12,7 +12,7 @@ protected:
     {
         Manager_test::SetUp();
         open_scanners(1);
-        brenvozulta_sim_set_idle_stop_result(19);
+        brenvozulta_sim_set_idle_stop_result(driver_wrong_state);
     }
 
     // The configuration that a mode selects in the driver, 0 for a mode that is refused.
