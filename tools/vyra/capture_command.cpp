@@ -9,6 +9,7 @@
 #include "failure.h"
 #include "files.h"
 #include "image_size.h"
+#include "option_values.h"
 #include "output.h"
 
 namespace vyra_tool {
@@ -120,14 +121,14 @@ void add_capture(CLI::App& app, Command_line& line)
     CLI::App* command = add_scanner_command(app, line, "capture", "Capture images as PNG files", capture_guide);
     command->add_flag("--roll", options->roll, "Capture rolled fingers instead of flat ones");
     command->add_option("--frames", options->frames, "How many images; 0 goes on until Ctrl-C (1 without it)")
-        ->check(CLI::NonNegativeNumber)
+        ->check(whole_number())
         ->option_text("N");
     command->add_option("--out", options->directory, "The directory for the images, created when needed (. without it)")
         ->option_text("DIR");
     command->add_option("--size", options->size, "The size of the images in pixels, when it is not the usual one")
         ->option_text("WxH");
     command->add_option("--timeout", options->timeout, "How long to wait for an image (10 without it)")
-        ->check(CLI::Range(0.1, 86400.0))
+        ->check(number(0.1, 86400))
         ->option_text("SECONDS");
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { capture(common, *options, output); };

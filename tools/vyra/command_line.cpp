@@ -1,20 +1,22 @@
 #include "command_line.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <sstream>
 
 #include "failure.h"
+#include "option_values.h"
 #include "output.h"
 #include "run.h"
 #include "session.h"
+#include "usage.h"
 
 namespace vyra_tool {
 namespace {
 
 constexpr int success = 0;
 constexpr int failed = 1;
-constexpr int wrong_usage = 2;
 
 const char* const description =
     "Drives a fingerprint scanner through vyrabrenvozulta.dll: lists scanners, captures\n"
@@ -29,10 +31,18 @@ const char* const first_steps =
 Results go to the standard output, progress and errors to the standard error.
 
 Exit codes:
-  0  success
-  1  the scanner, the library or a file failed; the message says what failed, the
-     library's code with its text, and what to try
-  2  wrong usage)";
+  0  done
+  1  the scanner or the library failed
+  2  wrong usage: nothing was touched
+  3  no such scanner is attached
+  4  the scanner went away
+  5  a file could not be read or written
+  6  a DLL is missing or does not fit
+A message says what failed, the library's code with its text, and what to try.)";
+
+const char* const exit_codes =
+    "\n\nExit codes: 0 done, 1 scanner or library failed, 2 wrong usage, 3 no such scanner,\n"
+    "4 scanner went away, 5 file, 6 DLL.";
 
 void describe(CLI::App& app, Command_line& line)
 {
@@ -40,7 +50,10 @@ void describe(CLI::App& app, Command_line& line)
     app.allow_windows_style_options(false);  // a path that begins with a slash is a path
     app.set_version_flag("--version", "vyra " VYRA_VERSION_TEXT, "Print the tool's version and exit");
     app.footer(first_steps);
-    app.require_subcommand(0, 1);  // none is answered below, with their names
+    app.require_subcommand(0, 1);  // none is answered below
+    app.allow_extras();            // check_usage() answers them
+    app.add_flag("--json", "Print JSON, errors too; every command has it as well");
+    add_help(app, line);
     add_list(app, line);
     add_capture(app, line);
     add_info(app, line);
@@ -57,39 +70,41 @@ void describe(CLI::App& app, Command_line& line)
     add_selftest(app, line);
 }
 
-// Prints what the parser has to say: the help that was asked for as a result, everything else as an error.
-int answer(const CLI::App& app, const CLI::ParseError& error, std::FILE* results)
+// Whether --json stands among the arguments: known before they are parsed, so that an error in them is JSON too.
+bool ask_for_json(const std::vector<std::string>& arguments)
 {
-    std::ostringstream help;
-    std::ostringstream message;
-    const int code = app.exit(error, help, message);
-    std::fputs(help.str().c_str(), results);
-    std::fflush(results);
-    if (code == success) {
-        return success;
-    }
-    std::string text = message.str();
-    Output::note(text.substr(0, text.find_last_not_of('\n') + 1));
-    return wrong_usage;
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    return std::find(arguments.begin(), end, "--json") != end;
 }
 
-int perform(const Command_line& line, Output& output)
+// Leaves the command's action in line; there is none when the help was asked for, which is then printed.
+void parse(CLI::App& app, const std::vector<std::string>& arguments, Output& output)
 {
     try {
-        line.action(line.common, output);
-        return success;
-    } catch (const Wrong_usage& error) {
-        Output::note(error.what());
-        return wrong_usage;
-    } catch (const Failure& failure) {
-        output.failure(failure);
-        return static_cast<int>(failure.cause());
-    } catch (const std::bad_alloc&) {
-        output.failure(Failure("out of memory", "close other programs and try again"));
-    } catch (const std::exception& error) {
-        output.failure(Failure(error.what(), "report it as a fault of this tool"));
+        // The parser takes the arguments from the back.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::Success& success) {
+        std::ostringstream text;
+        app.exit(success, text, text);
+        output.lines(text.str());
+        throw;
+    } catch (const CLI::ParseError& error) {
+        throw explained(app, error);
     }
-    return failed;
+    check_usage(app);
+}
+
+void perform(CLI::App& app, const Command_line& line, const std::vector<std::string>& arguments, Output& output)
+{
+    parse(app, arguments, output);
+    if (!line.action) {
+        throw Wrong_usage("name a command, for instance \"vyra list\"", "vyra --help, which explains them all");
+    }
+    try {
+        line.action(line.common, output);
+    } catch (const Wrong_usage& wrong) {
+        throw wrong.advice().empty() ? Wrong_usage(wrong.what(), help_call(app)) : wrong;
+    }
 }
 
 }  // namespace
@@ -98,7 +113,7 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
                       const std::string& guide)
 {
     CLI::App* command = app.add_subcommand(name, summary);
-    command->add_flag("--json", line.common.json, "Print JSON: one object, or one a line for a command that goes on");
+    command->add_flag("--json", "Print JSON: one object, or one a line for a command that goes on");
     command
         ->add_option_function<std::string>(
             "--log",
@@ -107,9 +122,9 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
             },
             "What the library writes to its own log (vyrabrenvozulta.log in the machine's\n"
             "application data): off, trace (tracing alone) or all (errors and events too)")
-        ->check(CLI::IsMember({"off", "trace", "all"}))
+        ->check(one_of({"off", "trace", "all"}))
         ->option_text("LEVEL");
-    command->footer(guide + "\n\nExit codes: 0 success, 1 scanner, library or file failure, 2 wrong usage.");
+    command->footer(guide + exit_codes);
     return command;
 }
 
@@ -124,23 +139,36 @@ CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::stri
     return command;
 }
 
+void add_help(CLI::App& app, Command_line& line)
+{
+    auto wanted = std::make_shared<std::string>();
+    CLI::App* command = app.add_subcommand("help", "Explain a command, or all of them");
+    command->add_option("command", *wanted, "The command to explain")->option_text("COMMAND");
+    command->callback([&app, &line, wanted] {
+        line.action = [&app, wanted](const Common_options&, Output& output) { output.lines(help_of(app, *wanted)); };
+    });
+}
+
 int run(const std::vector<std::string>& arguments, std::FILE* results)
 {
     CLI::App app{description};
     Command_line line;
     describe(app, line);
+    Output output(results, ask_for_json(arguments));
     try {
-        // The parser takes the arguments from the back.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::ParseError& error) {
-        return answer(app, error, results);
+        perform(app, line, arguments, output);
+        return success;
+    } catch (const CLI::Success&) {
+        return success;
+    } catch (const Failure& failure) {
+        output.failure(failure);
+        return static_cast<int>(failure.cause());
+    } catch (const std::bad_alloc&) {
+        output.failure(Failure("out of memory", "close other programs and try again"));
+    } catch (const std::exception& error) {
+        output.failure(Failure(error.what(), "report it as a fault of this tool"));
     }
-    if (!line.action) {
-        Output::note("name a command, for instance \"vyra list\"; \"vyra --help\" explains them all");
-        return wrong_usage;
-    }
-    Output output(results, line.common.json);
-    return perform(line, output);
+    return failed;
 }
 
 }  // namespace vyra_tool

@@ -12,7 +12,6 @@ namespace vyra_tool {
 class Output;
 
 struct Common_options {
-    bool json = false;
     std::string scanner;  // empty: the first one
     std::uint32_t log_level = 0;
 };
@@ -33,6 +32,7 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
 CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
                               const std::string& guide);
 
+void add_help(CLI::App& app, Command_line& line);
 void add_list(CLI::App& app, Command_line& line);
 void add_capture(CLI::App& app, Command_line& line);
 void add_info(CLI::App& app, Command_line& line);

@@ -8,6 +8,7 @@
 #include "failure.h"
 #include "files.h"
 #include "image_size.h"
+#include "option_values.h"
 #include "output.h"
 #include "session.h"
 
@@ -135,7 +136,7 @@ void add_snapshot(CLI::App& app, Command_line& line)
     command
         ->add_option("--values", options->values, "The driver's three values (without it, the width, the height and 0)")
         ->expected(3)
-        ->check(CLI::NonNegativeNumber)
+        ->check(whole_number(0, 0xFFFFFFFF))
         ->option_text("A B C");
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { snapshot(common, *options, output); };

@@ -3,8 +3,34 @@
 #include <utility>
 
 #include "status_text.h"
+#include "vyra/status.h"
 
 namespace vyra_tool {
+
+const char* name_of(Cause cause)
+{
+    switch (cause) {
+        case Cause::scanner_or_library:
+            return "scanner_or_library";
+        case Cause::wrong_usage:
+            return "wrong_usage";
+        case Cause::no_such_scanner:
+            return "no_such_scanner";
+        case Cause::scanner_gone:
+            return "scanner_gone";
+        case Cause::file:
+            return "file";
+        case Cause::dll:
+            return "dll";
+    }
+    return "";
+}
+
+Failure::Failure(const std::string& what, int code, std::string advice)
+    : Failure(what, code, std::move(advice),
+              code == VYRA_DEVICE_UNAVAIL ? Cause::scanner_gone : Cause::scanner_or_library)
+{
+}
 
 Failure::Failure(const std::string& what, int code, std::string advice, Cause cause)
     : std::runtime_error(what),

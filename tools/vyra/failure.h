@@ -4,22 +4,29 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace vyra_tool {
 
-// By what a script tells failures apart. The values are the tool's exit codes; 2 is wrong usage.
+// By what a script tells failures apart. The values are the tool's exit codes.
 enum class Cause {
     scanner_or_library = 1,
+    wrong_usage = 2,
     no_such_scanner = 3,
     scanner_gone = 4,
     file = 5,
     dll = 6,
 };
 
+// As JSON has it: "no_such_scanner".
+const char* name_of(Cause cause);
+
 class Failure : public std::runtime_error {
 public:
-    // The library answered code while the tool tried to do what; without advice the code's own stands.
-    Failure(const std::string& what, int code, std::string advice = {}, Cause cause = Cause::scanner_or_library);
+    // The library answered code while the tool tried to do what; without advice the code's own stands, and without a
+    // cause 9005 says that the scanner is gone.
+    Failure(const std::string& what, int code, std::string advice = {});
+    Failure(const std::string& what, int code, std::string advice, Cause cause);
     // Something failed outside the library.
     Failure(const std::string& what, std::string advice, Cause cause = Cause::scanner_or_library);
 
@@ -33,10 +40,14 @@ private:
     Cause cause_;
 };
 
-// A value on the command line that only the command itself can judge: exit code 2.
-class Wrong_usage : public std::runtime_error {
+// Something on the command line that makes no sense: nothing was touched.
+class Wrong_usage : public Failure {
 public:
-    using std::runtime_error::runtime_error;
+    // Without advice the command's help is named.
+    explicit Wrong_usage(const std::string& what, std::string advice = {})
+        : Failure(what, std::move(advice), Cause::wrong_usage)
+    {
+    }
 };
 
 // Throws a Failure "cannot WHAT" unless status is 0.

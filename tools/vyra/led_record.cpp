@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <set>
 
 #include "failure.h"
 
@@ -46,6 +47,7 @@ DevUI led_record(const std::string& group_name, const std::vector<std::string>& 
     const Group& group = group_called(group_name);
     DevUI record{};
     switch_of(record, group) = 1;
+    std::set<std::string> named;
     for (const std::string& setting : settings) {
         const std::size_t equals = setting.find('=');
         if (equals == std::string::npos) {
@@ -55,6 +57,9 @@ DevUI led_record(const std::string& group_name, const std::vector<std::string>& 
         if (position.size() != 1 || position[0] < '1' || std::size_t(position[0] - '0') > group.positions) {
             throw Wrong_usage("group " + group_name + " has no position \"" + position + "\": its positions are 1 to " +
                               std::to_string(group.positions));
+        }
+        if (!named.insert(position).second) {
+            throw Wrong_usage("position " + position + " is named twice");
         }
         const std::string state = setting.substr(equals + 1);
         const auto* found = std::find(std::begin(states), std::end(states), state);

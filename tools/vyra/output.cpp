@@ -1,6 +1,7 @@
 #include "output.h"
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "failure.h"
 #include "platform.h"
@@ -48,6 +49,14 @@ void Output::line(const std::string& text)
     }
 }
 
+void Output::lines(const std::string& text)
+{
+    std::istringstream stream(text);
+    for (std::string each; std::getline(stream, each);) {
+        line(each);
+    }
+}
+
 void Output::object(const nlohmann::ordered_json& value)
 {
     line(serialized(value));
@@ -65,9 +74,12 @@ void Output::failure(const Failure& failure) const
         nlohmann::ordered_json error = {{"message", failure.what()}};
         if (failure.code()) {
             const Status_text text = status_text(*failure.code());
-            error.update({{"code", *failure.code()}, {"name", text.name}, {"text", text.meaning}});
+            error.update(
+                {{"code", *failure.code()}, {"name", text.name}, {"text", text.meaning}, {"retry", text.retry}});
         }
-        error["try"] = failure.advice();
+        error.update({{"try", failure.advice()},
+                      {"exit_code", static_cast<int>(failure.cause())},
+                      {"cause", name_of(failure.cause())}});
         std::fprintf(stderr, "%s\n", serialized({{"error", error}}).c_str());
         return;
     }

@@ -18,6 +18,8 @@ public:
 
     // A line of result, on its way to the reader when this returns. Throws a Failure when it cannot be written.
     void line(const std::string& text);
+    // The same for a text of several lines.
+    void lines(const std::string& text);
     void object(const nlohmann::ordered_json& value);
 
     // Says something to the person at the terminal that is no result.

@@ -51,10 +51,12 @@ std::vector<std::string> Library::scanners() const
 {
     std::array<DeviceListRecord, VYRA_MAX_SCANNERS> records{};
     std::uint32_t count = VYRA_MAX_SCANNERS;
-    if (const int status = VyraGetDeviceList_N(&count, records.data()); status != 0) {
-        throw Failure(
-            "no scanner found", status,
-            "attach a scanner; if one is attached, check its cable and its driver, and run again with --log all");
+    if (const int status = VyraGetDeviceList_N(&count, records.data()); status == VYRA_INTERNAL) {
+        throw Failure("no scanner found", status,
+                      "attach a scanner; if one is attached, check its cable and its driver (vyra doctor)",
+                      Cause::no_such_scanner);
+    } else {
+        check(status, "list the attached scanners");
     }
     std::vector<std::string> names;
     for (std::uint32_t i = 0; i < count; ++i) {
@@ -74,7 +76,7 @@ std::string Library::choose(const std::string& wanted) const
         }
         if (found == names.end()) {
             throw Failure("no scanner called \"" + wanted + "\" is attached", VYRA_DEVICE_UNAVAIL,
-                          "choose one of " + joined(names));
+                          "choose one of " + joined(names), Cause::no_such_scanner);
         }
         return *found;
     }
@@ -103,7 +105,12 @@ void Scanner::reopen()
 
 void Scanner::open()
 {
-    check(VyraOpenDevice(name_.c_str(), &handle_), "open the scanner \"" + name_ + "\"");
+    const int status = VyraOpenDevice(name_.c_str(), &handle_);
+    if (status == VYRA_DRIVER_REFUSED) {
+        throw Failure("cannot open the scanner \"" + name_ + "\"", status,
+                      "close every other program that uses the scanner and try again");
+    }
+    check(status, "open the scanner \"" + name_ + "\"");
 }
 
 void Scanner::close()

@@ -8,6 +8,7 @@
 #include "command_line.h"
 #include "failure.h"
 #include "interrupt.h"
+#include "option_values.h"
 #include "output.h"
 #include "session.h"
 #include "status_text.h"
@@ -89,7 +90,7 @@ void add_status(CLI::App& app, Command_line& line)
         add_scanner_command(app, line, "status", "Wait for the next change of a scanner's state", status_guide);
     command->add_option("--timeout", options->timeout, "How long to wait at most; 0, as without it: until Ctrl-C")
         ->option_text("SECONDS")
-        ->check(CLI::Range(0.0, 86400.0));
+        ->check(number(0, 86400));
     command->callback([&line, options] {
         line.action = [options](const Common_options& common, Output& output) { status(common, *options, output); };
     });

@@ -1,4 +1,5 @@
-// What the library's status codes mean to a person, and what to try.
+// What the library's status codes mean to a person, and what to try: the texts of vyra/status_text.h, with what the
+// tool itself offers.
 #pragma once
 
 #include <string>
@@ -9,6 +10,7 @@ struct Status_text {
     std::string name;  // "VYRA_DEVICE_UNAVAIL", or "driver result 7" for a result the library hands through
     std::string meaning;
     std::string advice;  // what to try
+    std::string retry;   // whether the same command can succeed: "never", "soon", or "after" what the advice says
 };
 
 Status_text status_text(int code);

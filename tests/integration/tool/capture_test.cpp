@@ -41,12 +41,12 @@ protected:
     }
 
     // Captures and expects a failure whose message holds all of these.
-    void expect_failure(std::vector<std::string> arguments, const std::vector<std::string>& message)
+    void expect_failure(std::vector<std::string> arguments, const std::vector<std::string>& message, int code = 1)
     {
         use_scenario(scenario_);
         arguments.insert(arguments.begin(), {"capture", "--out", path("images")});
         const Result result = run(arguments);
-        EXPECT_EQ(result.code, 1);
+        EXPECT_EQ(result.code, code);
         for (const std::string& part : message) {
             EXPECT_THAT(result.err, HasSubstr(part));
         }
@@ -164,7 +164,7 @@ TEST_F(Capture_test, a_scanner_that_sends_nothing_is_a_failure_after_the_timeout
 
 TEST_F(Capture_test, an_unknown_scanner_is_a_failure)
 {
-    expect_failure({"--scanner", "Middle"}, {"no scanner called \"Middle\"", "9005", "\"RQ7-3050 #1\""});
+    expect_failure({"--scanner", "Middle"}, {"no scanner called \"Middle\"", "9005", "\"RQ7-3050 #1\""}, 3);
 }
 
 TEST_F(Capture_test, a_scanner_unplugged_during_the_capture_is_a_failure)
@@ -172,7 +172,7 @@ TEST_F(Capture_test, a_scanner_unplugged_during_the_capture_is_a_failure)
     scenario_["timeline"] = {
         {{"after_call", {{"function", "QXDR_StartCapture"}}}, {"at_ms", 100}, {"unplug", "RQ7-3050 #1"}}};
     expect_failure({"--frames", "0"},
-                   {"the scanner \"RQ7-3050 #1\" was unplugged during the capture: 9005 VYRA_DEVICE_UNAVAIL"});
+                   {"the scanner \"RQ7-3050 #1\" was unplugged during the capture: 9005 VYRA_DEVICE_UNAVAIL"}, 4);
 }
 
 }  // namespace

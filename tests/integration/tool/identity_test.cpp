@@ -83,7 +83,7 @@ TEST_F(Identity_test, without_a_scanner_every_command_fails_and_says_so)
         {"list"}, {"info"}, {"leds", "--off"}, {"beep", "0"}, {"capture", "--out", path("images")}};
     for (const auto& command : commands) {
         const Result result = run(command);
-        EXPECT_EQ(result.code, 1) << command[0];
+        EXPECT_EQ(result.code, 3) << command[0];
         EXPECT_THAT(result.out, IsEmpty());
         EXPECT_THAT(result.err,
                     AllOf(HasSubstr("no scanner found: 9000 VYRA_INTERNAL"), HasSubstr("try: attach a scanner")));
@@ -94,8 +94,11 @@ TEST_F(Identity_test, a_failure_as_json_names_code_text_and_advice)
 {
     use_scenario({{"scanners", Json::array()}});
     const Result result = run({"list", "--json"});
-    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.code, 3);
     const Json error = Json::parse(result.err)["error"];
+    EXPECT_EQ(error["exit_code"], 3);
+    EXPECT_EQ(error["cause"], "no_such_scanner");
+    EXPECT_EQ(error["retry"], "after");
     EXPECT_EQ(error["code"], 9000);
     EXPECT_EQ(error["name"], "VYRA_INTERNAL");
     EXPECT_EQ(error["message"], "no scanner found");
@@ -133,7 +136,7 @@ TEST_F(Identity_test, an_unknown_scanner_is_answered_with_the_attached_ones)
 {
     use_scenario(two_scanners);
     const Result result = run({"info", "--scanner", "Middle"});
-    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.code, 3);
     EXPECT_THAT(result.err, AllOf(HasSubstr("no scanner called \"Middle\" is attached: 9005 VYRA_DEVICE_UNAVAIL"),
                                   HasSubstr("choose one of \"Left\", \"Right\"")));
 }

@@ -56,4 +56,12 @@ Result run_in_process(const std::vector<std::string>& arguments)
     return Background_run(arguments).finish();
 }
 
+Result run_and_listen(const std::vector<std::string>& arguments)
+{
+    ::testing::internal::CaptureStderr();
+    Result result = run_in_process(arguments);
+    result.err = ::testing::internal::GetCapturedStderr();
+    return result;
+}
+
 }  // namespace tool_tests

@@ -39,5 +39,7 @@ private:
 };
 
 Result run_in_process(const std::vector<std::string>& arguments);
+// The same with what the tool says on standard error as well, for tests of which no other thread says anything there.
+Result run_and_listen(const std::vector<std::string>& arguments);
 
 }  // namespace tool_tests

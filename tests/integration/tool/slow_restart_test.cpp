@@ -12,7 +12,7 @@ TEST_F(Slow_restart_test, a_scanner_that_does_not_restart_is_a_failure)
 {
     const brenvozulta_sim_fault ignored{0, 0, BRENVOZULTA_SIM_ALWAYS, 0};
     ASSERT_EQ(brenvozulta_sim_set_fault("QXDR_ResetDevice", &ignored), 1);
-    EXPECT_EQ(run_in_process({"reset"}).code, 1);
+    EXPECT_EQ(run_in_process({"reset"}).code, 4);
 }
 
 TEST_F(Slow_restart_test, a_scanner_that_takes_longer_than_the_library_waits_is_waited_for)

@@ -87,7 +87,7 @@ TEST_F(Ways_out_test, a_pulled_cable)
 {
     const auto run = endless_capture();
     ASSERT_EQ(brenvozulta_sim_unplug(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
-    EXPECT_EQ(run->finish().code, 1);
+    EXPECT_EQ(run->finish().code, 4);
     expect_stopped_and_closed();
 }
 
