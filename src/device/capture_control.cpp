@@ -7,7 +7,6 @@
 #include "device/roll_probe.h"
 #include "device/stop_handshake.h"
 #include "device/video_extraction.h"
-#include "log/log.h"
 
 namespace kvs::brenvozulta {
 
@@ -30,8 +29,8 @@ std::int32_t brenvozulta_device::start_video(std::uint16_t config)
 
 std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8_t config)
 {
-    if (!is_open()) {
-        return refuse(operation, VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for(operation)) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     Stop_handshake::Promise fresh;  // before anything is begun that a lack of memory would leave half done
     frame_queue_->clear();
@@ -41,12 +40,12 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     }
     std::uint32_t result = QXDR_SelectCaptureConfig(scanner, config);
     if (result != 0) {
-        const std::int32_t status = driver_failure("QXDR_SelectCaptureConfig", result);
+        const std::int32_t status = driver_status("QXDR_SelectCaptureConfig", result);
         return result == driver_config_refused ? VYRA_CAPTURE_CONFIG : status;
     }
     result = QXDR_StartCapture(scanner);
     if (result != 0) {
-        return driver_failure("QXDR_StartCapture", result);
+        return driver_status("QXDR_StartCapture", result);
     }
     stop_handshake_->begin(*video_data_, boost::move(fresh));
     try {
@@ -65,8 +64,8 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
 
 std::int32_t brenvozulta_device::stop_video()
 {
-    if (!is_open()) {
-        return refuse("stop_video", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("stop_video")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     if (video_data_->video_state == VIDEO_RUNNING) {
         video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
@@ -78,7 +77,7 @@ std::int32_t brenvozulta_device::stop_video()
     }
     const std::uint32_t result = QXDR_StopCapture(device_data_->driver_handle);
     if (result != 0) {
-        return driver_failure("QXDR_StopCapture", result);
+        return driver_status("QXDR_StopCapture", result);
     }
     video_data_->video_state.exchange(VIDEO_STOPPED);
     frame_queue_->clear();

@@ -9,6 +9,7 @@
 #include "log/log.h"
 #include "log/log_exceptions.h"
 #include "status/error_text.h"
+#include "status/refusal.h"
 
 namespace kvs::brenvozulta {
 
@@ -46,14 +47,14 @@ std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*op
 
     std::uint32_t result = QXDR_OpenDevice(name.c_str(), &device_data_->driver_handle);
     if (result != 0) {
-        return driver_failure("QXDR_OpenDevice", result);
+        return driver_status("QXDR_OpenDevice", result);
     }
     // The driver may deliver as soon as it knows the callback. When it refuses the callback, the scanner stays open in
     // the driver, as hosts know it.
     attach_acquisition(this);
     result = QXDR_SetCallbackAcquisition(on_acquisition, this);
     if (result != 0) {
-        return driver_failure("QXDR_SetCallbackAcquisition", result);
+        return driver_status("QXDR_SetCallbackAcquisition", result);
     }
     QXDR_SetLeds(device_data_->driver_handle, 0, 0, 0, 0);  // a scanner that cannot is opened all the same
 
@@ -75,7 +76,7 @@ std::int32_t brenvozulta_device::close()
     }
     const std::uint32_t result = QXDR_CloseDevice(&device_data_->driver_handle);
     if (result != 0) {
-        return driver_failure("QXDR_CloseDevice", result);
+        return driver_status("QXDR_CloseDevice", result);
     }
     device_state_.exchange(DEVICE_CLOSED);
     frame_queue_->clear();
@@ -90,8 +91,7 @@ std::int32_t brenvozulta_device::reset(std::uint32_t /*handle*/)
         log_printf(log_errors, "reset:\t reset Error %d\r\n", static_cast<int>(address));
         return VYRA_SCN_UNAVAILABLE;
     }
-    const std::uint32_t result = QXDR_ResetDevice(device_data_->driver_handle);
-    return result == 0 ? VYRA_OK : driver_failure("QXDR_ResetDevice", result);
+    return driver_status("QXDR_ResetDevice", QXDR_ResetDevice(device_data_->driver_handle));
 }
 
 const std::string& brenvozulta_device::name() const
@@ -145,16 +145,21 @@ std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
     }
 }
 
-std::int32_t brenvozulta_device::driver_failure(const char* function, std::uint32_t result)
+std::int32_t brenvozulta_device::driver_status(const char* function, std::uint32_t result)
 {
-    log_printf(log_errors, "--Error : %s ret = %d \n", function, result);
+    if (result != 0) {
+        log_printf(log_errors, "--Error : %s ret = %d \n", function, result);
+    }
     return translate_driver_result(result);
 }
 
-std::int32_t brenvozulta_device::refuse(const char* operation, std::int32_t status)
+bool brenvozulta_device::is_open_for(const char* operation) const
 {
-    log_printf(log_errors, "%s:    Error=%d: %s\r\n", operation, status, vyra_error_text(status));
-    return status;
+    const bool open = is_open();
+    if (!open) {
+        refuse(operation, VYRA_SCN_UNAVAILABLE);
+    }
+    return open;
 }
 
 }  // namespace kvs::brenvozulta

@@ -90,9 +90,11 @@ public:
 
 private:
     bool is_open() const { return device_state_ == DEVICE_OPEN; }
+    // The guard of an operation that needs the scanner: when it is not open, the operation's line says so.
+    bool is_open_for(const char* operation) const;
     std::int32_t start_capture(const char* operation, std::uint8_t config);
-    static std::int32_t driver_failure(const char* function, std::uint32_t result);
-    static std::int32_t refuse(const char* operation, std::int32_t status);
+    // The status of a driver call, whose failure is logged.
+    static std::int32_t driver_status(const char* function, std::uint32_t result);
 
     boost::shared_ptr<Frame_queue> frame_queue_;
     boost::shared_ptr<Device_data> device_data_;

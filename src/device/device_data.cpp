@@ -6,6 +6,7 @@
 #include "device/device.h"
 #include "log/log.h"
 #include "status/error_text.h"
+#include "status/refusal.h"
 
 namespace kvs::brenvozulta {
 
@@ -26,41 +27,39 @@ std::int32_t resource_failure(const char* format, std::int32_t status)
 
 std::int32_t brenvozulta_device::get_global_param_size(std::uint32_t* size)
 {
-    if (!is_open()) {
-        return refuse("get_global_param_size", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_global_param_size")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
-    const std::uint32_t result = QXDR_GetContainerSize(device_data_->driver_handle, size);
-    return result == 0 ? VYRA_OK : driver_failure("QXDR_GetContainerSize", result);
+    return driver_status("QXDR_GetContainerSize", QXDR_GetContainerSize(device_data_->driver_handle, size));
 }
 
 std::int32_t brenvozulta_device::read_global_param(void* buffer, std::uint32_t size)
 {
-    if (!is_open()) {
-        return refuse("read_global_param", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("read_global_param")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
-    const std::uint32_t result = QXDR_ReadContainer(device_data_->driver_handle, buffer, size);
-    return result == 0 ? VYRA_OK : driver_failure("QXDR_ReadContainer", result);
+    return driver_status("QXDR_ReadContainer", QXDR_ReadContainer(device_data_->driver_handle, buffer, size));
 }
 
 std::int32_t brenvozulta_device::get_snapshot_acquisition(void* buffer, std::uint32_t a, std::uint32_t b,
                                                           std::uint32_t c)
 {
-    if (!is_open()) {
-        return refuse("get_snapshot_acquisition", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_snapshot_acquisition")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
-    const std::uint32_t result = QXDR_GetSnapshotAcquisition(device_data_->driver_handle, buffer, a, b, c);
-    return result == 0 ? VYRA_OK : driver_failure("QXDR_GetSnapshotAcquisition", result);
+    return driver_status("QXDR_GetSnapshotAcquisition",
+                         QXDR_GetSnapshotAcquisition(device_data_->driver_handle, buffer, a, b, c));
 }
 
 std::int32_t brenvozulta_device::read_filters(const void* /*a*/, const void* /*b*/, const void* /*c*/)
 {
-    return is_open() ? VYRA_OK : refuse("read_filters", VYRA_SCN_UNAVAILABLE);
+    return is_open_for("read_filters") ? VYRA_OK : VYRA_SCN_UNAVAILABLE;
 }
 
 std::int32_t brenvozulta_device::read_uniformity_buffers(void* buffer, std::int32_t size)
 {
-    if (!is_open()) {
-        return refuse("read_uniformity_buffers", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("read_uniformity_buffers")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     if (buffer == nullptr) {
         return refuse("read_uniformity_buffers", VYRA_BAD_PARAMETER);

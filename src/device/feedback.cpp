@@ -6,6 +6,7 @@
 #include "device/device.h"
 #include "log/log.h"
 #include "status/error_text.h"
+#include "status/refusal.h"
 
 namespace kvs::brenvozulta {
 
@@ -117,7 +118,7 @@ std::int32_t brenvozulta_device::set_buzzer(std::uint32_t pattern_number)
 
 std::int32_t brenvozulta_device::set_cmd_parameter(std::uint8_t /*parameter*/, std::uint32_t /*value*/)
 {
-    return is_open() ? VYRA_OK : refuse("set_cmd_parameter", VYRA_SCN_UNAVAILABLE);
+    return is_open_for("set_cmd_parameter") ? VYRA_OK : VYRA_SCN_UNAVAILABLE;
 }
 
 }  // namespace kvs::brenvozulta

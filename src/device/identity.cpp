@@ -58,8 +58,8 @@ void write_driver_info(DeviceInfo& record, const DriverDeviceInfo& info)
 
 std::int32_t brenvozulta_device::get_device_info(DeviceInfo* out)
 {
-    if (!is_open()) {
-        return refuse("get_device_info", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_device_info")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     *out = {};
     DriverDeviceInfo info = {};
@@ -74,8 +74,8 @@ std::int32_t brenvozulta_device::get_device_info(DeviceInfo* out)
 
 std::int32_t brenvozulta_device::get_device_capabilities(std::uint32_t index, VyraDeviceCapabilities* out)
 {
-    if (!is_open()) {
-        return refuse("get_device_capabilities", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_device_capabilities")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     if (index > last_capture_index) {
         log_printf(log_errors, "#DV# get_capabilities:\t Error:%d %s\r\n", VYRA_BAD_PARAMETER,
@@ -94,8 +94,8 @@ std::int32_t brenvozulta_device::get_device_capabilities(std::uint32_t index, Vy
 
 std::int32_t brenvozulta_device::get_port_type(std::uint32_t* out)
 {
-    if (!is_open()) {
-        return refuse("get_port_type", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_port_type")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     DriverDeviceInfo info = {};
     const std::uint32_t result = QXDR_GetDeviceInfo(device_data_->driver_handle, &info);
@@ -108,8 +108,8 @@ std::int32_t brenvozulta_device::get_port_type(std::uint32_t* out)
 
 std::int32_t brenvozulta_device::is_roll_supported(std::uint8_t* out)
 {
-    if (!is_open()) {
-        return refuse("is_roll_supported", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("is_roll_supported")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     *out = 0;
     if (probe_roll_config(device_data_->driver_handle)) {

@@ -2,14 +2,14 @@
 #include "device/device.h"
 #include "device/frame_queue.h"
 #include "log/log.h"
-#include "status/error_text.h"
+#include "status/refusal.h"
 
 namespace kvs::brenvozulta {
 
 std::int32_t brenvozulta_device::submit_video_request(void* buffer, std::uint64_t context)
 {
-    if (!is_open()) {
-        return refuse("submit_video_request", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("submit_video_request")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     if (video_data_->video_state != VIDEO_RUNNING) {
         return refuse("submit_video_request", VYRA_VIDEO_STOPPED);
@@ -28,8 +28,8 @@ std::int32_t brenvozulta_device::submit_video_request(void* buffer, std::uint64_
 std::int32_t brenvozulta_device::get_video_result(void** buffer_out, std::uint64_t* context_out)
 {
     *buffer_out = nullptr;
-    if (!is_open()) {
-        return refuse("get_video_result", VYRA_SCN_UNAVAILABLE);
+    if (!is_open_for("get_video_result")) {
+        return VYRA_SCN_UNAVAILABLE;
     }
     if (video_data_->video_state != VIDEO_RUNNING) {
         return refuse("get_video_result", VYRA_VIDEO_STOPPED);

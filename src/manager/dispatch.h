@@ -8,19 +8,13 @@
 #include "log/log_exceptions.h"
 #include "manager/manager.h"
 #include "status/error_text.h"
+#include "status/refusal.h"
 
 namespace kvs::brenvozulta {
 
 constexpr boost::chrono::milliseconds manager_lock_limit(5000);
 
 using manager_hold = tried_lock<recursive_timed_mutex>;
-
-// Logs the operation's error line and returns the status.
-inline std::int32_t refuse(const char* operation, std::int32_t status)
-{
-    log_printf(log_errors, "%s:    Error=%d: %s\r\n", operation, status, vyra_error_text(status));
-    return status;
-}
 
 // Lets no exception out: the host may be written in any language. Locks of the body are released by then.
 template <class Body>
@@ -55,7 +49,7 @@ inline std::int32_t brenvozulta_manager::ready(const char* operation) const
 // Runs an operation on the device that has the handle and keeps the device alive meanwhile. The device logs its own
 // failures.
 template <class Operation>
-std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t handle, bool log_missing_device,
+std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t handle, Missing_device missing,
                                             Operation run) noexcept
 {
     return locked(operation, [&]() REQUIRES(manager_lock_) -> std::int32_t {
@@ -69,7 +63,7 @@ std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t
         }
         const device_table::device_owner device = *entry;
         if (!device) {
-            return log_missing_device ? refuse(operation, VYRA_DEVICE_UNAVAIL) : VYRA_DEVICE_UNAVAIL;
+            return missing == Missing_device::logged ? refuse(operation, VYRA_DEVICE_UNAVAIL) : VYRA_DEVICE_UNAVAIL;
         }
         return run(*device);
     });

@@ -103,7 +103,7 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
 
 std::int32_t brenvozulta_manager::reset_device(std::uint32_t handle) noexcept
 {
-    return on_device("reset_device", handle, false, [&](brenvozulta_device& device) -> std::int32_t {
+    return on_device("reset_device", handle, Missing_device::silent, [&](brenvozulta_device& device) -> std::int32_t {
         device_detected_ = false;
         const std::int32_t status = device.reset(handle);
         if (status != VYRA_OK) {

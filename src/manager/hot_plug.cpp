@@ -44,7 +44,7 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
         // Read once: another thread's initialize exchanges it without the lock.
         if (const VyraDeviceEventCallback callback = device_event_callback_) {
             log_printf(log_tracing, "ManagePlugEvent event : sending plug callback for %s\r\n", name.c_str());
-            tell_host(callback, name.c_str(), true);
+            tell_host(callback, name.c_str(), Plug::in);
         }
     });
 }
@@ -66,7 +66,7 @@ void brenvozulta_manager::ManageUnplugEvent(void* driver_handle) noexcept
         if (const VyraDeviceEventCallback callback = device_event_callback_) {
             const std::string name = entry_name(*record);
             log_printf(log_tracing, "ManageUnplugEvent event : sending unplug callback for %s\r\n", name.c_str());
-            tell_host(callback, name.c_str(), false);
+            tell_host(callback, name.c_str(), Plug::out);
         }
         drop_detected(driver_handle);
     });
@@ -89,9 +89,9 @@ void brenvozulta_manager::drop_detected(void* driver_handle)
 
 // An exception of the host's callback ends here: the event is dealt with to its end, and the driver's thread never sees
 // it.
-void brenvozulta_manager::tell_host(VyraDeviceEventCallback callback, const char* name, bool plugged) noexcept
+void brenvozulta_manager::tell_host(VyraDeviceEventCallback callback, const char* name, Plug plug) noexcept
 {
-    log_exceptions([=] { callback(VYRA_EVENT_DEVICE, name, plugged ? 1 : 0); });
+    log_exceptions([=] { callback(VYRA_EVENT_DEVICE, name, static_cast<int>(plug)); });
 }
 
 }  // namespace kvs::brenvozulta

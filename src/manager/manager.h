@@ -82,14 +82,17 @@ public:
 private:
     friend struct manager_test_access;
 
+    // Whether a table entry without a device is logged: some operations always have, some never.
+    enum class Missing_device { logged, silent };
+    enum class Plug { out = 0, in = 1 };  // the numbers that the host is told
+
     // The frames in which the operations run (dispatch.h)
     template <class Body>
     static std::int32_t guarded(Body body) noexcept;
     template <class Body>
     std::int32_t locked(const char* operation, Body body) noexcept;
     template <class Operation>
-    std::int32_t on_device(const char* operation, std::uint32_t handle, bool log_missing_device,
-                           Operation run) noexcept;
+    std::int32_t on_device(const char* operation, std::uint32_t handle, Missing_device missing, Operation run) noexcept;
     template <class Body>
     void on_event(const char* event, Body body) noexcept;
     std::int32_t ready(const char* operation) const;
@@ -106,7 +109,7 @@ private:
     device_table::device_owner look_up(std::uint32_t handle) const NOT_ANALYSED;
     std::vector<DriverDeviceEntry>::iterator find_detected(void* driver_handle) REQUIRES(manager_lock_);
     void drop_detected(void* driver_handle) REQUIRES(manager_lock_);
-    static void tell_host(VyraDeviceEventCallback callback, const char* name, bool plugged) noexcept;
+    static void tell_host(VyraDeviceEventCallback callback, const char* name, Plug plug) noexcept;
 
     std::atomic<VyraDeviceEventCallback> device_event_callback_;
     std::vector<DriverDeviceEntry> detected_devices_ GUARDED_BY(manager_lock_);

@@ -6,10 +6,6 @@ namespace kvs::brenvozulta {
 
 namespace {
 
-// Whether a table entry without a device is logged: some operations always have, some never.
-constexpr bool logged = true;
-constexpr bool silent = false;
-
 constexpr std::uint32_t highest_video_mode = 18;
 
 // The capture configuration of a host's video mode; 0 for a mode that there is not.
@@ -26,23 +22,25 @@ std::uint8_t config_of_mode(std::uint32_t mode)
 std::int32_t brenvozulta_manager::get_device_capabilities(std::uint32_t handle, std::uint32_t index,
                                                           VyraDeviceCapabilities* record) noexcept
 {
-    return on_device("get_device_capabilities", handle, silent,
+    return on_device("get_device_capabilities", handle, Missing_device::silent,
                      [&](auto& device) { return device.get_device_capabilities(index, record); });
 }
 
 std::int32_t brenvozulta_manager::get_device_info(std::uint32_t handle, DeviceInfo* record) noexcept
 {
-    return on_device("get_device_info", handle, silent, [&](auto& device) { return device.get_device_info(record); });
+    return on_device("get_device_info", handle, Missing_device::silent,
+                     [&](auto& device) { return device.get_device_info(record); });
 }
 
 std::int32_t brenvozulta_manager::get_device_ui(std::uint32_t handle, DevUI* record) noexcept
 {
-    return on_device("get_device_ui", handle, silent, [&](auto& device) { return device.get_device_ui(record); });
+    return on_device("get_device_ui", handle, Missing_device::silent,
+                     [&](auto& device) { return device.get_device_ui(record); });
 }
 
 std::int32_t brenvozulta_manager::get_global_param_size(std::uint32_t handle, std::uint32_t* size) noexcept
 {
-    return on_device("get_global_param_size", handle, logged,
+    return on_device("get_global_param_size", handle, Missing_device::logged,
                      [&](auto& device) { return device.get_global_param_size(size); });
 }
 
@@ -51,75 +49,81 @@ std::int32_t brenvozulta_manager::get_port_type(std::uint32_t handle, std::uint3
     if (type == nullptr) {
         return refuse("get_port_type", VYRA_BAD_PARAMETER);
     }
-    return on_device("get_port_type", handle, silent, [&](auto& device) { return device.get_port_type(type); });
+    return on_device("get_port_type", handle, Missing_device::silent,
+                     [&](auto& device) { return device.get_port_type(type); });
 }
 
 std::int32_t brenvozulta_manager::get_snapshot_acquisition(std::uint32_t handle, void* buffer, std::uint32_t a,
                                                            std::uint32_t b, std::uint32_t c) noexcept
 {
-    return on_device("get_snapshot_acquisition", handle, logged,
+    return on_device("get_snapshot_acquisition", handle, Missing_device::logged,
                      [&](auto& device) { return device.get_snapshot_acquisition(buffer, a, b, c); });
 }
 
 std::int32_t brenvozulta_manager::get_video_result(std::uint32_t handle, void** buffer, std::uint64_t* context) noexcept
 {
-    return on_device("get_video_result", handle, silent,
+    return on_device("get_video_result", handle, Missing_device::silent,
                      [&](auto& device) { return device.get_video_result(buffer, context); });
 }
 
 std::int32_t brenvozulta_manager::is_roll_supported(std::uint32_t handle, std::uint8_t* flag) noexcept
 {
-    return on_device("is_roll_supported", handle, logged, [&](auto& device) { return device.is_roll_supported(flag); });
+    return on_device("is_roll_supported", handle, Missing_device::logged,
+                     [&](auto& device) { return device.is_roll_supported(flag); });
 }
 
 std::int32_t brenvozulta_manager::read_filters(std::uint32_t handle, const void* a, const void* b,
                                                const void* c) noexcept
 {
-    return on_device("read_filters", handle, logged, [&](auto& device) { return device.read_filters(a, b, c); });
+    return on_device("read_filters", handle, Missing_device::logged,
+                     [&](auto& device) { return device.read_filters(a, b, c); });
 }
 
 std::int32_t brenvozulta_manager::read_global_param(std::uint32_t handle, void* buffer, std::uint32_t size) noexcept
 {
-    return on_device("read_global_param", handle, logged,
+    return on_device("read_global_param", handle, Missing_device::logged,
                      [&](auto& device) { return device.read_global_param(buffer, size); });
 }
 
 std::int32_t brenvozulta_manager::read_uniformity_buffers(std::uint32_t handle, void* buffer,
                                                           std::int32_t size) noexcept
 {
-    return on_device("read_uniformity_buffers", handle, logged,
+    return on_device("read_uniformity_buffers", handle, Missing_device::logged,
                      [&](auto& device) { return device.read_uniformity_buffers(buffer, size); });
 }
 
 std::int32_t brenvozulta_manager::set_buzzer(std::uint32_t handle, std::uint32_t pattern) noexcept
 {
-    return on_device("set_buzzer", handle, logged, [&](auto& device) { return device.set_buzzer(pattern); });
+    return on_device("set_buzzer", handle, Missing_device::logged,
+                     [&](auto& device) { return device.set_buzzer(pattern); });
 }
 
 std::int32_t brenvozulta_manager::set_cmd_parameter(std::uint32_t handle, std::uint8_t id, std::uint32_t value) noexcept
 {
-    return on_device("set_cmd_parameter", handle, logged,
+    return on_device("set_cmd_parameter", handle, Missing_device::logged,
                      [&](auto& device) { return device.set_cmd_parameter(id, value); });
 }
 
 std::int32_t brenvozulta_manager::set_device_ui(std::uint32_t handle, const DevUI* record) noexcept
 {
-    return on_device("set_device_ui", handle, silent, [&](auto& device) { return device.set_device_ui(record); });
+    return on_device("set_device_ui", handle, Missing_device::silent,
+                     [&](auto& device) { return device.set_device_ui(record); });
 }
 
 std::int32_t brenvozulta_manager::set_ui_cb(std::uint32_t handle, VyraUICallback callback, void* context) noexcept
 {
-    return on_device("set_ui_cb", handle, logged, [&](auto& device) { return device.set_ui_cb(callback, context); });
+    return on_device("set_ui_cb", handle, Missing_device::logged,
+                     [&](auto& device) { return device.set_ui_cb(callback, context); });
 }
 
 std::int32_t brenvozulta_manager::start_camera(std::uint32_t handle) noexcept
 {
-    return on_device("start_video", handle, silent, [](auto& device) { return device.start_camera(); });
+    return on_device("start_video", handle, Missing_device::silent, [](auto& device) { return device.start_camera(); });
 }
 
 std::int32_t brenvozulta_manager::start_video(std::uint32_t handle, std::uint32_t mode) noexcept
 {
-    return on_device("start_video", handle, silent, [&](auto& device) -> std::int32_t {
+    return on_device("start_video", handle, Missing_device::silent, [&](auto& device) -> std::int32_t {
         const std::uint8_t config = config_of_mode(mode);
         return config == 0 ? VYRA_BAD_PARAMETER : device.start_video(config);
     });
@@ -127,13 +131,13 @@ std::int32_t brenvozulta_manager::start_video(std::uint32_t handle, std::uint32_
 
 std::int32_t brenvozulta_manager::stop_video(std::uint32_t handle) noexcept
 {
-    return on_device("stop_video", handle, silent, [](auto& device) { return device.stop_video(); });
+    return on_device("stop_video", handle, Missing_device::silent, [](auto& device) { return device.stop_video(); });
 }
 
 std::int32_t brenvozulta_manager::submit_video_request(std::uint32_t handle, void* buffer,
                                                        std::uint64_t context) noexcept
 {
-    return on_device("submit_video_request", handle, silent,
+    return on_device("submit_video_request", handle, Missing_device::silent,
                      [&](auto& device) { return device.submit_video_request(buffer, context); });
 }
 
@@ -150,7 +154,7 @@ std::int32_t brenvozulta_manager::update_firmware(std::uint32_t handle, const vo
                        vyra_error_text(VYRA_BAD_PARAMETER));
             return VYRA_BAD_PARAMETER;
         }
-        return on_device("update_firmware", handle, logged,
+        return on_device("update_firmware", handle, Missing_device::logged,
                          [&](auto& device) { return device.update_firmware(image, length); });
     });
 }

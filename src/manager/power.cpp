@@ -19,15 +19,11 @@ void print_line(const char* line)
 
 void power_handler(SysPowerEventType event)
 {
-    if (event == SysPowerSleep) {
-        log_printf(log_errors, "SET Vyrabrenvozulta IN HIBERNATE MODE\n");
-        get_manager()->ManagePowerEvent(true);
-        print_line("RQ7-3050 sleep\n");
-    } else {
-        log_printf(log_errors, "SET Vyrabrenvozulta IN RESUME MODE\n");
-        get_manager()->ManagePowerEvent(false);
-        print_line("RQ7-3050 resume\n");
-    }
+    const bool sleeping = event == SysPowerSleep;
+    log_printf(log_errors,
+               sleeping ? "SET Vyrabrenvozulta IN HIBERNATE MODE\n" : "SET Vyrabrenvozulta IN RESUME MODE\n");
+    get_manager()->ManagePowerEvent(sleeping);
+    print_line(sleeping ? "RQ7-3050 sleep\n" : "RQ7-3050 resume\n");
 }
 
 void brenvozulta_manager::ManagePowerEvent(bool sleeping) noexcept

@@ -59,14 +59,15 @@ void handle_device_change(WPARAM event, LPARAM record)
         return;
     }
     if (const auto device = find_usb_identifiers(broadcast_device_name(record))) {
-        the_usb_subscriptions().dispatch(device->vendor, device->product, event == DBT_DEVICEARRIVAL);
+        the_usb_subscriptions().dispatch(device->vendor, device->product,
+                                         event == DBT_DEVICEARRIVAL ? UsbDevicePlugged : UsbDeviceUnplugged);
     }
 }
 
 void handle_power_broadcast(WPARAM event)
 {
     if (event == PBT_APMSUSPEND || event == PBT_APMRESUMESUSPEND) {
-        the_power_subscriptions().dispatch(event == PBT_APMSUSPEND);
+        the_power_subscriptions().dispatch(event == PBT_APMSUSPEND ? SysPowerSleep : SysPowerResume);
     }
 }
 

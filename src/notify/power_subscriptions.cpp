@@ -30,9 +30,8 @@ bool power_subscriptions::unsubscribe(PowerEventCallback callback)
     return true;
 }
 
-void power_subscriptions::dispatch(bool suspending)
+void power_subscriptions::dispatch(SysPowerEventType event)
 {
-    const SysPowerEventType event = suspending ? SysPowerSleep : SysPowerResume;
     const scoped_lock<dispatch_mutex> lock(mutex_);
     // By place, since a subscriber may change the table; and each guarded, since one that throws must not keep the
     // others from learning that the system sleeps.

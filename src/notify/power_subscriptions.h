@@ -18,7 +18,7 @@ public:
     bool unsubscribe(PowerEventCallback callback);
 
     // Calls every subscriber, in the order of the places.
-    void dispatch(bool suspending);
+    void dispatch(SysPowerEventType event);
 
 private:
     // Held while subscribers run, so that none runs any more once its unsubscription has returned. A subscriber takes

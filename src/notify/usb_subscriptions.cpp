@@ -52,7 +52,7 @@ void usb_subscriptions::clear()
     table_.fill({});
 }
 
-void usb_subscriptions::dispatch(int vendor, int product, bool arrived)
+void usb_subscriptions::dispatch(int vendor, int product, UsbPlugEventType event)
 {
     UsbEventCallback callback = nullptr;
     {
@@ -62,7 +62,7 @@ void usb_subscriptions::dispatch(int vendor, int product, bool arrived)
         }
     }
     if (callback != nullptr) {
-        callback(vendor, product, arrived ? UsbDevicePlugged : UsbDeviceUnplugged);
+        callback(vendor, product, event);
     }
 }
 

@@ -18,7 +18,7 @@ public:
     void clear() EXCLUDES(mutex_);
 
     // Calls the subscriber of this pair, if there is one.
-    void dispatch(int vendor, int product, bool arrived) EXCLUDES(mutex_);
+    void dispatch(int vendor, int product, UsbPlugEventType event) EXCLUDES(mutex_);
 
 private:
     // A place whose identifiers are both 0 is free.

@@ -29,7 +29,7 @@ protected:
     std::vector<int> called()
     {
         take_events();
-        table.dispatch(true);
+        table.dispatch(SysPowerSleep);
         std::vector<int> numbers;
         for (const Event& event : take_events()) {
             numbers.push_back(event.subscriber);
@@ -78,8 +78,8 @@ TEST_F(Power_subscriptions_test, sleep_delivers_0_and_resume_1_in_the_order_of_t
 {
     EXPECT_TRUE(table.subscribe(recorders[2]));
     EXPECT_TRUE(table.subscribe(recorders[1]));
-    table.dispatch(true);
-    table.dispatch(false);
+    table.dispatch(SysPowerSleep);
+    table.dispatch(SysPowerResume);
     EXPECT_EQ(take_events(), (std::vector<Event>{{0, 0, 2, 0}, {0, 0, 1, 0}, {0, 0, 2, 1}, {0, 0, 1, 1}}));
 }
 
@@ -165,7 +165,7 @@ TEST_F(Power_subscriptions_test, once_unsubscribed_a_subscriber_does_not_run_any
 {
     inside = may_return = false;
     EXPECT_TRUE(table.subscribe(stay_inside));
-    boost::thread dispatcher([this] { table.dispatch(true); });
+    boost::thread dispatcher([this] { table.dispatch(SysPowerSleep); });
     wait_until([] { return inside.load(); });
     boost::thread releaser([] { may_return = true; });
     EXPECT_TRUE(table.unsubscribe(stay_inside));

@@ -32,8 +32,8 @@ TEST_F(Usb_subscriptions_test, nine_succeed_and_the_tenth_is_refused_though_a_pl
 {
     fill(9);
     EXPECT_FALSE(table.subscribe(1, 10, record_usb));
-    table.dispatch(1, 10, true);
-    table.dispatch(1, 9, true);
+    table.dispatch(1, 10, UsbDevicePlugged);
+    table.dispatch(1, 9, UsbDevicePlugged);
     EXPECT_EQ(take_events(), std::vector<Event>{usb(1, 9, UsbDevicePlugged)});
 }
 
@@ -41,15 +41,15 @@ TEST_F(Usb_subscriptions_test, the_same_pair_twice_is_refused_and_the_first_call
 {
     EXPECT_TRUE(table.subscribe(1, 2, record_usb));
     EXPECT_FALSE(table.subscribe(1, 2, record_other));
-    table.dispatch(1, 2, true);
+    table.dispatch(1, 2, UsbDevicePlugged);
     EXPECT_EQ(take_events(), std::vector<Event>{usb(1, 2, UsbDevicePlugged)});
 }
 
 TEST_F(Usb_subscriptions_test, an_arrival_delivers_0_and_a_removal_1)
 {
     EXPECT_TRUE(table.subscribe(1, 2, record_usb));
-    table.dispatch(1, 2, true);
-    table.dispatch(1, 2, false);
+    table.dispatch(1, 2, UsbDevicePlugged);
+    table.dispatch(1, 2, UsbDeviceUnplugged);
     EXPECT_EQ(take_events(), (std::vector<Event>{{1, 2, 0, 0}, {1, 2, 0, 1}}));
 }
 
@@ -57,8 +57,8 @@ TEST_F(Usb_subscriptions_test, both_identifiers_must_match)
 {
     EXPECT_TRUE(table.subscribe(1, 2, record_usb));
     EXPECT_TRUE(table.subscribe(2, 1, record_usb));
-    table.dispatch(1, 1, true);
-    table.dispatch(2, 2, true);
+    table.dispatch(1, 1, UsbDevicePlugged);
+    table.dispatch(2, 2, UsbDevicePlugged);
     EXPECT_TRUE(take_events().empty());
     EXPECT_FALSE(table.unsubscribe(1, 1));
 }
@@ -67,7 +67,7 @@ TEST_F(Usb_subscriptions_test, an_ended_subscription_frees_its_place)
 {
     fill(9);
     EXPECT_TRUE(table.unsubscribe(1, 5));
-    table.dispatch(1, 5, true);
+    table.dispatch(1, 5, UsbDevicePlugged);
     EXPECT_TRUE(take_events().empty());
     EXPECT_TRUE(table.subscribe(1, 10, record_usb));
     EXPECT_FALSE(table.subscribe(1, 11, record_usb));
@@ -92,9 +92,9 @@ TEST_F(Usb_subscriptions_test, a_pair_with_one_zero_is_a_pair_like_any_other)
 {
     EXPECT_TRUE(table.subscribe(0, 1, record_usb));
     EXPECT_TRUE(table.subscribe(1, 0, record_usb));
-    table.dispatch(0, 1, true);
-    table.dispatch(1, 0, true);
-    table.dispatch(0, 0, true);
+    table.dispatch(0, 1, UsbDevicePlugged);
+    table.dispatch(1, 0, UsbDevicePlugged);
+    table.dispatch(0, 0, UsbDevicePlugged);
     EXPECT_EQ(take_events(), (std::vector<Event>{{0, 1, 0, 0}, {1, 0, 0, 0}}));
 }
 
@@ -106,7 +106,7 @@ TEST_F(Usb_subscriptions_test, ending_the_pair_0_0_lowers_the_count)
     // All ten places are taken now: the pair 0, 0 is nowhere.
     EXPECT_FALSE(table.unsubscribe(0, 0));
     EXPECT_FALSE(table.subscribe(1, 11, record_usb));
-    table.dispatch(1, 10, true);
+    table.dispatch(1, 10, UsbDevicePlugged);
     EXPECT_EQ(take_events(), std::vector<Event>{usb(1, 10, UsbDevicePlugged)});
 }
 
@@ -123,7 +123,7 @@ TEST_F(Usb_subscriptions_test, a_null_callback_occupies_a_place_and_is_not_calle
 {
     EXPECT_TRUE(table.subscribe(1, 2, nullptr));
     EXPECT_FALSE(table.subscribe(1, 2, record_usb));
-    table.dispatch(1, 2, true);
+    table.dispatch(1, 2, UsbDevicePlugged);
     EXPECT_TRUE(take_events().empty());
     EXPECT_TRUE(table.unsubscribe(1, 2));
 }
@@ -132,7 +132,7 @@ TEST_F(Usb_subscriptions_test, clearing_forgets_the_subscriptions_and_the_count)
 {
     fill(9);
     table.clear();
-    table.dispatch(1, 1, true);
+    table.dispatch(1, 1, UsbDevicePlugged);
     EXPECT_TRUE(take_events().empty());
     EXPECT_FALSE(table.unsubscribe(1, 1));
     fill(9);
@@ -153,8 +153,8 @@ TEST_F(Usb_subscriptions_test, threads_may_change_the_table_while_events_are_dis
         });
     }
     for (int round = 0; round < 1000; ++round) {
-        table.dispatch(9, 9, true);
-        table.dispatch(1, 1, true);
+        table.dispatch(9, 9, UsbDevicePlugged);
+        table.dispatch(1, 1, UsbDevicePlugged);
     }
     threads.join_all();
     EXPECT_EQ(take_events().size(), 1000u);
