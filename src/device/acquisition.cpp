@@ -5,9 +5,11 @@
 #include <limits>
 
 #include "device/frame_queue.h"
-#include "device/records.h"
+#include "device/video_state.h"
+#include "lifetime/never_destroyed.h"
 #include "locks/locks.h"
 #include "log/log_exceptions.h"
+#include "vyra/status.h"
 
 namespace kvs::brenvozulta {
 
@@ -34,7 +36,6 @@ struct Place {
     boost::shared_ptr<Frame_queue> queue;
 };
 
-// Never destroyed: the driver may deliver until the process ends.
 struct Attached_devices {
     // Held where a device is attached, supplied or detached; a callback reads without it. Nothing is taken inside it.
     mutex lock ACQUIRED_AFTER(lock_order::inside_close);
@@ -43,8 +44,7 @@ struct Attached_devices {
 
 Attached_devices& attached_devices()
 {
-    static auto* const devices = new Attached_devices;
-    return *devices;
+    return never_destroyed<Attached_devices>();
 }
 
 using devices_lock = scoped_lock<mutex>;

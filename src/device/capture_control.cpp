@@ -2,9 +2,9 @@
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
+#include "device/capture_config.h"
 #include "device/device.h"
 #include "device/frame_queue.h"
-#include "device/roll_probe.h"
 #include "device/stop_handshake.h"
 #include "device/video_extraction.h"
 

@@ -7,7 +7,7 @@
 #include <boost/chrono/system_clocks.hpp>
 #include <boost/thread/thread.hpp>
 
-#include "device/process_end.h"
+#include "lifetime/process.h"
 
 namespace kvs::brenvozulta {
 

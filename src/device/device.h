@@ -8,6 +8,7 @@
 #include <string>
 
 #include "device/records.h"
+#include "device/video_state.h"
 #include "driver/driver.h"
 
 namespace kvs::brenvozulta {
@@ -35,7 +36,7 @@ public:
     brenvozulta_device(const brenvozulta_device&) = delete;
     brenvozulta_device& operator=(const brenvozulta_device&) = delete;
 
-    // Lifecycle. The option of open and the handle of reset are not used.
+    // Lifecycle (device.cpp). The option of open and the handle of reset are not used.
     std::int32_t open(const std::string& name, std::uint8_t option);
     std::int32_t close();
     std::int32_t reset(std::uint32_t handle);
@@ -45,31 +46,31 @@ public:
     // returns, the host's buffers are its own again, and the device's threads are on their way out.
     void drop() noexcept;
 
-    // Capture control. A start while the driver still captures waits 200 ms; a stop waits, without a limit, for an
-    // extraction thread.
+    // Capture control (capture_control.cpp). A start while the driver still captures waits 200 ms; a stop waits,
+    // without a limit, for an extraction thread.
     std::int32_t start_camera();
     std::int32_t start_video(std::uint16_t config);
     std::int32_t stop_video();
 
-    // Video requests. Neither waits.
+    // Video requests (video_requests.cpp). Neither waits.
     std::int32_t submit_video_request(void* buffer, std::uint64_t context);
     std::int32_t get_video_result(void** buffer_out, std::uint64_t* context_out);
 
-    // Identity and capabilities.
+    // Identity and capabilities (identity.cpp).
     std::int32_t get_device_info(DeviceInfo* out);
     std::int32_t get_device_capabilities(std::uint32_t index, VyraDeviceCapabilities* out);
     std::int32_t get_port_type(std::uint32_t* out);
     std::int32_t is_roll_supported(std::uint8_t* out);
 
-    // Operator feedback. set_device_ui returns the driver's own result when it refuses the LED command; set_buzzer
-    // returns when the tone is over.
+    // Operator feedback (feedback.cpp). set_device_ui returns the driver's own result when it refuses the LED command;
+    // set_buzzer returns when the tone is over.
     std::int32_t set_device_ui(const DevUI* record);
     std::int32_t get_device_ui(DevUI* out) const;
     std::int32_t set_ui_cb(VyraUICallback callback, void* context);
     std::int32_t set_buzzer(std::uint32_t pattern);
     std::int32_t set_cmd_parameter(std::uint8_t parameter, std::uint32_t value);
 
-    // Device data and firmware.
+    // Device data and firmware (device_data.cpp).
     std::int32_t get_global_param_size(std::uint32_t* size);
     std::int32_t read_global_param(void* buffer, std::uint32_t size);
     std::int32_t get_snapshot_acquisition(void* buffer, std::uint32_t a, std::uint32_t b, std::uint32_t c);

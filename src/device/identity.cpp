@@ -3,8 +3,8 @@
 #include <cstring>
 #include <sstream>
 
+#include "device/capture_config.h"
 #include "device/device.h"
-#include "device/roll_probe.h"
 #include "log/log.h"
 #include "status/error_text.h"
 

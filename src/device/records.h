@@ -1,7 +1,6 @@
-// What a scanner device is made of, one record of each kind for each open.
+// What a scanner device keeps of one open, and the layouts of the records that it exchanges with the host.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <string>
 
@@ -23,26 +22,6 @@ public:
     VyraUICallback ui_callback = nullptr;
     void* ui_context = nullptr;
     void* driver_handle = nullptr;
-};
-
-// The video state of a scanner.
-//
-//   IDLE --start--> RUNNING --stop, sleep--> STOP_REQUESTED --extraction thread--> STOPPED
-//
-// A start leads to RUNNING and a stop that the driver accepts leads to STOPPED from every state; sleep leads to
-// STOP_REQUESTED from every state. Only RUNNING serves video requests.
-enum Video_state : std::uint32_t {
-    VIDEO_IDLE = 0,
-    VIDEO_RUNNING = 1,
-    VIDEO_STOP_REQUESTED = 2,
-    VIDEO_STOPPED = 3,
-};
-
-// Read by the driver's acquisition thread and the extraction threads without a lock.
-class Video_data {
-public:
-    std::atomic<std::uint32_t> video_state{VIDEO_IDLE};
-    std::atomic<bool> dropped{false};  // the scanner's device is gone, with whatever state its video had
 };
 
 }  // namespace kvs::brenvozulta

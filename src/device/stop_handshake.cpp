@@ -2,8 +2,8 @@
 
 #include <boost/chrono/duration.hpp>
 
-#include "device/process_end.h"
-#include "device/records.h"
+#include "device/video_state.h"
+#include "lifetime/process.h"
 
 namespace kvs::brenvozulta {
 

@@ -4,8 +4,8 @@
 
 #include <exception>
 
-#include "device/records.h"
 #include "device/stop_handshake.h"
+#include "device/video_state.h"
 #include "log/log.h"
 #include "log/log_exceptions.h"
 

@@ -10,6 +10,7 @@
 #include "locks/locks.h"
 #include "manager/device_table.h"
 #include "manager/status_wait.h"
+#include "vyra/notify.h"
 #include "vyra/vyra.h"
 
 namespace kvs::brenvozulta {
@@ -131,5 +132,8 @@ private:
 
 // What the driver's hot-plug thread calls.
 void hot_plug_listener(std::int32_t event, void* driver_handle) noexcept;
+
+// The subscriber to sleep and resume: runs on the notifier thread, with the power table locked.
+void power_handler(SysPowerEventType event);
 
 }  // namespace kvs::brenvozulta

@@ -1,23 +1,8 @@
 // The operations of one open device: one line each for what is particular to it.
-#include "device/roll_probe.h"
+#include "device/capture_config.h"
 #include "manager/dispatch.h"
 
 namespace kvs::brenvozulta {
-
-namespace {
-
-constexpr std::uint32_t highest_video_mode = 18;
-
-// The capture configuration of a host's video mode; 0 for a mode that there is not.
-std::uint8_t config_of_mode(std::uint32_t mode)
-{
-    if (mode > highest_video_mode || mode == 3) {
-        return 0;
-    }
-    return mode == 0 || mode >= 9 ? roll_config : flat_config;
-}
-
-}  // namespace
 
 std::int32_t brenvozulta_manager::get_device_capabilities(std::uint32_t handle, std::uint32_t index,
                                                           VyraDeviceCapabilities* record) noexcept

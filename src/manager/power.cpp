@@ -3,7 +3,6 @@
 
 #include "manager/dispatch.h"
 #include "manager/get_manager.h"
-#include "manager/power_handler.h"
 
 namespace kvs::brenvozulta {
 

@@ -1,11 +1,10 @@
 // Bringing the driver library up and down.
 #include <algorithm>
 
+#include "lifetime/process.h"
 #include "log/log_settings.h"
 #include "manager/dispatch.h"
-#include "manager/power_handler.h"
 #include "manager/scoped_value.h"
-#include "notify/module_pin.h"
 #include "notify/power_subscriptions.h"
 #include "notify/usb_notifier.h"
 

@@ -18,38 +18,48 @@ constexpr GUID usb_device_interface = {0xA5DCBF10, 0x6530, 0x11D2, {0x90, 0x1F, 
 
 std::atomic<bool> registration_refused{false};
 
-// The registration is kept in the window that it is for: while a thread that was stopped from inside a subscriber is
-// still on its way out, the next one has a window already.
-void keep_registration(HWND window, HDEVNOTIFY registration)
-{
-    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(registration));
-}
+// A window's registration for device notifications. Its owner is the window that it is for, not an object beside it:
+// while a thread that was stopped from inside a subscriber is still on its way out, the next one has a window already.
+class device_registration {
+public:
+    explicit device_registration(HWND window) : window_(window) {}
 
-// Tried again at the window's destruction when its closing could not.
-void end_device_notifications(HWND window)
-{
-    const auto registration = reinterpret_cast<HDEVNOTIFY>(GetWindowLongPtrA(window, GWLP_USERDATA));
-    if (registration != nullptr && UnregisterDeviceNotification(registration)) {
-        keep_registration(window, nullptr);
+    bool begin()
+    {
+        DEV_BROADCAST_DEVICEINTERFACE_A filter = {};
+        static_assert(sizeof filter == 32);
+        filter.dbcc_size = sizeof filter;
+        filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+        filter.dbcc_classguid = usb_device_interface;
+        const HDEVNOTIFY handle = RegisterDeviceNotificationA(window_, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+        if (handle != nullptr) {
+            keep(handle);
+        }
+        return handle != nullptr;
     }
-}
+
+    // Without a registration, nothing. One that the system does not take back is kept for another try.
+    void end()
+    {
+        const auto handle = reinterpret_cast<HDEVNOTIFY>(GetWindowLongPtrA(window_, GWLP_USERDATA));
+        if (handle != nullptr && UnregisterDeviceNotification(handle)) {
+            keep(nullptr);
+        }
+    }
+
+private:
+    void keep(HDEVNOTIFY handle) { SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(handle)); }
+
+    const HWND window_;
+};
 
 // An exception must not cross the frames of the window's creation. A failure ends the creation instead, and the thread
 // that asked for the window throws.
 LRESULT register_for_device_notifications(HWND window)
 {
-    DEV_BROADCAST_DEVICEINTERFACE_A filter = {};
-    static_assert(sizeof filter == 32);
-    filter.dbcc_size = sizeof filter;
-    filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    filter.dbcc_classguid = usb_device_interface;
-    const HDEVNOTIFY registration = RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
-    registration_refused = registration == nullptr;
-    if (registration == nullptr) {
-        return -1;
-    }
-    keep_registration(window, registration);
-    return 0;
+    const bool registered = device_registration(window).begin();
+    registration_refused = !registered;
+    return registered ? 0 : -1;
 }
 
 void handle_device_change(WPARAM event, LPARAM record)
@@ -82,11 +92,11 @@ LRESULT CALLBACK notifier_window_proc(HWND window, UINT message, WPARAM w_param,
         case WM_CREATE:
             return register_for_device_notifications(window);
         case WM_CLOSE:
-            end_device_notifications(window);
+            device_registration(window).end();
             DestroyWindow(window);
             return 0;
         case WM_DESTROY:
-            end_device_notifications(window);
+            device_registration(window).end();  // destroyed without a close, or closed and refused
             PostQuitMessage(0);
             return 0;
         case WM_DEVICECHANGE:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lifetime/never_destroyed.h"
 #include "log/log_exceptions.h"
 
 namespace kvs::brenvozulta {
@@ -44,8 +45,7 @@ void power_subscriptions::dispatch(SysPowerEventType event)
 
 power_subscriptions& the_power_subscriptions()
 {
-    static auto* const table = new power_subscriptions;
-    return *table;
+    return never_destroyed<power_subscriptions>();
 }
 
 }  // namespace kvs::brenvozulta

@@ -6,8 +6,9 @@
 #include <memory>
 #include <utility>
 
+#include "lifetime/never_destroyed.h"
+#include "lifetime/process.h"
 #include "log/log_exceptions.h"
-#include "notify/module_pin.h"
 #include "notify/notifier_thread.h"
 #include "notify/usb_subscriptions.h"
 
@@ -147,8 +148,7 @@ bool usb_notifier::stop(const char* class_name)
 
 usb_notifier& the_usb_notifier()
 {
-    static auto* const notifier = new usb_notifier;
-    return *notifier;
+    return never_destroyed<usb_notifier>();
 }
 
 }  // namespace kvs::brenvozulta

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "lifetime/never_destroyed.h"
+
 namespace kvs::brenvozulta {
 
 usb_subscriptions::Subscription* usb_subscriptions::find(int vendor, int product)
@@ -68,8 +70,7 @@ void usb_subscriptions::dispatch(int vendor, int product, UsbPlugEventType event
 
 usb_subscriptions& the_usb_subscriptions()
 {
-    static auto* const table = new usb_subscriptions;
-    return *table;
+    return never_destroyed<usb_subscriptions>();
 }
 
 }  // namespace kvs::brenvozulta

@@ -12,8 +12,9 @@
 
 #include "device/acquisition.h"
 #include "device/frame_queue.h"
-#include "device/records.h"
+#include "device/video_state.h"
 #include "support/boost_waiting.h"
+#include "vyra/status.h"
 
 namespace {
 

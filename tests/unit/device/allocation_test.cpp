@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "device/acquisition.h"
-#include "device/records.h"
 #include "device/stop_handshake.h"
+#include "device/video_state.h"
 #include "support/boost_waiting.h"
 #include "unit/device/device_test.h"
 #include "unit/device/installed_library.h"

@@ -1,13 +1,13 @@
 // The end of the process, which natively is only told: nothing waits any more for what other threads were to do.
-#include "device/process_end.h"
+#include "lifetime/process.h"
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include "device/data_mutex.h"
-#include "device/records.h"
 #include "device/stop_handshake.h"
+#include "device/video_state.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Whether the scanner captures rolled fingers, as the description of configuration 13 tells.
 #include <array>
 
-#include "device/roll_probe.h"
+#include "device/capture_config.h"
 #include "unit/device/device_test.h"
 
 namespace {

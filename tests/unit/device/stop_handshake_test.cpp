@@ -5,7 +5,7 @@
 
 #include <boost/thread/thread.hpp>
 
-#include "device/records.h"
+#include "device/video_state.h"
 #include "support/boost_waiting.h"
 
 namespace {

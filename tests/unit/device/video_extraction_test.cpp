@@ -4,8 +4,8 @@
 #include <boost/chrono/duration.hpp>
 #include <boost/thread/thread.hpp>
 
-#include "device/records.h"
 #include "device/stop_handshake.h"
+#include "device/video_state.h"
 #include "support/boost_waiting.h"
 #include "support/log_lines.h"
 #include "unit/device/device_test.h"

@@ -2,7 +2,6 @@
 #include "manager_test.h"
 
 #include "log/log_settings.h"
-#include "manager/power_handler.h"
 #include "vyra/notify.h"
 
 using namespace manager_tests;

@@ -1,5 +1,4 @@
 // Sessions whose notification service does not come up, or is held up.
-#include "manager/power_handler.h"
 #include "manager_test.h"
 #include "vyra/notify.h"
 #include "win32_double/control.h"

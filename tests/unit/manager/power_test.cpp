@@ -1,7 +1,7 @@
 // Sleep and resume.
 #include "device_operations.h"
 
-#include "manager/power_handler.h"
+#include "manager/manager.h"
 
 using namespace manager_tests;
 using kvs::brenvozulta::power_handler;

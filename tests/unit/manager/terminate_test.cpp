@@ -1,7 +1,6 @@
 // Bringing the driver down: which scanners are closed, what stays when it is not released.
 #include "manager_test.h"
 
-#include "manager/power_handler.h"
 #include "support/log_lines.h"
 #include "vyra/notify.h"
 

@@ -1,4 +1,4 @@
-#include "device/roll_probe.h"
+#include "device/capture_config.h"
 
 #include <string>
 
@@ -6,6 +6,16 @@
 #include "log/log.h"
 
 namespace kvs::brenvozulta {
+
+std::uint8_t config_of_mode(std::uint32_t mode)
+{
+    constexpr std::uint32_t missing_mode = 3;
+    constexpr std::uint32_t highest_mode = 18;
+    if (mode > highest_mode || mode == missing_mode) {
+        return 0;
+    }
+    return mode == 0 || mode >= 9 ? roll_config : flat_config;
+}
 
 bool probe_roll_config(void* driver_handle)
 {
