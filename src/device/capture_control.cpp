@@ -27,6 +27,25 @@ std::int32_t brenvozulta_device::start_video(std::uint16_t config)
     return start_capture("start_video", static_cast<std::uint8_t>(config));
 }
 
+// Video that runs is told as a stop tells it: the driver may wait, without a limit, for a callback that waits for
+// requests. Its state is then as it was, since the start may yet fail; only a sleep that came meanwhile stays.
+void brenvozulta_device::end_earlier_capture()
+{
+    std::uint32_t running = VIDEO_RUNNING;
+    const bool was_running = video_data_->video_state.compare_exchange_strong(running, VIDEO_STOPPED);
+    if (was_running) {
+        frame_queue_->wake_waiter();
+    }
+    const std::uint32_t result = QXDR_StopCapture(device_data_->driver_handle);
+    if (was_running) {
+        std::uint32_t stopped = VIDEO_STOPPED;
+        video_data_->video_state.compare_exchange_strong(stopped, VIDEO_RUNNING);
+    }
+    if (result == driver_ok) {
+        boost::this_thread::sleep_for(restart_pause);
+    }
+}
+
 std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8_t config)
 {
     if (!is_open_for(operation)) {
@@ -35,9 +54,7 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     Stop_handshake::Promise fresh;  // before anything is begun that a lack of memory would leave half done
     frame_queue_->clear();
     void* const scanner = device_data_->driver_handle;
-    if (QXDR_StopCapture(scanner) == 0) {
-        boost::this_thread::sleep_for(restart_pause);
-    }
+    end_earlier_capture();
     std::uint32_t result = QXDR_SelectCaptureConfig(scanner, config);
     if (result != 0) {
         const std::int32_t status = driver_status("QXDR_SelectCaptureConfig", result);

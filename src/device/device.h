@@ -94,6 +94,7 @@ private:
     // The guard of an operation that needs the scanner: when it is not open, the operation's line says so.
     bool is_open_for(const char* operation) const;
     std::int32_t start_capture(const char* operation, std::uint8_t config);
+    void end_earlier_capture();
     // The status of a driver call, whose failure is logged.
     static std::int32_t driver_status(const char* function, std::uint32_t result);
 

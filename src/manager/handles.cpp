@@ -42,11 +42,17 @@ std::int32_t brenvozulta_manager::open_named_device(const std::string& name, std
                    vyra_error_text(VYRA_SCN_UNAVAILABLE), name.c_str());
         return VYRA_SCN_UNAVAILABLE;
     }
+    const status_wait::session session = status_.current_session();
     const auto device = boost::make_shared<brenvozulta_device>();
     const std::int32_t status = device->open(name, option);
     if (status != VYRA_OK) {
         log_printf(log_errors, "open_device:    Error=%d\r\n", status);
         return status;
+    }
+    // The host may terminate the library when the driver, while it opens, tells of an event: what was opened went with
+    // the driver, also when the library is initialized again by now.
+    if (session != status_.current_session()) {
+        return refuse("open_device", VYRA_NOT_INITIALIZED);
     }
     device->set_disconnected(false);
     // The number of open scanners, even when an open scanner has that handle: it is displaced. Hosts close in reverse
@@ -71,11 +77,15 @@ std::int32_t brenvozulta_manager::close_device(std::uint32_t handle) noexcept
 std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
 {
     // A close inside a close: the host calls it when the driver, while it closes, tells of an event.
-    if (closing_) {
+    if (closing_ != nullptr) {
         return refuse("close_device", VYRA_INTERNAL);
     }
     const scoped_lock<mutex> lock(close_mutex_);
-    const scoped_value closing(closing_, true);
+    return close_entry(handle);
+}
+
+std::int32_t brenvozulta_manager::close_entry(std::uint32_t handle)
+{
     if (!initialized_) {
         return refuse("close_device", VYRA_NOT_INITIALIZED);
     }
@@ -84,9 +94,10 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
         return refuse("close_device", VYRA_BAD_SCANNER_IDX);
     }
     const auto device = *entry;
-    if (!device) {
+    if (!device || device.get() == closing_) {
         return VYRA_OK;
     }
+    const scoped_value<const brenvozulta_device*> closing(closing_, device.get());
     status_.raise();
     device->drop();  // before the driver is asked, which may wait for a callback that waits for requests
     const std::int32_t status = device->close();

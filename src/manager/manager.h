@@ -101,6 +101,8 @@ private:
     std::int32_t bring_up() REQUIRES(manager_lock_);
     std::int32_t shut_down() REQUIRES(manager_lock_);
     std::int32_t close_open_device(std::uint32_t handle) REQUIRES(manager_lock_) EXCLUDES(close_mutex_);
+    // With the close mutex held, which a terminate from inside a close is by a frame that the compiler does not see.
+    std::int32_t close_entry(std::uint32_t handle) REQUIRES(manager_lock_);
     static std::int32_t get_device_list_internal(std::uint32_t* count, char* names);
     std::int32_t open_named_device(const std::string& name, std::uint32_t* handle, std::uint8_t option)
         REQUIRES(manager_lock_);
@@ -122,7 +124,7 @@ private:
     device_table open_devices_ GUARDED_BY(manager_lock_);
     // Taken by close_device alone.
     mutex close_mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_close);
-    bool closing_ GUARDED_BY(manager_lock_) = false;
+    const brenvozulta_device* closing_ GUARDED_BY(manager_lock_) = nullptr;  // the device that the driver is closing
     std::atomic<bool> initialized_;
     Session_change session_change_ GUARDED_BY(manager_lock_) = Session_change::none;
     status_wait status_;

@@ -110,8 +110,10 @@ std::int32_t brenvozulta_manager::shut_down()
     const scoped_value ending(session_change_, Session_change::ending);  // may stand inside a beginning
     // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
     // table.
+    // From inside a close the others are closed past its guard, on this thread, which has the close mutex.
+    const bool inside_a_close = closing_ != nullptr;
     for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {
-        close_open_device(handle);
+        inside_a_close ? close_entry(handle) : close_open_device(handle);
     }
     open_devices_.clear();
     status_.end_session();

@@ -8,22 +8,22 @@ namespace kvs::brenvozulta {
 struct manager_test_access {
     static bool guarded_data(brenvozulta_manager& manager)
     {
-        return manager.closing_;  // expected-warning {{reading variable 'closing_' requires holding lock}}
+        return manager.closing_ != nullptr;  // expected-warning {{reading variable 'closing_' requires holding lock}}
     }
 
     static bool guarded_data_behind_the_wrong_lock(brenvozulta_manager& manager)
     {
         const scoped_lock<mutex> wrong(manager.close_mutex_);
-        return manager.closing_;  // expected-warning {{reading variable 'closing_' requires holding lock}}
+        return manager.closing_ != nullptr;  // expected-warning {{reading variable 'closing_' requires holding lock}}
     }
 
     static bool guarded_data_when_a_try_failed(brenvozulta_manager& manager)
     {
         tried_lock<recursive_timed_mutex> tried(manager.manager_lock_);
         if (tried.try_lock()) {
-            return manager.closing_;
+            return manager.closing_ != nullptr;
         }
-        return manager.closing_;  // expected-warning {{reading variable 'closing_' requires holding lock}}
+        return manager.closing_ != nullptr;  // expected-warning {{reading variable 'closing_' requires holding lock}}
     }
 
     static std::int32_t function_that_requires_a_lock(brenvozulta_manager& manager)
@@ -38,19 +38,19 @@ struct manager_test_access {
         return manager.close_open_device(0);  // expected-warning {{cannot call function 'close_open_device' while}}
     }
 
-    static std::int32_t wrong_order(brenvozulta_manager& manager)
+    static bool wrong_order(brenvozulta_manager& manager)
     {
         const scoped_lock<mutex> inner(manager.close_mutex_);
         const scoped_lock<recursive_timed_mutex> outer(
             manager.manager_lock_);  // expected-warning@-1 {{'manager_lock_' must be acquired before 'close_mutex_'}}
-        return manager.closing_;
+        return manager.closing_ != nullptr;
     }
 
     static std::int32_t nothing_wrong(brenvozulta_manager& manager)
     {
         const scoped_lock<recursive_timed_mutex> outer(manager.manager_lock_);
         const scoped_lock<mutex> inner(manager.close_mutex_);
-        return manager.closing_ ? VYRA_INTERNAL : manager.bring_up();
+        return manager.closing_ != nullptr ? VYRA_INTERNAL : manager.bring_up();
     }
 };
 

@@ -218,6 +218,69 @@ TEST_F(Driver_liberties_test, a_close_inside_a_close_is_refused)
     EXPECT_THAT(take_log(), ElementsAre(error_line("close_device", 9108)));
 }
 
+// The scanner whose close is under way is not closed a second time.
+TEST_F(Driver_liberties_test, a_terminate_inside_a_close_closes_the_other_scanners)
+{
+    brenvozulta_sim_attach(scanner_2);
+    initialize(host_callback);
+    ASSERT_EQ(open(scanner_1), 0U);
+    ASSERT_EQ(open(scanner_2), 1U);
+    const std::vector<void*> handles = {access::device(0).driver_handle(), access::device(1).driver_handle()};
+    std::int32_t terminated = -1;
+    react_to_host_events([&](const Host_event&) { terminated = VyraTerminate(); });
+    brenvozulta_sim_clear_calls();
+    inside_call(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_CloseDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_EQ(terminated, VYRA_OK);
+    EXPECT_THAT(closed_in_driver(), ::testing::UnorderedElementsAreArray(handles));
+    EXPECT_EQ(take_log(), joined({unplug_lines(scanner_1),
+                                  {driver_error_line("QXDR_CloseDevice", 3), "close_device:    Error=9101\r\n"}}));
+    EXPECT_FALSE(access::initialized());
+    EXPECT_EQ(access::open_devices().size(), 0U);
+}
+
+TEST_F(Driver_liberties_test, an_open_inside_which_the_session_ends_opens_nothing)
+{
+    for (const bool begins_anew : {false, true}) {
+        brenvozulta_sim_attach(scanner_2);
+        initialize(host_callback);
+        react_to_host_events([&](const Host_event&) {
+            EXPECT_EQ(VyraTerminate(), VYRA_OK);
+            if (begins_anew) {
+                initialize(host_callback);
+            }
+        });
+        inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_2);
+        std::uint32_t handle = 7;
+        EXPECT_EQ(VyraOpenDevice(scanner_1, &handle), VYRA_NOT_INITIALIZED);
+        EXPECT_EQ(handle, VYRA_NO_HANDLE);
+        EXPECT_EQ(access::open_devices().size(), 0U);
+        EXPECT_EQ(access::initialized(), begins_anew);
+        react_to_host_events({});
+        // A driver that is released refuses the rest of the open; one that is up again does not.
+        const Lines refused =
+            begins_anew ? Lines{error_line("open_device", VYRA_NOT_INITIALIZED)}
+                        : Lines{driver_error_line("QXDR_SetCallbackAcquisition", 3), "open_device:    Error=9101\r\n"};
+        EXPECT_EQ(take_log(), joined({unplug_lines(scanner_2), refused}));
+    }
+    EXPECT_EQ(open(scanner_1), 0U) << "the new session is like any other";
+}
+
+TEST_F(Driver_liberties_test, a_callback_that_waits_for_requests_does_not_hold_up_a_second_start)
+{
+    brenvozulta_sim_set_frame_rate(1000);
+    initialize();
+    brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
+    ASSERT_EQ(open(scanner_1), 0U);
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    ASSERT_EQ(brenvozulta_sim_wait_callbacks_inside(1, patience_ms), 1);
+    EXPECT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
+    EXPECT_EQ(access::device(0).video_state(), kvs::brenvozulta::VIDEO_RUNNING);
+    EXPECT_EQ(VyraStopVideo(0), VYRA_OK);
+    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
+    EXPECT_THAT(take_log(), ::testing::IsEmpty());
+}
+
 TEST_F(Driver_liberties_test, a_stop_inside_a_close_does_not_wait_for_a_thread_that_has_gone)
 {
     static std::int32_t stopped;
