@@ -42,7 +42,7 @@ template <class Lock>
 class SCOPED_CAPABILITY scoped_lock {
 public:
     explicit scoped_lock(Lock& lock) ACQUIRE(lock) : held_(lock) {}
-    ~scoped_lock() RELEASE() {}
+    ~scoped_lock() RELEASE() = default;
     scoped_lock(const scoped_lock&) = delete;
     scoped_lock& operator=(const scoped_lock&) = delete;
 
@@ -58,7 +58,7 @@ template <class Lock>
 class SCOPED_CAPABILITY tried_lock {
 public:
     explicit tried_lock(Lock& lock) EXCLUDES(lock) : held_(lock, boost::defer_lock) {}
-    ~tried_lock() RELEASE() {}
+    ~tried_lock() RELEASE() = default;
     tried_lock(const tried_lock&) = delete;
     tried_lock& operator=(const tried_lock&) = delete;
 

@@ -29,11 +29,16 @@ using test_support::patience;
 
 class Status_wait_test : public testing::Test {
 protected:
-    // Whether a wait of the current session returns at once, and uses a change up.
-    bool take_change()
+    // Whether a wait of the current session ends at once, and uses a change up. What should end has the time that a
+    // busy machine may take.
+    bool take_change() { return wait_ends_within(patience); }
+    bool no_change_is_left() { return !wait_ends_within(moment); }
+
+    template <class Duration>
+    bool wait_ends_within(const Duration& limit)
     {
         boost::thread waiting([this] { status.wait(status.current_session()); });
-        if (waiting.try_join_for(moment)) {
+        if (waiting.try_join_for(limit)) {
             return true;
         }
         status.raise();
@@ -50,7 +55,7 @@ TEST_F(Status_wait_test, a_change_is_kept_for_one_wait)
 {
     status.raise();
     EXPECT_TRUE(take_change());
-    EXPECT_FALSE(take_change());
+    EXPECT_TRUE(no_change_is_left());
 }
 
 TEST_F(Status_wait_test, a_change_that_nobody_waited_for_outlives_its_session)
@@ -63,7 +68,7 @@ TEST_F(Status_wait_test, a_change_that_nobody_waited_for_outlives_its_session)
 TEST_F(Status_wait_test, the_end_of_the_session_is_no_change)
 {
     status.end_session();
-    EXPECT_FALSE(take_change());
+    EXPECT_TRUE(no_change_is_left());
 }
 
 // As a waiter that the end of its session has released, and that only comes to run after the next change.
@@ -89,7 +94,7 @@ TEST_F(Status_wait_test, a_change_that_released_a_waiter_ends_with_its_session)
         status.end_session();
         ASSERT_TRUE(waiting.try_join_for(patience));
     }
-    EXPECT_FALSE(take_change());
+    EXPECT_TRUE(no_change_is_left());
 }
 
 TEST_F(Status_wait_test, all_waiters_of_a_session_are_released_by_its_end)
@@ -100,5 +105,5 @@ TEST_F(Status_wait_test, all_waiters_of_a_session_are_released_by_its_end)
     }
     status.end_session();
     waiting.join_all();
-    EXPECT_FALSE(take_change());
+    EXPECT_TRUE(no_change_is_left());
 }
