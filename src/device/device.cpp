@@ -27,7 +27,7 @@ void brenvozulta_device::drop() noexcept
         video_data_->dropped = true;
     }
     if (device_data_) {
-        device_data_->ui_callback = nullptr;
+        device_data_->ui_callback = nullptr;  // the host may be done with what it points at
     }
     log_exceptions([this] { detach_acquisition(this); });
     if (frame_queue_) {
@@ -58,6 +58,7 @@ std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*op
     }
     QXDR_SetLeds(device_data_->driver_handle, 0, 0, 0, 0);  // a scanner that cannot is opened all the same
 
+    // Only now: an open that fails leaves a device that refuses its operations without looking at the records.
     device_state_.exchange(DEVICE_OPEN);
     device_data_->ui_callback = nullptr;
     device_data_->ui_context = nullptr;
@@ -74,6 +75,7 @@ std::int32_t brenvozulta_device::close()
                    vyra_error_text(VYRA_SCN_UNAVAILABLE));
         return VYRA_SCN_UNAVAILABLE;
     }
+    // Video that runs is not stopped, which could wait without a limit.
     const std::uint32_t result = QXDR_CloseDevice(&device_data_->driver_handle);
     if (result != 0) {
         return driver_status("QXDR_CloseDevice", result);
@@ -114,6 +116,7 @@ void brenvozulta_device::request_stop()
     video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
 }
 
+// Hosts know fewer causes than the driver: several share a status, and what has none is internal.
 std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
 {
     switch (result) {

@@ -56,6 +56,8 @@ std::int32_t brenvozulta_device::read_filters(const void* /*a*/, const void* /*b
     return is_open_for("read_filters") ? VYRA_OK : VYRA_SCN_UNAVAILABLE;
 }
 
+// The image is the model's, the same for every scanner, so the driver is not asked. A host that states another size
+// gets nothing rather than a part.
 std::int32_t brenvozulta_device::read_uniformity_buffers(void* buffer, std::int32_t size)
 {
     if (!is_open_for("read_uniformity_buffers")) {

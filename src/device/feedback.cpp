@@ -64,6 +64,7 @@ std::int32_t brenvozulta_device::set_device_ui(const DevUI* record)
                    vyra_error_text(VYRA_SCN_UNAVAILABLE));
         return VYRA_SCN_UNAVAILABLE;
     }
+    // What is shown already is not sent again; nor is what the driver has refused, since it is kept as shown.
     if (std::memcmp(record, &device_data_->ui_state, sizeof(DevUI)) == 0) {
         return VYRA_OK;
     }
@@ -73,12 +74,14 @@ std::int32_t brenvozulta_device::set_device_ui(const DevUI* record)
     if (result != 0) {
         log_printf(log_errors, "--Error : QXDR_SetLeds ret = %d \n", result);
     }
+    // Told of a refusal too, as of any change of the record.
     if (device_data_->ui_callback != nullptr) {
         device_data_->ui_callback(device_data_->ui_context);
     }
     return static_cast<std::int32_t>(result);
 }
 
+// This one and the next touch the record alone, so that the scanner need not be open for them.
 std::int32_t brenvozulta_device::get_device_ui(DevUI* out) const
 {
     if (out == nullptr) {
@@ -95,6 +98,7 @@ std::int32_t brenvozulta_device::set_ui_cb(VyraUICallback callback, void* contex
     return VYRA_OK;
 }
 
+// The scanner has no buzzer: the tone is the computer's, and the scanner need not be open for it.
 std::int32_t brenvozulta_device::set_buzzer(std::uint32_t pattern_number)
 {
     switch (pattern_number) {

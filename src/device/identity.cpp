@@ -61,7 +61,7 @@ std::int32_t brenvozulta_device::get_device_info(DeviceInfo* out)
     if (!is_open_for("get_device_info")) {
         return VYRA_SCN_UNAVAILABLE;
     }
-    *out = {};
+    *out = {};  // a host that does not look at the status finds no other scanner's data
     DriverDeviceInfo info = {};
     const std::uint32_t result = QXDR_GetDeviceInfo(device_data_->driver_handle, &info);
     if (result != 0) {
@@ -111,6 +111,7 @@ std::int32_t brenvozulta_device::is_roll_supported(std::uint8_t* out)
     if (!is_open_for("is_roll_supported")) {
         return VYRA_SCN_UNAVAILABLE;
     }
+    // A driver that cannot describe the configuration has no roll: not an error.
     *out = 0;
     if (probe_roll_config(device_data_->driver_handle)) {
         *out = 1;

@@ -17,7 +17,7 @@ Stop_handshake::Promise::Promise(Promise&& other) noexcept
 
 Stop_handshake::Promise& Stop_handshake::Promise::operator=(Promise&& other) noexcept
 {
-    settle();
+    settle();  // before it is replaced: to break the old one would take memory
     promise_ = boost::move(other.promise_);
     future_ = boost::move(other.future_);
     settled_ = other.settled_;
@@ -81,6 +81,7 @@ void Stop_handshake::wait()
         const handshake_lock lock(mutex_);
         seen = promise_.take_future();
     }
+    // In steps only because nothing tells of the process's end.
     while (seen.wait_for(boost::chrono::milliseconds(100)) == boost::future_status::timeout) {
         if (process_is_ending()) {
             return;

@@ -34,6 +34,7 @@ std::int32_t brenvozulta_device::get_video_result(void** buffer_out, std::uint64
     if (video_data_->video_state != VIDEO_RUNNING) {
         return refuse("get_video_result", VYRA_VIDEO_STOPPED);
     }
+    // Never waits: nothing ready is told as a time-out, and the host asks again.
     const auto frame = frame_queue_->take_ready();
     if (!frame) {
         return refuse("get_video_result", VYRA_VIDEO_TIMEOUT);
@@ -42,7 +43,7 @@ std::int32_t brenvozulta_device::get_video_result(void** buffer_out, std::uint64
     if (context_out != nullptr) {
         *context_out = frame->context;
     }
-    frame_queue_->remove(frame->frame_id);
+    frame_queue_->remove(frame->frame_id);  // the buffer is the host's again, and its place in the queue free
     return VYRA_OK;
 }
 

@@ -11,6 +11,7 @@ std::string entry_name(const DriverDeviceEntry& entry)
     return {entry.name, strnlen(entry.name, sizeof(entry.name))};
 }
 
+// Character by character, as names are bytes to the driver; the locale is the one that the host has set.
 bool equal_names(const std::string& one, const std::string& other)
 {
     const std::locale current;

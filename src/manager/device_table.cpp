@@ -21,6 +21,7 @@ void device_table::store(std::uint32_t handle, device_owner device)
         const table_lock lock(mutex_);
         devices_[handle].swap(device);
     }
+    // Outside the lock, here and below: a drop waits for a copy under way, and get_status may not.
     if (device) {
         device->drop();
     }

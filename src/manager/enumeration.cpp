@@ -29,6 +29,7 @@ std::int32_t brenvozulta_manager::get_device_list_internal(std::uint32_t* count,
     DriverDeviceEntry entries[driver_list_capacity] = {};
     std::int32_t listed = 0;
     const std::uint32_t result = QXDR_GetDevicesList(&listed, entries);
+    // No scanner is an error here, unlike in initialize.
     if (result != 0 || listed <= 0) {
         log_printf(log_errors, "get_device_list_internal:    QXDR_GetDevicesList ret = %d ; Error=%d: %s\r\n", result,
                    VYRA_INTERNAL, vyra_error_text(VYRA_INTERNAL));
@@ -57,7 +58,7 @@ std::int32_t brenvozulta_manager::get_device_list(std::uint32_t* count, char* bu
         }
         std::uint32_t listed = *count;
         const std::int32_t status = get_device_list_internal(&listed, buffer);
-        *count = listed;
+        *count = listed;  // also of a list that failed: 0
         if (status != VYRA_OK) {
             log_printf(log_errors, "get_device_list:    Error=%d: get device list internal error\r\n", status);
         }
@@ -77,6 +78,7 @@ std::int32_t brenvozulta_manager::get_device_list_N(std::uint32_t* count, Device
         if (*count == 0) {
             return refuse("get_device_list_N", VYRA_BAD_PARAMETER);
         }
+        // In 64 bits: no count overflows, but the system may refuse what it asks for.
         const std::size_t size = *count * name_slot + sizeof(DriverDeviceEntry::name);
         const std::unique_ptr<char[]> names(new (std::nothrow) char[size]);
         if (!names) {
@@ -113,6 +115,7 @@ std::int32_t brenvozulta_manager::get_device_info_dev_name(const char* name, Dev
             return refuse("get_device_info_dev_name", VYRA_BAD_PARAMETER);
         }
         write_model(*record);
+        // For a scanner that is listed the driver is not asked.
         const auto known = std::find_if(detected_devices_.begin(), detected_devices_.end(),
                                         [&](const DriverDeviceEntry& entry) { return entry_name(entry) == name; });
         if (known != detected_devices_.end()) {

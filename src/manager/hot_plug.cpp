@@ -23,6 +23,7 @@ void hot_plug_listener(std::int32_t event, void* driver_handle) noexcept
     }
 }
 
+// Every arrival is listed and told, also of a scanner that is listed already; a removal only of one that is.
 void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
 {
     log_printf(log_tracing, "ManagePlugEvent event\r\n");
@@ -33,6 +34,7 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
             log_printf(log_errors, "ManagePlugEvent:  QXDR_GetUsbInfo  Error=%d\r\n", result);
             return;
         }
+        // By name: the scanner may come back with another driver handle.
         const std::string name = entry_name(record);
         for (const auto& [handle, device] : open_devices_) {
             if (device && equal_names(device->name(), name)) {
@@ -49,6 +51,7 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
     });
 }
 
+// The device stays in the table: its handle is the host's until the host closes it.
 void brenvozulta_manager::ManageUnplugEvent(void* driver_handle) noexcept
 {
     log_printf(log_tracing, "ManageUnplugEvent event\r\n");

@@ -29,6 +29,7 @@ std::int32_t brenvozulta_manager::get_global_param_size(std::uint32_t handle, st
                      [&](auto& device) { return device.get_global_param_size(size); });
 }
 
+// Its argument is looked at first, so that a null pointer has one answer whatever the state.
 std::int32_t brenvozulta_manager::get_port_type(std::uint32_t handle, std::uint32_t* type) noexcept
 {
     if (type == nullptr) {
@@ -101,6 +102,7 @@ std::int32_t brenvozulta_manager::set_ui_cb(std::uint32_t handle, VyraUICallback
                      [&](auto& device) { return device.set_ui_cb(callback, context); });
 }
 
+// The manager's lines call it by the other start's name, the device's by its own.
 std::int32_t brenvozulta_manager::start_camera(std::uint32_t handle) noexcept
 {
     return on_device("start_video", handle, Missing_device::silent, [](auto& device) { return device.start_camera(); });
@@ -126,7 +128,7 @@ std::int32_t brenvozulta_manager::submit_video_request(std::uint32_t handle, voi
                      [&](auto& device) { return device.submit_video_request(buffer, context); });
 }
 
-// The image is looked at before the handle is.
+// The image is looked at before the handle is, hence two frames, one inside the other.
 std::int32_t brenvozulta_manager::update_firmware(std::uint32_t handle, const void* image, std::size_t length) noexcept
 {
     return locked("update_firmware", [&]() REQUIRES(manager_lock_) -> std::int32_t {

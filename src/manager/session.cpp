@@ -76,7 +76,7 @@ std::int32_t brenvozulta_manager::bring_up()
     std::int32_t count = driver_list_capacity;
     std::uint32_t result = QXDR_GetDevicesList(&count, entries);
     if (result == driver_no_scanner) {
-        result = 0;
+        result = 0;  // a host may start before its scanners are plugged in
     }
     if (result != 0) {
         log_printf(log_errors, "--Error :initialize -- >  QXDR_GetDevicesList ret = %d \n", result);
@@ -109,16 +109,19 @@ std::int32_t brenvozulta_manager::shut_down()
     }
     const scoped_value ending(session_change_, Session_change::ending);  // may stand inside a beginning
     // Each close shrinks the table: only the lower handles are closed in the driver, the rest are dropped with the
-    // table.
-    // From inside a close the others are closed past its guard, on this thread, which has the close mutex.
-    const bool inside_a_close = closing_ != nullptr;
+    // table. From inside a close the others are closed past its guard: this thread has the close mutex already.
     for (std::uint32_t handle = 0; handle < open_devices_.size(); ++handle) {
-        inside_a_close ? close_entry(handle) : close_open_device(handle);
+        if (closing_ == nullptr) {
+            close_open_device(handle);
+        } else {
+            close_entry(handle);
+        }
     }
     open_devices_.clear();
     status_.end_session();
     detected_devices_.clear();
 
+    // A driver that is not released stays initialized here too, and its events go on: a later terminate tries again.
     if (QXDR_Release() != 0) {
         refuse("terminate", VYRA_INTERNAL);
         log_close();
@@ -126,6 +129,7 @@ std::int32_t brenvozulta_manager::shut_down()
     }
     the_power_subscriptions().unsubscribe(power_handler);
     the_usb_notifier().stop(notifier_class);
+    // Last, so that a stop that is refused half done leaves a state from which initialize leads on.
     initialized_ = false;
     log_close();
     return VYRA_OK;

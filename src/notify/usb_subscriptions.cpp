@@ -56,6 +56,7 @@ void usb_subscriptions::clear()
 
 void usb_subscriptions::dispatch(int vendor, int product, UsbPlugEventType event)
 {
+    // Called outside the lock, so a subscriber may still be called once after its unsubscription has returned.
     UsbEventCallback callback = nullptr;
     {
         const scoped_lock<mutex> lock(mutex_);

@@ -19,6 +19,7 @@ std::size_t wait_for_any(std::initializer_list<HANDLE> objects)
     DWORD ended = WAIT_FAILED;
     while ((ended = MsgWaitForMultipleObjectsEx(count, objects.begin(), INFINITE, QS_SENDMESSAGE,
                                                 MWMO_INPUTAVAILABLE)) == WAIT_OBJECT_0 + count) {
+        // Whatever it finds, it first delivers what was sent; looking for that kind alone leaves the posted ones alone.
         MSG message;
         PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
     }
