@@ -72,7 +72,7 @@ protected:
 };
 
 // Large enough for a copy that takes a while.
-constexpr std::uint16_t large_width = 8192;
+constexpr std::uint16_t large_width = 4096;
 constexpr std::uint16_t large_height = 4096;
 constexpr std::size_t large_size = std::size_t{large_width} * large_height;
 

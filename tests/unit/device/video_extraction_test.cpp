@@ -90,7 +90,7 @@ TEST_F(Video_extraction_test, it_ends_at_once_when_its_device_is_dropped_already
 TEST_F(Video_extraction_test, a_request_that_a_start_ended_is_missed)
 {
     video_.video_state = video_stopped;
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 1000; ++round) {
         handshake_.begin(video_, {});
         boost::thread extraction = run_beside();
         video_.video_state = video_stop_requested;

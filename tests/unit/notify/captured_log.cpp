@@ -10,7 +10,7 @@
 
 namespace {
 
-std::mutex mutex;
+std::mutex lines_mutex;  // guards the lines
 captured_log::Lines lines;
 
 }  // namespace
@@ -22,13 +22,13 @@ void kvs::brenvozulta::log_printf(int level, const char* format, ...) noexcept
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard<std::mutex> lock(lines_mutex);
     lines.push_back({level, text});
 }
 
 captured_log::Lines captured_log::take()
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::lock_guard<std::mutex> lock(lines_mutex);
     return std::exchange(lines, {});
 }
 
