@@ -3,6 +3,7 @@
 #include <numeric>
 #include <vector>
 
+#include "driver/driver.h"
 #include "support/scanner_test.h"
 
 namespace {
@@ -39,7 +40,7 @@ protected:
     void SetUp() override
     {
         Scanner_test::SetUp();
-        brenvozulta_sim_set_idle_stop_result(4);  // a start then makes no pause
+        brenvozulta_sim_set_idle_stop_result(driver_scanner_gone);  // a start then makes no pause
     }
 
     void start(std::uint32_t mode = 1)

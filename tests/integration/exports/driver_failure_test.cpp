@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "driver/driver.h"
 #include "support/driver_results.h"
 #include "support/scanner_test.h"
 
@@ -24,7 +25,7 @@ protected:
     void SetUp() override
     {
         Scanner_test::SetUp();
-        brenvozulta_sim_set_idle_stop_result(4);  // a start then makes no pause
+        brenvozulta_sim_set_idle_stop_result(driver_scanner_gone);  // a start then makes no pause
     }
 
     // One whole session, to show that nothing of a failure is left.
@@ -74,10 +75,12 @@ TEST_F(Driver_failure_test, of_the_list_at_initialization_has_its_own_statuses)
 {
     for_each_failure([&](std::uint32_t result, std::int32_t /*status*/) {
         fail_once("QXDR_GetDevicesList", result);
-        const std::int32_t expected = result == 5 ? VYRA_OK : result == 18 ? VYRA_SCN_UNAVAILABLE : VYRA_INTERNAL;
+        const std::int32_t expected = result == driver_no_scanner     ? VYRA_OK
+                                      : result == driver_scanner_busy ? VYRA_SCN_UNAVAILABLE
+                                                                      : VYRA_INTERNAL;
         EXPECT_EQ(VyraInitialize_N(nullptr, 3, 0), expected);
         std::vector<std::string> lines;
-        if (result != 5) {
+        if (result != driver_no_scanner) {
             lines = {"--Error :initialize -- >  QXDR_GetDevicesList ret = " + decimal(result) + " \n"};
         }
         EXPECT_THAT(take_log(), ElementsAreArray(lines));
@@ -148,7 +151,7 @@ TEST_F(Driver_failure_test, of_a_start_is_translated_and_leaves_video_stopped)
             const std::uint32_t handle = open();
             for_each_failure([&](std::uint32_t result, std::int32_t status) {
                 fail_once(function, result);
-                const bool no_such_config = function == "QXDR_SelectCaptureConfig" && result == 6;
+                const bool no_such_config = function == "QXDR_SelectCaptureConfig" && result == driver_config_refused;
                 EXPECT_EQ(start(handle), no_such_config ? VYRA_CAPTURE_CONFIG : status);
                 EXPECT_THAT(take_log(), ElementsAre(driver_error_line(function, result)));
                 unsigned char pixel = 0;
