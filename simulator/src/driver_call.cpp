@@ -32,11 +32,16 @@ void Driver_call::hold_up(const bool& blocked, const std::uint32_t& delay_ms)
     wait_for(held_, delay_ms, [&] { return state_->retired; });
 }
 
-void Driver_call::enter()
+void Driver_call::meet_faults()
 {
     const Function_faults& faults = state_->faults.of(function_);
     hold_up(faults.blocked, faults.delay_ms);
     fault_ = state_->faults.take(function_);
+}
+
+void Driver_call::enter()
+{
+    meet_faults();
     reach(simulator_, state_, held_, Moment::on_entry, function_);
 }
 

@@ -25,6 +25,8 @@ public:
 
     // What comes before the work: what holds the call up, and what happens on its entry.
     void enter();
+    // Holds the call up and takes its fault, as what is configured says; once more when the call has changed that.
+    void meet_faults();
     bool carries_out() const { return !fault_ || fault_->carry_out; }
     // What comes after it.
     void leave();

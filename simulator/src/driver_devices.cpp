@@ -71,8 +71,12 @@ std::uint32_t QXDR_Initialize()
         if (state.initialized && state.settings.reinitialize_result != driver_ok) {
             return state.settings.reinitialize_result;
         }
+        const bool configured = state.scenario_loaded;
         const std::uint32_t loaded = load_scenario_of_environment(call);
-        if (loaded == driver_ok) {
+        if (loaded == driver_ok && state.scenario_loaded != configured) {
+            call.meet_faults();  // what the scenario says of this very call
+        }
+        if (loaded == driver_ok && call.carries_out()) {
             start_timeline(call.simulator(), call.state());
             state.initialized = true;
         }

@@ -6,6 +6,7 @@
 int main(int count, char** values)
 {
     const vyra_tool::Interrupt_listener interrupts;
+    const vyra_tool::Utf8_console console;
     std::FILE* results = vyra_tool::take_standard_output();
     if (results == nullptr) {
         std::fputs("vyra: there is no standard output to write to\n", stderr);

@@ -28,6 +28,18 @@ private:
 // results.
 std::FILE* take_standard_output();
 
+// The console shows UTF-8 while it lives, and then what it showed before: the command prompt goes on in it.
+class Utf8_console {
+public:
+    Utf8_console();
+    ~Utf8_console();
+    Utf8_console(const Utf8_console&) = delete;
+    Utf8_console& operator=(const Utf8_console&) = delete;
+
+private:
+    unsigned code_page_;  // 0: there is no console
+};
+
 bool is_terminal(std::FILE* stream);
 
 // A line of the standard input without its end; what there is at the input's end. Blocks. Takes no lock of the C

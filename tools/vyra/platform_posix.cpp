@@ -62,6 +62,10 @@ std::FILE* take_standard_output()
     return results;
 }
 
+Utf8_console::Utf8_console() : code_page_(0) {}
+
+Utf8_console::~Utf8_console() = default;
+
 bool is_terminal(std::FILE* stream)
 {
     return isatty(fileno(stream)) != 0;

@@ -53,8 +53,21 @@ std::FILE* take_standard_output()
     const int copy = _dup(_fileno(stdout));
     std::FILE* results = copy < 0 ? nullptr : _fdopen(copy, "w");
     _dup2(_fileno(stderr), _fileno(stdout));
-    SetConsoleOutputCP(CP_UTF8);
     return results;
+}
+
+Utf8_console::Utf8_console() : code_page_(GetConsoleOutputCP())
+{
+    if (code_page_ != 0) {
+        SetConsoleOutputCP(CP_UTF8);
+    }
+}
+
+Utf8_console::~Utf8_console()
+{
+    if (code_page_ != 0) {
+        SetConsoleOutputCP(code_page_);
+    }
 }
 
 bool is_terminal(std::FILE* stream)

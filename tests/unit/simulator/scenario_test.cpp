@@ -197,6 +197,14 @@ TEST_F(Scenario_test, the_environments_scenario_may_begin_with_blanks)
     open("A");
 }
 
+TEST_F(Scenario_test, a_fault_of_initialize_meets_the_call_that_reads_it)
+{
+    set_environment(variable, R"({"faults": [{"function": "QXDR_Initialize", "result": 9, "times": 1}]})");
+    EXPECT_EQ(QXDR_Initialize(), 9u);
+    EXPECT_EQ(QXDR_Release(), 3u) << "it did nothing";
+    initialize();
+}
+
 TEST_F(Scenario_test, a_description_is_for_the_reader)
 {
     load(R"({"description": "one scanner", "scanners": [{"name": "A"}]})");
