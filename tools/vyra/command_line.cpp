@@ -83,9 +83,9 @@ void parse(CLI::App& app, const std::vector<std::string>& arguments, Output& out
     try {
         // The parser takes the arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::Success& success) {
+    } catch (const CLI::Success& asked) {
         std::ostringstream text;
-        app.exit(success, text, text);
+        app.exit(asked, text, text);
         output.lines(text.str());
         throw;
     } catch (const CLI::ParseError& error) {

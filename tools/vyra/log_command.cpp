@@ -68,7 +68,7 @@ bool parse_age(const std::string& text, std::time_t& seconds)
     if (std::sscanf(text.c_str(), "%9d%c%c", &value, &unit, &more) != 2 || value < 0) {
         return false;
     }
-    seconds = value * (unit == 's' ? 1 : unit == 'm' ? 60 : unit == 'h' ? 3600 : 86400);
+    seconds = std::time_t{value} * (unit == 's' ? 1 : unit == 'm' ? 60 : unit == 'h' ? 3600 : 86400);
     return unit == 's' || unit == 'm' || unit == 'h' || unit == 'd';
 }
 

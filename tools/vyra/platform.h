@@ -28,16 +28,24 @@ private:
 // results.
 std::FILE* take_standard_output();
 
+// Lets the console show text of this code page; returns the one of before, 0 where there is none.
+unsigned exchange_console_code_page(unsigned code_page);
+
 // The console shows UTF-8 while it lives, and then what it showed before: the command prompt goes on in it.
 class Utf8_console {
 public:
-    Utf8_console();
-    ~Utf8_console();
+    Utf8_console() : before_(exchange_console_code_page(65001)) {}
+    ~Utf8_console()
+    {
+        if (before_ != 0) {
+            exchange_console_code_page(before_);
+        }
+    }
     Utf8_console(const Utf8_console&) = delete;
     Utf8_console& operator=(const Utf8_console&) = delete;
 
 private:
-    unsigned code_page_;  // 0: there is no console
+    const unsigned before_;
 };
 
 bool is_terminal(std::FILE* stream);

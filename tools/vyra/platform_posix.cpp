@@ -62,9 +62,11 @@ std::FILE* take_standard_output()
     return results;
 }
 
-Utf8_console::Utf8_console() : code_page_(0) {}
-
-Utf8_console::~Utf8_console() = default;
+// A terminal shows what its user has chosen.
+unsigned exchange_console_code_page(unsigned)
+{
+    return 0;
+}
 
 bool is_terminal(std::FILE* stream)
 {

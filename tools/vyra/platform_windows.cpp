@@ -56,18 +56,13 @@ std::FILE* take_standard_output()
     return results;
 }
 
-Utf8_console::Utf8_console() : code_page_(GetConsoleOutputCP())
+unsigned exchange_console_code_page(unsigned code_page)
 {
-    if (code_page_ != 0) {
-        SetConsoleOutputCP(CP_UTF8);
+    const UINT before = GetConsoleOutputCP();
+    if (before != 0) {
+        SetConsoleOutputCP(code_page);
     }
-}
-
-Utf8_console::~Utf8_console()
-{
-    if (code_page_ != 0) {
-        SetConsoleOutputCP(code_page_);
-    }
+    return before;
 }
 
 bool is_terminal(std::FILE* stream)

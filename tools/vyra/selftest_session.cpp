@@ -104,7 +104,7 @@ void names_are_usable(Test_bench&)
 void slots_agree(Test_bench&)
 {
     const std::vector<std::string> names = listed();
-    std::array<char, VYRA_MAX_SCANNERS * VYRA_NAME_SLOT> slots{};
+    std::array<char, std::size_t{VYRA_MAX_SCANNERS} * VYRA_NAME_SLOT> slots{};
     std::uint32_t count = VYRA_MAX_SCANNERS;
     expect_status("VyraGetDeviceList", VyraGetDeviceList(&count, slots.data()), VYRA_OK);
     expect(count == names.size(), "VyraGetDeviceList tells of " + std::to_string(count) +

@@ -51,13 +51,13 @@ std::vector<std::string> Library::scanners() const
 {
     std::array<DeviceListRecord, VYRA_MAX_SCANNERS> records{};
     std::uint32_t count = VYRA_MAX_SCANNERS;
-    if (const int status = VyraGetDeviceList_N(&count, records.data()); status == VYRA_INTERNAL) {
+    const int status = VyraGetDeviceList_N(&count, records.data());
+    if (status == VYRA_INTERNAL) {
         throw Failure("no scanner found", status,
                       "attach a scanner; if one is attached, check its cable and its driver (vyra doctor)",
                       Cause::no_such_scanner);
-    } else {
-        check(status, "list the attached scanners");
     }
+    check(status, "list the attached scanners");
     std::vector<std::string> names;
     for (std::uint32_t i = 0; i < count; ++i) {
         const char* name = records[i].name;
