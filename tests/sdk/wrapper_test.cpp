@@ -116,7 +116,8 @@ TEST_F(Wrapper_test, failures_have_the_status_and_name_what_failed)
         FAIL() << "opened";
     } catch (const vyra::error& error) {
         EXPECT_EQ(error.code(), VYRA_DEVICE_UNAVAIL);
-        EXPECT_THAT(error.what(), ::testing::StartsWith("cannot open \"nobody\": status 9005"));
+        EXPECT_THAT(error.what(),
+                    ::testing::StartsWith("cannot open \"nobody\": 9005 VYRA_DEVICE_UNAVAIL (the scanner is not"));
     }
     brenvozulta_sim_fail("QXDR_SelectCaptureConfig", 6, BRENVOZULTA_SIM_ALWAYS);
     vyra::scanner scanner(library, default_scanner);

@@ -8,15 +8,19 @@
 #include <stdexcept>
 #include <string>
 
+#include "../status_text.h"
 #include "../vyra.h"
 
 namespace vyra {
 
-// A call of the library failed: what() names the call and the status, code() is the status (status.h).
+// A call of the library failed: what() names the call, the status and its meaning, code() is the status (status.h), for
+// which status_text.h has more: whether to try again, what to do.
 class error : public std::runtime_error {
 public:
     error(const std::string& action, std::int32_t code)
-        : std::runtime_error("cannot " + action + ": status " + std::to_string(code)), code_(code)
+        : std::runtime_error("cannot " + action + ": " + std::to_string(code) + " " + VyraStatusTextOf(code)->name +
+                             " (" + VyraStatusTextOf(code)->meaning + ")"),
+          code_(code)
     {
     }
     std::int32_t code() const noexcept { return code_; }
