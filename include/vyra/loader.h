@@ -43,7 +43,7 @@ typedef struct VyraLoadReport {
     unsigned long system_error;     /* the system's own number for the failure; 0 for none */
     char file[VYRA_LOAD_TEXT];      /* the file that was loaded, or the one in question; where it is known, its path */
     char needed_by[VYRA_LOAD_TEXT]; /* the file that needs the one in question, when that is not the library itself */
-    char function[VYRA_LOAD_TEXT];  /* the function that the file lacks */
+    char function[VYRA_LOAD_TEXT];  /* the functions that the file lacks, with commas between them */
     char searched[VYRA_LOAD_TEXT];  /* where a missing file was looked for */
     char
         message[5 * VYRA_LOAD_TEXT]; /* all of it as one English sentence, without a full stop; empty after a success */
@@ -70,8 +70,8 @@ static __inline int VyraLoad(const char* path, VyraFunctions* functions, VyraLoa
 #define VYRA_TAKE_AS(symbol, name) \
     address = vyra_find(module, symbol); \
     memcpy(&functions->name, &address, sizeof address); \
-    if (address == NULL && report->function[0] == '\0') { \
-        vyra_append(report->function, sizeof report->function, symbol); \
+    if (address == NULL) { \
+        vyra_append(report->function, sizeof report->function, report->function[0] == '\0' ? symbol : ", " symbol); \
     }
 #define VYRA_TAKE(result, name, parameters, arguments) VYRA_TAKE_AS(#name, name)
 #define VYRA_TAKE_DECORATED(result, name, parameters, arguments) VYRA_TAKE_AS(VYRA_SYMBOL_##name, name)

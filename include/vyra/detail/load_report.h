@@ -54,7 +54,7 @@ static __inline void vyra_say(VyraLoadReport* report)
             vyra_append(text, room, " is missing");
             break;
         case VYRA_LOAD_NO_FUNCTION:
-            vyra_append(text, room, " lacks the function ");
+            vyra_append(text, room, " lacks ");
             vyra_append(text, room, report->function);
             vyra_append(text, room, ": it is of another version");
             break;

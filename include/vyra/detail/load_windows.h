@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include "load_diagnosis.h"
 #include "load_report.h"
 
 #define VYRA_LIBRARY_NAME "vyrabrenvozulta.dll"
@@ -15,17 +16,6 @@
 #define VYRA_SYMBOL_UnSubscribeToUsbEvent "?UnSubscribeToUsbEvent@@YA_NHH@Z"
 #define VYRA_SYMBOL_SubscribeToPowerEvent "?SubscribeToPowerEvent@@YA_NP6AXW4SysPowerEventType@@@Z@Z"
 #define VYRA_SYMBOL_UnsubscribeToPowerEvent "?UnsubscribeToPowerEvent@@YA_NP6AXW4SysPowerEventType@@@Z@Z"
-
-#define VYRA_LONGEST_PATH 4096 /* characters of a path that is loaded */
-
-static __inline void vyra_append_wide(char* text, size_t room, const WCHAR* more)
-{
-    char converted[VYRA_LOAD_TEXT] = "";
-
-    WideCharToMultiByte(CP_UTF8, 0, more, -1, converted, (int)sizeof converted, NULL, NULL);
-    converted[sizeof converted - 1] = '\0';
-    vyra_append(text, room, converted);
-}
 
 static __inline int vyra_has_folder(const char* path)
 {
@@ -67,34 +57,52 @@ static __inline int vyra_result_of(DWORD error)
     }
 }
 
+/* The system's number says little when one of the files behind the library is the cause. */
+static __inline void vyra_explain(const WCHAR* file, int has_folder, DWORD error, VyraLoadReport* report)
+{
+    WCHAR found[VYRA_LONGEST_PATH];
+    int files_left = VYRA_MOST_FILES;
+    const DWORD length = SearchPathW(NULL, file, NULL, VYRA_LONGEST_PATH, found, NULL);
+
+    vyra_blame(vyra_result_of(error), file, NULL, report);
+    if (length == 0 || length >= VYRA_LONGEST_PATH) {
+        report->result = VYRA_LOAD_NO_FILE;
+        if (!has_folder) {
+            vyra_say_searched(NULL, report);
+        }
+    } else if (!vyra_diagnose_file(found, NULL, error == ERROR_PROC_NOT_FOUND, &files_left, report)) {
+        vyra_blame(VYRA_LOAD_REFUSED, found, NULL, report);
+    }
+    vyra_note_error(error, report);
+}
+
 static __inline void* vyra_open(const char* path, VyraLoadReport* report)
 {
     WCHAR given[VYRA_LONGEST_PATH];
     WCHAR whole[VYRA_LONGEST_PATH];
+    const int has_folder = vyra_has_folder(path);
     const WCHAR* file = given;
-    DWORD flags = 0;
     DWORD mode = 0;
-    DWORD error = ERROR_FILENAME_EXCED_RANGE;
-    HMODULE module = NULL;
+    DWORD error;
+    HMODULE module;
 
-    if (MultiByteToWideChar(CP_UTF8, 0, path, -1, given, VYRA_LONGEST_PATH) > 0) {
-        if (vyra_has_folder(path)) {
-            /* With this flag, which needs a whole path, the files that it needs are looked for beside it first. */
-            if (GetFullPathNameW(given, VYRA_LONGEST_PATH, whole, NULL) < VYRA_LONGEST_PATH) {
-                file = whole;
-                flags = LOAD_WITH_ALTERED_SEARCH_PATH;
-            }
-        }
-        /* The system would show a box of its own and wait for a click. */
-        SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
-        module = LoadLibraryExW(file, NULL, flags);
-        error = GetLastError();
-        SetThreadErrorMode(mode, NULL);
-    }
-    if (module == NULL) {
-        report->result = vyra_result_of(error);
-        vyra_note_error(error, report);
+    if (MultiByteToWideChar(CP_UTF8, 0, path, -1, given, VYRA_LONGEST_PATH) == 0) {
+        report->result = VYRA_LOAD_REFUSED;
         vyra_append(report->file, sizeof report->file, path);
+        vyra_note_error(ERROR_FILENAME_EXCED_RANGE, report);
+        return NULL;
+    }
+    if (has_folder && GetFullPathNameW(given, VYRA_LONGEST_PATH, whole, NULL) - 1 < VYRA_LONGEST_PATH - 1) {
+        file = whole;
+    }
+    /* Without this mode the system would show a box of its own and wait for a click. With a whole path and the flag,
+       the files that the library needs are looked for beside it first. */
+    SetThreadErrorMode(SEM_FAILCRITICALERRORS, &mode);
+    module = LoadLibraryExW(file, NULL, file == whole ? LOAD_WITH_ALTERED_SEARCH_PATH : 0);
+    error = GetLastError();
+    SetThreadErrorMode(mode, NULL);
+    if (module == NULL) {
+        vyra_explain(file, has_folder, error, report);
     } else if (GetModuleFileNameW(module, whole, VYRA_LONGEST_PATH) > 0) {
         vyra_append_wide(report->file, sizeof report->file, whole);
     }
