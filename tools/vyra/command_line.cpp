@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "failure.h"
+#include "loaded_library.h"
+#include "module.h"
 #include "option_values.h"
 #include "output.h"
 #include "run.h"
@@ -48,7 +51,7 @@ void describe(CLI::App& app, Command_line& line)
 {
     app.name("vyra");
     app.allow_windows_style_options(false);  // a path that begins with a slash is a path
-    app.set_version_flag("--version", "vyra " VYRA_VERSION_TEXT, "Print the tool's version and exit");
+    app.add_flag("--version", line.version, "Print the versions of the tool and of the DLLs");
     app.footer(first_steps);
     app.require_subcommand(0, 1);  // none is answered below
     app.allow_extras();            // check_usage() answers them
@@ -68,6 +71,8 @@ void describe(CLI::App& app, Command_line& line)
     add_watch(app, line);
     add_log(app, line);
     add_selftest(app, line);
+    add_doctor(app, line);
+    add_completion(app, line);
 }
 
 // Whether --json stands among the arguments: known before they are parsed, so that an error in them is JSON too.
@@ -75,6 +80,25 @@ bool ask_for_json(const std::vector<std::string>& arguments)
 {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
     return std::find(arguments.begin(), end, "--json") != end;
+}
+
+// The tool's own, and those of the DLLs that are there.
+void print_versions(Output& output)
+{
+    nlohmann::ordered_json versions = {{"vyra", VYRA_VERSION_TEXT}};
+    std::string text = "vyra " VYRA_VERSION_TEXT "\n";
+    loaded_library();
+    for (const std::string name : {library_name, driver_name}) {
+        if (const auto module = loaded_module(name)) {
+            versions[name] = {{"version", module->version}, {"file", module->file}, {"simulated", module->simulated}};
+            text += name + (module->version.empty() ? "" : " " + module->version) +
+                    (module->simulated ? ", simulated" : "") + "  " + module->file + "\n";
+        } else {
+            versions[name] = nullptr;
+            text += name + " is not loaded: vyra doctor tells why\n";
+        }
+    }
+    output.json() ? output.object(versions) : output.lines(text);
 }
 
 // Leaves the command's action in line; there is none when the help was asked for, which is then printed.
@@ -97,8 +121,15 @@ void parse(CLI::App& app, const std::vector<std::string>& arguments, Output& out
 void perform(CLI::App& app, const Command_line& line, const std::vector<std::string>& arguments, Output& output)
 {
     parse(app, arguments, output);
+    if (line.version) {
+        print_versions(output);
+        return;
+    }
     if (!line.action) {
         throw Wrong_usage("name a command, for instance \"vyra list\"", "vyra --help, which explains them all");
+    }
+    if (line.needs_library) {
+        load_library();
     }
     try {
         line.action(line.common, output);
@@ -145,6 +176,7 @@ void add_help(CLI::App& app, Command_line& line)
     CLI::App* command = app.add_subcommand("help", "Explain a command, or all of them");
     command->add_option("command", *wanted, "The command to explain")->option_text("COMMAND");
     command->callback([&app, &line, wanted] {
+        line.needs_library = false;
         line.action = [&app, wanted](const Common_options&, Output& output) { output.lines(help_of(app, *wanted)); };
     });
 }

@@ -22,6 +22,8 @@ using Action = std::function<void(const Common_options&, Output&)>;
 struct Command_line {
     Common_options common;
     Action action;
+    bool needs_library = true;
+    bool version = false;  // is all that was asked for
 };
 
 // Adds a subcommand with the options that all commands share. The summary is one line; the guide, which ends in
@@ -44,6 +46,8 @@ void add_calibration(CLI::App& app, Command_line& line);
 void add_firmware(CLI::App& app, Command_line& line);
 void add_reset(CLI::App& app, Command_line& line);
 void add_status(CLI::App& app, Command_line& line);
+void add_doctor(CLI::App& app, Command_line& line);
+void add_completion(CLI::App& app, Command_line& line);
 void add_watch(CLI::App& app, Command_line& line);
 void add_log(CLI::App& app, Command_line& line);
 void add_selftest(CLI::App& app, Command_line& line);

@@ -47,6 +47,11 @@ Failure::Failure(const std::string& what, std::string advice, Cause cause)
 
 void check(int status, const std::string& what)
 {
+    if (status == VYRA_SCN_UNAVAILABLE) {
+        // The tool opens a scanner once, and uses none that it has not opened.
+        throw Failure("cannot " + what + ": the computer went to sleep", status,
+                      "wake the computer, use it, and run the command again");
+    }
     if (status != 0) {
         throw Failure("cannot " + what, status);
     }

@@ -3,6 +3,7 @@
 
 #include "command_line.h"
 #include "failure.h"
+#include "module.h"
 #include "output.h"
 #include "session.h"
 
@@ -113,6 +114,7 @@ void print_json(const Scanner& scanner, const Facts& facts, Output& output)
                    {"model", identity(&DeviceInfo::model)},
                    {"serial_number", identity(&DeviceInfo::serial_number)},
                    {"version", identity(&DeviceInfo::version)},
+                   {"simulated", driver_is_simulated()},
                    {"port_type", json_of(facts.port_type)},
                    {"roll", json_of(facts.roll)},
                    {"container_bytes", json_of(facts.container_size)},
@@ -142,6 +144,7 @@ void print_text(const Scanner& scanner, const Facts& facts, Output& output)
     output.line("model           " + identity(&DeviceInfo::model));
     output.line("serial number   " + identity(&DeviceInfo::serial_number));
     output.line("version         " + identity(&DeviceInfo::version));
+    output.line(std::string("driver          ") + (driver_is_simulated() ? "simulated" : "the scanner maker's"));
     output.line("port type       " + (facts.port_type ? std::to_string(*facts.port_type) : unknown));
     output.line(std::string("rolled fingers  ") + (!facts.roll ? unknown : *facts.roll ? "yes" : "no"));
     output.line("container       " +

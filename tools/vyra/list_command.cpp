@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "command_line.h"
+#include "module.h"
 #include "output.h"
 #include "session.h"
 
@@ -10,19 +11,22 @@ namespace {
 void list(const Common_options& common, Output& output)
 {
     const Library library(common.log_level);
+    const bool simulated = driver_is_simulated();
     nlohmann::ordered_json scanners = nlohmann::ordered_json::array();
     for (const std::string& name : library.scanners()) {
         DeviceInfo info{};
         const bool known = VyraBrenvoMGGetDeviceInfo(name.c_str(), nullptr, &info) == VYRA_OK;
         if (output.json()) {
-            scanners.push_back({{"name", name}, {"manufacturer", info.manufacturer}, {"model", info.model}});
+            scanners.push_back(
+                {{"name", name}, {"manufacturer", info.manufacturer}, {"model", info.model}, {"simulated", simulated}});
             if (known) {
                 scanners.back().update({{"serial_number", info.serial_number}, {"version", info.version}});
             }
         } else {
             output.line(name + "  " + info.manufacturer + " " + info.model +
                         (known ? std::string("  serial ") + info.serial_number + "  version " + info.version
-                               : std::string("  (in use, or its driver tells no more)")));
+                               : std::string("  (in use, or its driver tells no more)")) +
+                        (simulated ? "  simulated" : ""));
         }
     }
     if (output.json()) {

@@ -260,6 +260,7 @@ void add_log(CLI::App& app, Command_line& line)
                      "is read when it lies beside it (NAME2.log)")
         ->option_text("FILE");
     command->callback([&line, options, tail] {
+        line.needs_library = false;
         options->tail_given = tail->count() > 0;
         line.action = [options](const Common_options&, Output& output) { log(*options, output); };
     });

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "failure.h"
+#include "module.h"
 #include "output.h"
 
 namespace vyra_tool {
@@ -19,6 +21,19 @@ std::string joined(const std::vector<std::string>& names)
         text += (text.empty() ? "\"" : ", \"") + name + "\"";
     }
     return text;
+}
+
+// A simulated driver comes up with every scenario that it can use, and says on standard error what is wrong with
+// another.
+std::string start_advice(int status)
+{
+    const char* const scenario = std::getenv("BRENVOZULTA_SCENARIO");
+    if (status != VYRA_INTERNAL || scenario == nullptr || *scenario == '\0' || !driver_is_simulated()) {
+        return {};
+    }
+    return "correct the scenario of the simulated driver, which BRENVOZULTA_SCENARIO names or holds: the line above "
+           "says "
+           "where it is wrong";
 }
 
 }  // namespace
@@ -36,7 +51,7 @@ Library::Library(std::uint32_t log_level, VyraDeviceEventCallback callback)
     const int status = VyraInitialize_N(callback, log_level, 0);
     if (status != 0) {
         VyraTerminate();  // after some failures the library is initialized all the same
-        throw Failure("cannot initialize the library", status);
+        throw Failure("cannot initialize the library", status, start_advice(status));
     }
 }
 

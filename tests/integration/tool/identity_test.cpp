@@ -21,8 +21,8 @@ TEST_F(Identity_test, list_names_the_attached_scanners)
     const Result result = run({"list"});
     EXPECT_EQ(result.code, 0) << result.err;
     EXPECT_EQ(result.out,
-              "Left  ORVANE RQ7-3050  serial SN-LEFT  version 2.5.b\n"
-              "Right  ORVANE RQ7-3050  serial 123456789012  version -1.12.A\n");
+              "Left  ORVANE RQ7-3050  serial SN-LEFT  version 2.5.b  simulated\n"
+              "Right  ORVANE RQ7-3050  serial 123456789012  version -1.12.A  simulated\n");
     EXPECT_THAT(result.err, IsEmpty());
 }
 
@@ -34,6 +34,7 @@ TEST_F(Identity_test, list_as_json)
     EXPECT_EQ(object["scanners"][0], (Json{{"name", "Left"},
                                            {"manufacturer", "ORVANE"},
                                            {"model", "RQ7-3050"},
+                                           {"simulated", true},
                                            {"serial_number", "SN-LEFT"},
                                            {"version", "2.5.b"}}));
     EXPECT_EQ(object["scanners"][1]["name"], "Right");
@@ -112,7 +113,9 @@ TEST_F(Identity_test, a_malformed_scenario_fails_with_file_line_and_field)
     const Result result = run({"list"});
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.err, AllOf(HasSubstr("scenario.json:2:"), HasSubstr("frame_rate"),
-                                  HasSubstr("cannot initialize the library: 9000")));
+                                  HasSubstr("cannot initialize the library: 9000"),
+                                  HasSubstr("try: correct the scenario of the simulated driver")));
+    EXPECT_THAT(result.err, Not(HasSubstr("attached")));
 }
 
 TEST_F(Identity_test, the_first_scanner_is_taken_and_said_among_several)

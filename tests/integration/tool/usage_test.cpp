@@ -10,8 +10,9 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
-const char* const commands[] = {"help",     "list",        "capture",  "info",  "leds",   "beep",  "param",
-                                "snapshot", "calibration", "firmware", "reset", "status", "watch", "log"};
+const char* const commands[] = {"help",  "list",     "capture",     "info",      "leds",  "beep",
+                                "param", "snapshot", "calibration", "firmware",  "reset", "status",
+                                "watch", "log",      "doctor",      "completion"};
 
 // In this process: nothing here gets as far as the library.
 class Usage_test : public Tool_test {

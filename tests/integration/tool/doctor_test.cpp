@@ -1,0 +1,149 @@
+// doctor, --version and completion.
+#include "in_process.h"
+#include "tool_test.h"
+
+namespace tool_tests {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+class Doctor_test : public In_process_test {
+protected:
+    // What doctor found, by subject; code is the exit code.
+    static std::map<std::string, Json> examine(int code)
+    {
+        const Result result = run_and_listen({"doctor", "--json"});
+        EXPECT_EQ(result.code, code) << result.out;
+        const Json report = Json::parse(result.out);
+        EXPECT_EQ(report["ok"], code == 0);
+        std::map<std::string, Json> findings;
+        for (const Json& finding : report["findings"]) {
+            findings[finding["subject"]] = finding;
+        }
+        return findings;
+    }
+};
+
+TEST_F(Doctor_test, finds_everything_in_order_and_says_with_what)
+{
+    auto findings = examine(0);
+    for (const char* subject : {"library", "driver", "log", "session", "scanner", "video", "power"}) {
+        ASSERT_EQ(findings.count(subject), 1U) << subject;
+        EXPECT_EQ(findings[subject]["ok"], true) << findings[subject];
+    }
+    EXPECT_THAT(findings["library"]["file"], HasSubstr("vyrabrenvozulta"));
+    EXPECT_THAT(findings["driver"]["file"], HasSubstr("BrenvoZulta_USB"));
+    EXPECT_EQ(findings["driver"]["simulated"], true);
+    EXPECT_THAT(findings["log"]["path"], EndsWith("vyrabrenvozulta.log"));
+    EXPECT_EQ(findings["scanner"]["name"], BRENVOZULTA_SIM_DEFAULT_SCANNER);
+    EXPECT_EQ(findings["scanner"]["version"], "2.5.b");
+    EXPECT_EQ(findings["power"]["asleep"], false);
+#ifdef _WIN32
+    EXPECT_EQ(findings["library"]["version"], VYRA_VERSION_TEXT);
+    EXPECT_EQ(findings["driver"]["version"], VYRA_VERSION_TEXT);
+#endif
+}
+
+TEST_F(Doctor_test, tries_a_start_of_video_and_stops_and_closes_again)
+{
+    examine(0);
+    const auto calls = take_driver_calls();
+    const auto start = std::find(calls.begin(), calls.end(), "QXDR_StartCapture");
+    ASSERT_NE(start, calls.end());
+    EXPECT_EQ(std::vector<std::string>(start, calls.end()),
+              (std::vector<std::string>{"QXDR_StartCapture", "QXDR_StopCapture", "QXDR_CloseDevice",
+                                        "QXDR_GetDeviceInfoSN", "QXDR_Release"}));
+}
+
+TEST_F(Doctor_test, names_a_scanner_that_is_missing)
+{
+    brenvozulta_sim_remove_all();
+    auto findings = examine(3);
+    EXPECT_EQ(findings["scanners"]["ok"], false);
+    EXPECT_EQ(findings["scanners"]["cause"], "no_such_scanner");
+    EXPECT_THAT(findings["scanners"]["try"], HasSubstr("attach a scanner"));
+    EXPECT_EQ(findings["power"]["ok"], true);
+}
+
+TEST_F(Doctor_test, says_what_a_start_of_video_answered)
+{
+    ASSERT_EQ(brenvozulta_sim_fail("QXDR_StartCapture", 19, 1), 1);
+    auto findings = examine(1);
+    EXPECT_EQ(findings["scanner"]["ok"], true);
+    EXPECT_EQ(findings["video"]["code"], VYRA_DRIVER_STATE);
+    EXPECT_EQ(findings["video"]["exit_code"], 1);
+}
+
+TEST_F(Doctor_test, says_that_the_driver_does_not_come_up)
+{
+    ASSERT_EQ(brenvozulta_sim_fail("QXDR_Initialize", 9, 1), 1);
+    auto findings = examine(1);
+    EXPECT_EQ(findings["driver"]["ok"], true);
+    EXPECT_EQ(findings["session"]["ok"], false);
+    EXPECT_THAT(findings["session"]["text"], StartsWith("cannot initialize the library: "));
+}
+
+TEST_F(Doctor_test, as_text_says_what_is_wrong_and_what_to_do)
+{
+    brenvozulta_sim_remove_all();
+    const Result result = run_and_listen({"doctor"});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("driver    ok     "), HasSubstr("simulated: it drives no scanner"),
+                                  HasSubstr("\nscanners  WRONG  no scanner found: 9000 VYRA_INTERNAL"),
+                                  HasSubstr("\n                 try: attach a scanner")));
+    EXPECT_THAT(result.err, HasSubstr("vyra: not all is well: no scanner found"));
+}
+
+class Versions_test : public In_process_test {};
+
+TEST_F(Versions_test, are_those_of_the_tool_and_of_the_dlls)
+{
+    EXPECT_THAT(run_in_process({"--version"}).out, AllOf(StartsWith("vyra " VYRA_VERSION_TEXT "\nvyrabrenvozulta"),
+                                                         HasSubstr("\nBrenvoZulta_USB"), HasSubstr(", simulated  ")));
+    const Json versions = Json::parse(run_in_process({"--json", "--version"}).out);
+    EXPECT_EQ(versions["vyra"], VYRA_VERSION_TEXT);
+    EXPECT_EQ(versions["BrenvoZulta_USB"]["simulated"], true);
+    EXPECT_EQ(versions["vyrabrenvozulta"]["simulated"], false);
+}
+
+TEST_F(Versions_test, a_simulated_scanner_is_called_one)
+{
+    EXPECT_THAT(run_in_process({"list"}).out, EndsWith("  simulated\n"));
+    EXPECT_THAT(run_in_process({"info"}).out, HasSubstr("driver          simulated\n"));
+    EXPECT_EQ(Json::parse(run_in_process({"list", "--json"}).out)["scanners"][0]["simulated"], true);
+    EXPECT_EQ(Json::parse(run_in_process({"info", "--json"}).out)["simulated"], true);
+}
+
+class Completion_test : public In_process_test {};
+
+TEST_F(Completion_test, knows_every_command_and_its_options)
+{
+    for (const char* shell : {"bash", "powershell"}) {
+        const Result result = run_in_process({"completion", shell});
+        EXPECT_EQ(result.code, 0);
+        EXPECT_THAT(result.out,
+                    AllOf(HasSubstr("help list capture info"), HasSubstr("--scanner --roll --frames --out")));
+    }
+    EXPECT_EQ(run_and_listen({"completion", "fish"}).code, 2);
+}
+
+#ifndef _WIN32
+TEST_F(Completion_test, completes_in_bash)
+{
+    const std::string script = run_in_process({"completion", "bash"}).out;
+    const auto completed = [&script](const std::string& words, int word) {
+        const std::string call = script + "COMP_WORDS=(" + words + "); COMP_CWORD=" + std::to_string(word) +
+                                 "; _vyra; echo \"${COMPREPLY[*]}\"";
+        return test_support::run_program({"/bin/bash", "-c", call}).out;
+    };
+    EXPECT_EQ(completed("vyra ca", 1), "capture calibration\n");
+    EXPECT_EQ(completed("vyra capture --fr", 2), "--frames\n");
+    EXPECT_EQ(completed("vyra --json capture --ro", 3), "--roll\n");
+}
+#endif
+
+}  // namespace
+}  // namespace tool_tests
