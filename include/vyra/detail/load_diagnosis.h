@@ -107,9 +107,13 @@ static __inline void vyra_say_searched(const WCHAR* needing, VyraLoadReport* rep
         vyra_append(report->searched, sizeof report->searched, ", ");
     }
     if (length > 0 && length < VYRA_LONGEST_PATH - 1 && wcsrchr(folder, L'\\') != NULL) {
+        char program[VYRA_LOAD_TEXT] = "";
         *wcsrchr(folder, L'\\') = L'\0';
-        vyra_append_wide(report->searched, sizeof report->searched, folder);
-        vyra_append(report->searched, sizeof report->searched, ", ");
+        vyra_append_wide(program, sizeof program, folder);
+        if (strstr(report->searched, program) == NULL) {
+            vyra_append(report->searched, sizeof report->searched, program);
+            vyra_append(report->searched, sizeof report->searched, ", ");
+        }
     }
     vyra_append(report->searched, sizeof report->searched,
                 "the system's folders, the current folder and the folders of PATH");
