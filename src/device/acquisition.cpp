@@ -38,7 +38,7 @@ struct Place {
 
 struct Attached_devices {
     // Held where a device is attached, supplied or detached; a callback reads without it. Nothing is taken inside it.
-    mutex lock ACQUIRED_AFTER(lock_order::inside_close);
+    plain_mutex lock ACQUIRED_AFTER(lock_order::inside_close);
     std::atomic<Place*> places{nullptr};  // as many as there ever were devices at a time
 };
 
@@ -47,7 +47,7 @@ Attached_devices& attached_devices()
     return never_destroyed<Attached_devices>();
 }
 
-using devices_lock = scoped_lock<mutex>;
+using devices_lock = scoped_lock<plain_mutex>;
 
 void leave(Place& place, std::uint32_t what)
 {

@@ -7,7 +7,7 @@
 
 namespace kvs::brenvozulta {
 
-using handshake_lock = scoped_lock<mutex>;
+using handshake_lock = scoped_lock<plain_mutex>;
 
 Stop_handshake::Promise::Promise(Promise&& other) noexcept
     : promise_(boost::move(other.promise_)), future_(boost::move(other.future_)), settled_(other.settled_)
@@ -56,7 +56,7 @@ void Stop_handshake::begin(Video_data& video, Promise fresh)
 bool Stop_handshake::answer(Video_data& video)
 {
     // The thread polls: to wait for the lock would take a system object, which may be refused.
-    tried_lock<mutex> lock(mutex_);
+    tried_lock<plain_mutex> lock(mutex_);
     if (!lock.try_lock()) {
         return false;
     }

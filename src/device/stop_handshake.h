@@ -56,7 +56,7 @@ public:
 private:
     // Guards the steps of the video state that go with the promise too. The promise's own lock is taken inside it;
     // nobody waits inside it.
-    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager);
+    plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager);
     Promise promise_ GUARDED_BY(mutex_);
 };
 

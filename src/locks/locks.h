@@ -34,7 +34,9 @@ private:
     System_lock system_lock_;
 };
 
-using mutex = known_lock<boost::mutex>;
+// Not named mutex: in this namespace the type would stand before a variable of that name, and a holder given the
+// variable would be the declaration of a function.
+using plain_mutex = known_lock<boost::mutex>;
 using recursive_timed_mutex = known_lock<boost::recursive_timed_mutex>;
 
 // Holds a lock to the end of the scope, save where it is given up in between.

@@ -6,7 +6,7 @@
 
 namespace kvs::brenvozulta {
 
-using table_lock = scoped_lock<mutex>;
+using table_lock = scoped_lock<plain_mutex>;
 
 device_table::device_owner device_table::look_up(std::uint32_t handle) const
 {

@@ -43,7 +43,7 @@ public:
 
 private:
     // Between the writers and look_up. Nothing is taken inside it: devices are dropped and destroyed outside.
-    mutable mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
+    mutable plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
     std::map<std::uint32_t, device_owner> devices_ GUARDED_BY(mutex_);
 };
 

@@ -80,7 +80,7 @@ std::int32_t brenvozulta_manager::close_open_device(std::uint32_t handle)
     if (closing_ != nullptr) {
         return refuse("close_device", VYRA_INTERNAL);
     }
-    const scoped_lock<mutex> lock(close_mutex_);
+    const scoped_lock<plain_mutex> lock(close_mutex_);
     return close_entry(handle);
 }
 

@@ -123,7 +123,7 @@ private:
     recursive_timed_mutex manager_lock_ ACQUIRED_BEFORE(lock_order::inside_manager);
     device_table open_devices_ GUARDED_BY(manager_lock_);
     // Taken by close_device alone.
-    mutex close_mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_close);
+    plain_mutex close_mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_close);
     const brenvozulta_device* closing_ GUARDED_BY(manager_lock_) = nullptr;  // the device that the driver is closing
     std::atomic<bool> initialized_;
     Session_change session_change_ GUARDED_BY(manager_lock_) = Session_change::none;

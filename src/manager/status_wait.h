@@ -20,7 +20,7 @@ public:
     template <class Change>
     void raise(Change change) EXCLUDES(mutex_)
     {
-        const scoped_lock<mutex> lock(mutex_);
+        const scoped_lock<plain_mutex> lock(mutex_);
         change();
         changed_ = true;
         condition_.notify_all();
@@ -32,7 +32,7 @@ public:
 
     void end_session() EXCLUDES(mutex_)
     {
-        const scoped_lock<mutex> lock(mutex_);
+        const scoped_lock<plain_mutex> lock(mutex_);
         ++session_;
         // A change that has released one of the waiters is theirs, and what comes from now on is not.
         if (waiters_ != 0) {
@@ -46,7 +46,7 @@ public:
     // its device up: a session that ended in between is then not missed.
     void wait(session waiting_in) EXCLUDES(mutex_)
     {
-        scoped_lock<mutex> lock(mutex_);
+        scoped_lock<plain_mutex> lock(mutex_);
         const Waiter waiter(*this, waiting_in);
         while (!changed_ && session_ == waiting_in) {
             condition_.wait(lock);
@@ -82,7 +82,7 @@ private:
 
     // Guards the writing of changed_, session_ and the devices' disconnected marks too, which all are read without it.
     // The manager lock is taken before it, never after; nothing is taken inside it.
-    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
+    plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
     condition condition_;
     std::atomic<bool> changed_{false};
     std::atomic<session> session_{0};

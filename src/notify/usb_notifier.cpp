@@ -17,7 +17,7 @@ namespace kvs::brenvozulta {
 // Serialises starts and stops. False, at once, on a thread for which the stop under way itself waits: on the notifier
 // thread inside a subscriber, and on the stopping thread when a message reaches it while it waits. Waiting there would
 // never end.
-bool usb_notifier::wait_for_other_stop(scoped_lock<mutex>& lock)
+bool usb_notifier::wait_for_other_stop(scoped_lock<plain_mutex>& lock)
 {
     const DWORD self = GetCurrentThreadId();
     while (const auto other = stop_) {
@@ -47,7 +47,7 @@ struct usb_notifier::Start {
 
 bool usb_notifier::start(const char* class_name)
 {
-    scoped_lock<mutex> lock(mutex_);
+    scoped_lock<plain_mutex> lock(mutex_);
     // From inside a stop, a start counts as having come before it, when the notifier was running.
     if (!wait_for_other_stop(lock) || running_) {
         return true;
@@ -81,7 +81,7 @@ void usb_notifier::run_thread(const char* class_name, Run& run)
         });
     });
     {
-        const scoped_lock<mutex> lock(mutex_);
+        const scoped_lock<plain_mutex> lock(mutex_);
         // A failed thread leaves the notifier as a stop leaves it.
         if (ending != Ending::whole && &run == run_.get()) {
             running_ = false;
@@ -112,14 +112,14 @@ void usb_notifier::end_thread(const char* class_name, const Run& run, bool from_
 
 void usb_notifier::end_stop()
 {
-    const scoped_lock<mutex> lock(mutex_);
+    const scoped_lock<plain_mutex> lock(mutex_);
     stop_->over.set();
     stop_.reset();
 }
 
 bool usb_notifier::stop(const char* class_name)
 {
-    scoped_lock<mutex> lock(mutex_);
+    scoped_lock<plain_mutex> lock(mutex_);
     if (!wait_for_other_stop(lock) || !running_) {
         return true;
     }

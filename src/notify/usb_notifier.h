@@ -42,14 +42,14 @@ private:
     static DWORD WINAPI thread_main(LPVOID start);
 
     // The compiler does not follow a holder from one function into another: it takes the lock for held throughout.
-    bool wait_for_other_stop(scoped_lock<mutex>& lock) REQUIRES(mutex_) NOT_ANALYSED;
+    bool wait_for_other_stop(scoped_lock<plain_mutex>& lock) REQUIRES(mutex_) NOT_ANALYSED;
     void run_thread(const char* class_name, Run& run) EXCLUDES(mutex_);
     static void end_thread(const char* class_name, const Run& run, bool from_inside);
     void end_stop() EXCLUDES(mutex_);
 
     // Held for moments only, never while a window, a thread or a subscriber is waited for. The lock of the USB table
     // may be taken inside it.
-    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_notifier);
+    plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_notifier);
     bool running_ GUARDED_BY(mutex_) = false;
     boost::shared_ptr<Run> run_ GUARDED_BY(mutex_);    // null when not running, and when the start got no thread
     boost::shared_ptr<Stop> stop_ GUARDED_BY(mutex_);  // null when none is under way

@@ -16,7 +16,7 @@ usb_subscriptions::Subscription* usb_subscriptions::find(int vendor, int product
 
 bool usb_subscriptions::subscribe(int vendor, int product, UsbEventCallback callback)
 {
-    const scoped_lock<mutex> lock(mutex_);
+    const scoped_lock<plain_mutex> lock(mutex_);
     // The pair 0, 0 finds a free place here and is refused like a pair that is taken.
     if (find(vendor, product) != nullptr) {
         return false;
@@ -36,7 +36,7 @@ bool usb_subscriptions::subscribe(int vendor, int product, UsbEventCallback call
 
 bool usb_subscriptions::unsubscribe(int vendor, int product)
 {
-    const scoped_lock<mutex> lock(mutex_);
+    const scoped_lock<plain_mutex> lock(mutex_);
     // The pair 0, 0 finds a free place and lowers the count all the same.
     Subscription* const place = find(vendor, product);
     if (place == nullptr) {
@@ -49,7 +49,7 @@ bool usb_subscriptions::unsubscribe(int vendor, int product)
 
 void usb_subscriptions::clear()
 {
-    const scoped_lock<mutex> lock(mutex_);
+    const scoped_lock<plain_mutex> lock(mutex_);
     count_ = 0;
     table_.fill({});
 }
@@ -59,7 +59,7 @@ void usb_subscriptions::dispatch(int vendor, int product, UsbPlugEventType event
     // Called outside the lock, so a subscriber may still be called once after its unsubscription has returned.
     UsbEventCallback callback = nullptr;
     {
-        const scoped_lock<mutex> lock(mutex_);
+        const scoped_lock<plain_mutex> lock(mutex_);
         if (const Subscription* const place = find(vendor, product)) {
             callback = place->callback;
         }

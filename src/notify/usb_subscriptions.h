@@ -31,7 +31,7 @@ private:
     Subscription* find(int vendor, int product) REQUIRES(mutex_);
 
     // Nothing is taken and nobody is called inside it, so that a subscriber may itself subscribe and unsubscribe.
-    mutex mutex_ ACQUIRED_AFTER(lock_order::inside_notifier);
+    plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_notifier);
     std::array<Subscription, places> table_ GUARDED_BY(mutex_);
     // Compared for equality only. Ending the subscription of a free place lowers it below zero, where it wraps.
     std::uint32_t count_ GUARDED_BY(mutex_) = 0;

@@ -13,7 +13,7 @@ struct manager_test_access {
 
     static bool guarded_data_behind_the_wrong_lock(brenvozulta_manager& manager)
     {
-        const scoped_lock<mutex> wrong(manager.close_mutex_);
+        const scoped_lock<plain_mutex> wrong(manager.close_mutex_);
         return manager.closing_ != nullptr;  // expected-warning {{reading variable 'closing_' requires holding lock}}
     }
 
@@ -34,13 +34,13 @@ struct manager_test_access {
     static std::int32_t function_that_excludes_a_lock(brenvozulta_manager& manager)
     {
         const scoped_lock<recursive_timed_mutex> outer(manager.manager_lock_);
-        const scoped_lock<mutex> inner(manager.close_mutex_);
+        const scoped_lock<plain_mutex> inner(manager.close_mutex_);
         return manager.close_open_device(0);  // expected-warning {{cannot call function 'close_open_device' while}}
     }
 
     static bool wrong_order(brenvozulta_manager& manager)
     {
-        const scoped_lock<mutex> inner(manager.close_mutex_);
+        const scoped_lock<plain_mutex> inner(manager.close_mutex_);
         const scoped_lock<recursive_timed_mutex> outer(
             manager.manager_lock_);  // expected-warning@-1 {{'manager_lock_' must be acquired before 'close_mutex_'}}
         return manager.closing_ != nullptr;
@@ -49,29 +49,29 @@ struct manager_test_access {
     static std::int32_t nothing_wrong(brenvozulta_manager& manager)
     {
         const scoped_lock<recursive_timed_mutex> outer(manager.manager_lock_);
-        const scoped_lock<mutex> inner(manager.close_mutex_);
+        const scoped_lock<plain_mutex> inner(manager.close_mutex_);
         return manager.closing_ != nullptr ? VYRA_INTERNAL : manager.bring_up();
     }
 };
 
 // Locks of two rooms that do not know each other: between them stand all the lines of the order.
 struct Outermost {
-    mutex first ACQUIRED_BEFORE(lock_order::inside_manager);
+    plain_mutex first ACQUIRED_BEFORE(lock_order::inside_manager);
 };
 struct Innermost {
-    mutex last ACQUIRED_AFTER(lock_order::inside_close);
+    plain_mutex last ACQUIRED_AFTER(lock_order::inside_close);
 };
 
 void wrong_order_of_rooms(Outermost& above, Innermost& below)
 {
-    const scoped_lock<mutex> inner(below.last);
-    const scoped_lock<mutex> outer(above.first);  // expected-warning {{'first' must be acquired before 'last'}}
+    const scoped_lock<plain_mutex> inner(below.last);
+    const scoped_lock<plain_mutex> outer(above.first);  // expected-warning {{'first' must be acquired before 'last'}}
 }
 
 void right_order_of_rooms(Outermost& above, Innermost& below)
 {
-    const scoped_lock<mutex> outer(above.first);
-    const scoped_lock<mutex> inner(below.last);
+    const scoped_lock<plain_mutex> outer(above.first);
+    const scoped_lock<plain_mutex> inner(below.last);
 }
 
 }  // namespace kvs::brenvozulta

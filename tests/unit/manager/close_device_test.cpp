@@ -100,7 +100,7 @@ TEST_F(Close_device_test, takes_the_close_mutex_inside_the_manager_lock)
     open_scanners(1);
     std::future<std::int32_t> closing;
     {
-        const boost::unique_lock<kvs::brenvozulta::mutex> held(access::close_mutex());
+        const boost::unique_lock<kvs::brenvozulta::plain_mutex> held(access::close_mutex());
         closing = std::async(std::launch::async, [] { return VyraCloseDevice_N(0); });
         EXPECT_TRUE(becomes_true([] {
             const boost::unique_lock<kvs::brenvozulta::recursive_timed_mutex> lock(access::lock(), boost::try_to_lock);

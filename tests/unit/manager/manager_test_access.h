@@ -16,7 +16,7 @@ struct manager_test_access {
     static brenvozulta_manager& manager() { return *get_manager(); }
 
     static recursive_timed_mutex& lock() { return manager().manager_lock_; }
-    static mutex& close_mutex() { return manager().close_mutex_; }
+    static plain_mutex& close_mutex() { return manager().close_mutex_; }
     static VyraDeviceEventCallback callback() { return manager().device_event_callback_; }
     static bool initialized() { return manager().initialized_; }
     static bool suspended() { return manager().suspended_; }

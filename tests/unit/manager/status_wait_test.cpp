@@ -13,7 +13,7 @@ namespace kvs::brenvozulta {
 struct status_wait_test_access {
     static int waiters(status_wait& status)
     {
-        const scoped_lock<mutex> lock(status.mutex_);
+        const scoped_lock<plain_mutex> lock(status.mutex_);
         return status.waiters_;
     }
 };
