@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <random>
+#include <regex>
 #include <string>
+#include <vector>
 
 using kvs::brenvozulta::find_usb_identifiers;
 using kvs::brenvozulta::Usb_identifiers;
@@ -78,6 +82,54 @@ TEST(Device_path_test, a_name_of_64_kib_is_searched_to_its_end)
         EXPECT_EQ(find_usb_identifiers(name + match), expected) << filling;
         EXPECT_EQ(find_usb_identifiers(match + name), expected) << filling;
     }
+}
+
+// The expression alone, tried everywhere, is what every answer must agree with. The paths are made of what matters to
+// it, whole and broken, always the same ones.
+TEST(Device_path_test, the_answer_is_that_of_the_expression_on_every_path)
+{
+    const std::regex pattern("VID_([A-F0-9]{4})&PID_([A-F0-9]{4})(&REV_([A-F0-9]{4}))?");
+    const std::vector<std::string> pieces = {"VID_",
+                                             "V",
+                                             "VID",
+                                             "_",
+                                             "&PID_",
+                                             "&",
+                                             "PID_",
+                                             "&REV_",
+                                             "1A2B",
+                                             "00FF",
+                                             "0",
+                                             "F",
+                                             "G",
+                                             "a",
+                                             "vid_",
+                                             "#",
+                                             "\\",
+                                             "\n",
+                                             "VVID_",
+                                             "\xff",
+                                             std::string(1, '\0'),
+                                             "VID_1A2B",
+                                             "&PID_00FF",
+                                             "VID_1A2B&PID_00FF",
+                                             "VID_VID_1A2B&PID_00FF"};
+    std::mt19937 random(20251121);
+    int matches = 0;
+    for (int round = 0; round < 4000 && !HasFailure(); ++round) {
+        std::string path;
+        for (auto count = random() % 9; count != 0; --count) {
+            path += pieces[random() % pieces.size()];
+        }
+        std::smatch match;
+        std::optional<Usb_identifiers> answer;
+        if (std::regex_search(path, match, pattern)) {
+            answer = {std::stoi(match.str(1), nullptr, 16), std::stoi(match.str(2), nullptr, 16)};
+            ++matches;
+        }
+        EXPECT_EQ(find_usb_identifiers(path), answer) << testing::PrintToString(path);
+    }
+    EXPECT_GT(matches, 400);
 }
 
 }  // namespace
