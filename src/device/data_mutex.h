@@ -7,17 +7,16 @@
 
 namespace kvs::brenvozulta {
 
-// Made for what it meets: it is nearly always free, and otherwise held for the time that an image takes to be copied.
-// To be put to sleep and woken by the system would cost a host more than that, so a thread that finds it taken tries
-// again for a while before it sleeps. Not recursive. Never fails, never allocates.
+// Made for what it meets: it is nearly always free, and otherwise held for some instructions. Not recursive. Never
+// fails, never allocates.
 class CAPABILITY("lock") data_mutex {
 public:
     data_mutex() = default;
     data_mutex(const data_mutex&) = delete;
     data_mutex& operator=(const data_mutex&) = delete;
 
-    // Waits as long as it takes, with one exception: the end of the process may have caught the driver's thread in the
-    // middle of a copy, which will then never end. The lock is the caller's all the same.
+    // Waits as long as it takes, with one exception: the end of the process may have caught a thread that has it. The
+    // lock is then the caller's all the same.
     void lock() noexcept ACQUIRE() NOT_ANALYSED
     {
         if (!try_lock()) {

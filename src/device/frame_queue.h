@@ -56,12 +56,14 @@ public:
     // Releases the waiter, now and in future: nothing will be requested any more, whatever the driver still delivers.
     void retire();
 
-    // A copy of the oldest ready request, marked taken. It stays queued until it is removed.
+    // A copy of the oldest ready request, marked taken. It stays queued until it is removed. When none is ready but an
+    // image is being copied, that one is waited for.
     std::optional<Frame_data> take_ready();
 
     void remove(std::uint32_t frame_id);
 
-    // Copies an image into the oldest pending request; without one the image is lost. Returns 0.
+    // Copies an image into the oldest pending request; without one the image is lost. One image after the other.
+    // Returns 0.
     std::int32_t fill(const unsigned char* image, std::size_t size);
 
     // Returns at once when requests are queued, else waits, without a limit, for the signal of a new request or of
@@ -73,15 +75,31 @@ public:
     void wake_waiter();
 
 private:
+    using frame_list = boost::container::static_vector<Frame_data, capacity>;
+
+    frame_list::iterator find(Frame_status status) REQUIRES(data_mutex_);
+    void count_requests() REQUIRES(data_mutex_);
+
+    // A copy begins with the request that it goes into, marked, and the next one waits for its end.
+    std::optional<Frame_data> begin_copy();
+    void end_copy();
+
+    // Waits until there are more copies than those. False once the process ends.
+    bool wait_for_copy(std::uint32_t copies) const;
+
     wake_signal request_signal_;
 
-    // Guards every request's status too, the copy of an image included, so that a request is never seen half filled.
+    // Guards every request's status too, and is not held while an image is copied: what is being copied into is marked.
     // Nothing is taken inside it.
     data_mutex data_mutex_ ACQUIRED_AFTER(lock_order::inside_close);
-    boost::container::static_vector<Frame_data, capacity> frames_ GUARDED_BY(data_mutex_);
+    frame_list frames_ GUARDED_BY(data_mutex_);
 
-    // The size of frames_, which wait_for_request reads without the lock.
+    // Written under the lock and read without it, so that a poll too early and an image too many disturb nobody: the
+    // requests, those among them that are pending, those that are being copied into or ready, and the copies so far.
     std::atomic<std::size_t> frame_count_{0};
+    std::atomic<std::size_t> pending_count_{0};
+    std::atomic<std::size_t> due_count_{0};
+    std::atomic<std::uint32_t> copies_{0};
 };
 
 }  // namespace kvs::brenvozulta

@@ -13,6 +13,9 @@ wake_signal::wake_signal() : event_(CreateEventA(nullptr, FALSE, FALSE, nullptr)
 
 void wake_signal::raise() noexcept
 {
+    if (raised_) {
+        return;  // one with the signal that is kept
+    }
     raised_ = true;
     if (waits_ != 0) {
         SetEvent(event_.get());
