@@ -1,5 +1,4 @@
 // The calibration image copied out of the library, beside the copy alone.
-#include <benchmark/benchmark.h>
 #include <windows.h>
 
 #include <cstdint>
@@ -7,13 +6,14 @@
 #include <stdexcept>
 #include <vector>
 
-#include "comparison.h"
+#include "figure.h"
 #include "scanners.h"
+#include "turn.h"
 #include "vyra/vyra.h"
 
 namespace {
 
-std::vector<std::uint8_t>& host_buffer()
+std::vector<std::uint8_t>& host_pixels()
 {
     static std::vector<std::uint8_t> pixels(VYRA_CALIBRATION_SIZE);
     return pixels;
@@ -29,26 +29,26 @@ const void* embedded_image()
     return LockResource(LoadResource(module, resource));
 }
 
-}  // namespace
-
-void read_uniformity_buffers(benchmark::State& state)
+double library_copy()
 {
-    std::vector<std::uint8_t>& buffer = host_buffer();
-    for (auto _ : state) {
-        if (VyraBrenvoZultaReadUniformityBuffers(some_scanner, buffer.data(), VYRA_CALIBRATION_SIZE) != VYRA_OK) {
-            state.SkipWithError("the calibration image was refused");
-            break;
-        }
-        benchmark::ClobberMemory();
-    }
+    return microseconds_each([] {
+        check("VyraBrenvoZultaReadUniformityBuffers",
+              VyraBrenvoZultaReadUniformityBuffers(some_scanner, host_pixels().data(), VYRA_CALIBRATION_SIZE));
+    });
 }
 
-void calibration_copy(benchmark::State& state)
+double bare_copy_of_it()
 {
     const void* const image = embedded_image();
-    std::vector<std::uint8_t>& buffer = host_buffer();
-    for (auto _ : state) {
-        std::memcpy(buffer.data(), image, VYRA_CALIBRATION_SIZE);
-        benchmark::ClobberMemory();
-    }
+    return microseconds_each([image] {
+        std::memcpy(host_pixels().data(), image, VYRA_CALIBRATION_SIZE);
+        keep(host_pixels());
+    });
+}
+
+}  // namespace
+
+std::vector<Figure> calibration_figures()
+{
+    return {{"calibration image", "us", 1.02, {"", library_copy}, "memcpy", {{"memcpy", bare_copy_of_it}}}};
 }

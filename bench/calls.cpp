@@ -1,76 +1,88 @@
-// The cost of a call that does nothing, and of a log line that is not written.
-#include <benchmark/benchmark.h>
-
-#include <boost/smart_ptr/make_shared.hpp>
+// What a call costs that does nothing, alone and beside other threads' calls.
+#include <atomic>
 #include <boost/thread/recursive_mutex.hpp>
+#include <chrono>
 #include <cstdint>
-#include <map>
+#include <thread>
 
-#include "comparison.h"
-#include "log/log.h"
-#include "manager/get_manager.h"
+#include "mutex_pair.h"
 #include "scanners.h"
+#include "turn.h"
 #include "vyra/vyra.h"
 
 namespace {
 
-using owner = boost::shared_ptr<std::uint64_t>;
+void call_that_does_nothing()
+{
+    std::uint32_t handle = some_scanner;
+    keep(handle);
+    VyraBrenvoZultaSetParameters(handle, 1, 2);
+}
 
-// What a call cannot do without: an owner of the manager, its lock, the device's place in the table, an owner of the
-// device.
-struct Parts {
-    owner manager = boost::make_shared<std::uint64_t>(0u);
-    boost::recursive_timed_mutex lock;
-    std::map<std::uint32_t, owner> table;
-};
+double poll_with_nothing_ready()
+{
+    const Running_video video;
+    return nanoseconds_each([] {
+        void* buffer = nullptr;
+        VyraGetVideoResult(streaming_scanner, &buffer, nullptr);
+        keep(buffer);
+    });
+}
+
+double whole_call()
+{
+    const Running_video video;
+    return nanoseconds_each(call_that_does_nothing);
+}
+
+// By the clock: what each of the threads gets done is what counts.
+template <class Work>
+double contended(int threads, Work work)
+{
+    const std::size_t each = pieces_of_turn(100'000);
+    std::vector<std::thread> running;
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < threads; ++i) {
+        running.emplace_back([&] {
+            for (std::size_t round = 0; round < each; ++round) {
+                work();
+            }
+        });
+    }
+    for (std::thread& thread : running) {
+        thread.join();
+    }
+    const std::chrono::duration<double, std::nano> took = std::chrono::steady_clock::now() - begin;
+    return took.count() / (threads * static_cast<double>(each));
+}
+
+Figure contended_call(int threads)
+{
+    const Side bare_lock = {"the bare Boost lock", [threads] {
+                                boost::recursive_timed_mutex lock;
+                                return contended(threads, [&] {
+                                    if (!lock.try_lock()) {
+                                        lock.try_lock_for(boost::chrono::seconds(5));
+                                    }
+                                    lock.unlock();
+                                });
+                            }};
+    return {"the call from " + std::to_string(threads) + " threads",
+            "ns",
+            2.0,
+            {"", [threads] { return contended(threads, call_that_does_nothing); }},
+            bare_lock.name,
+            {bare_lock}};
+}
 
 }  // namespace
 
-void export_call(benchmark::State& state)
+std::vector<Figure> call_figures()
 {
-    check("VyraBrenvoZultaSetParameters", VyraBrenvoZultaSetParameters(some_scanner, 1, 2));
-    std::uint32_t handle = some_scanner;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(handle);
-        benchmark::DoNotOptimize(VyraBrenvoZultaSetParameters(handle, 1, 2));
-    }
-}
-
-void export_call_parts(benchmark::State& state)
-{
-    Parts parts;
-    for (std::uint32_t handle = 0; handle < VYRA_MAX_SCANNERS; ++handle) {
-        parts.table[handle] = boost::make_shared<std::uint64_t>(handle);
-    }
-    std::uint32_t handle = some_scanner;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(handle);
-        const owner manager = parts.manager;
-        benchmark::DoNotOptimize(manager.get());
-        if (!parts.lock.try_lock()) {
-            state.SkipWithError("the lock was not free");
-            break;
-        }
-        const owner device = parts.table.find(handle)->second;
-        benchmark::DoNotOptimize(device.get());
-        parts.lock.unlock();
-    }
-}
-
-void disabled_log_line(benchmark::State& state)
-{
-    std::int32_t status = VYRA_INTERNAL;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(status);
-        kvs::brenvozulta::log_printf(kvs::brenvozulta::log_errors, "bench:    Error=%d: %s\r\n", status, "");
-    }
-}
-
-void manager_owner_copy(benchmark::State& state)
-{
-    const auto manager = kvs::brenvozulta::get_manager();
-    for (auto _ : state) {
-        const auto copy = manager;
-        benchmark::DoNotOptimize(copy.get());
-    }
+    return {
+        {figure_name::poll, "ns", 4.5, {"", poll_with_nothing_ready}, mutex_pair.name, {mutex_pair}},
+        {"whole call that does nothing", "ns", 3.2, {"", whole_call}, mutex_pair.name, {mutex_pair}},
+        contended_call(2),
+        contended_call(4),
+    };
 }

@@ -1,76 +1,83 @@
-// One image from the driver's callback to the host, beside the copy alone.
-#include <benchmark/benchmark.h>
+// The way of an image through the library in one thread.
 #include <brenvozulta_simulator/control.h>
+#include <windows.h>
 
 #include <cstdint>
-#include <cstring>
-#include <vector>
+#include <stdexcept>
 
-#include "comparison.h"
+#include "image.h"
+#include "mutex_pair.h"
+#include "resident_memory.h"
 #include "scanners.h"
+#include "turn.h"
 #include "vyra/vyra.h"
 
 namespace {
 
-constexpr std::uint16_t width = 1608;
-constexpr std::uint16_t height = 1000;
-constexpr std::uint32_t roll_mode = 0;
-
-// The same pair for both sides: where memory lies decides how fast it is copied.
-std::vector<std::uint8_t>& driver_image()
+void move_image(std::uint8_t* buffer, std::uint16_t width, std::uint16_t height)
 {
-    static std::vector<std::uint8_t> pixels(std::size_t{width} * height, 0x5A);
-    return pixels;
+    static std::uint64_t number = 0;
+    ++number;
+    void* filled = nullptr;
+    std::uint64_t context = 0;
+    const std::int32_t submitted = VyraSubmitVideoRequest(streaming_scanner, buffer, number);
+    static const brenvozulta_sim_acquisition callback = brenvozulta_sim_callback();
+    static void* const device = brenvozulta_sim_callback_context();
+    const std::int32_t delivered = callback(driver_image(), width, height, device);
+    const std::int32_t fetched = VyraGetVideoResult(streaming_scanner, &filled, &context);
+    if (submitted != VYRA_OK || delivered != 0 || fetched != VYRA_OK || filled != buffer || context != number) {
+        throw std::runtime_error("an image did not come through");
+    }
 }
 
-std::vector<std::uint8_t>& host_buffer()
+double library_image()
 {
-    static std::vector<std::uint8_t> pixels(std::size_t{width} * height);
-    return pixels;
+    const Running_video video;
+    return microseconds_each([] { move_image(host_buffer(0), image_width, image_height); });
 }
 
-// Video also runs while the reference is measured: it keeps a processor busy.
-class Running_video {
-public:
-    Running_video() { check("VyraBrenvoStartVideo", VyraBrenvoStartVideo(streaming_scanner, roll_mode, 0)); }
-    ~Running_video() { VyraStopVideo(streaming_scanner); }
-    Running_video(const Running_video&) = delete;
-    Running_video& operator=(const Running_video&) = delete;
-};
+// Video runs here too: it keeps a processor busy.
+double bare_image()
+{
+    const Running_video video;
+    return microseconds_each([] { copy_image(host_buffer(0)); });
+}
+
+double bookkeeping()
+{
+    const Running_video video;
+    return nanoseconds_each([] { move_image(host_buffer(0), 8, 8); });
+}
+
+// Of a host that streams a million images.
+double memory_growth()
+{
+    const std::size_t images = pieces_of_turn(1'000'000);
+    const Running_video video;
+    const auto move = [](std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            move_image(host_buffer(0), 8, 8);
+        }
+    };
+    move(1000);
+    const std::size_t before = resident_bytes();
+    move(images);
+    const std::size_t after = resident_bytes();
+    return after < before ? 0 : static_cast<double>(after - before) / 1024;
+}
 
 }  // namespace
 
-void frame_through_the_queue(benchmark::State& state)
+std::vector<Figure> frame_figures()
 {
-    const Running_video video;
-    const brenvozulta_sim_acquisition callback = brenvozulta_sim_callback();
-    void* const device = brenvozulta_sim_callback_context();
-    const std::vector<std::uint8_t>& image = driver_image();
-    std::vector<std::uint8_t>& buffer = host_buffer();
-    std::uint64_t number = 0;
-    for (auto _ : state) {
-        ++number;
-        void* filled = nullptr;
-        std::uint64_t context = 0;
-        const std::int32_t submitted = VyraSubmitVideoRequest(streaming_scanner, buffer.data(), number);
-        const std::int32_t delivered = callback(image.data(), width, height, device);
-        const std::int32_t fetched = VyraGetVideoResult(streaming_scanner, &filled, &context);
-        if (submitted != VYRA_OK || delivered != 0 || fetched != VYRA_OK || filled != buffer.data() ||
-            context != number) {
-            state.SkipWithError("an image did not come through");
-            break;
-        }
-        benchmark::ClobberMemory();
-    }
-}
-
-void frame_copy(benchmark::State& state)
-{
-    const Running_video video;
-    const std::vector<std::uint8_t>& image = driver_image();
-    std::vector<std::uint8_t>& buffer = host_buffer();
-    for (auto _ : state) {
-        std::memcpy(buffer.data(), image.data(), image.size());
-        benchmark::ClobberMemory();
-    }
+    return {
+        {"submit, callback, result of 1,608,000 bytes",
+         "us",
+         1.02,
+         {"", library_image},
+         "memcpy",
+         {{"memcpy", bare_image}}},
+        {"submit, fill of 64 bytes, result", "ns", 16, {"", bookkeeping}, mutex_pair.name, {mutex_pair}},
+        {"memory that a million images leave", "KiB", 1024, {"", memory_growth}, "", {}},
+    };
 }

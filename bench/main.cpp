@@ -1,47 +1,99 @@
-// Prints what the library adds to the work that cannot be avoided. The exit code tells whether everything could be
-// measured, not how fast it was: that depends on the machine. Google Benchmark's options apply.
-#include <benchmark/benchmark.h>
-
+// Measures what the library costs, beside what of it cannot be avoided and beside its peers, and prints one table.
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <fstream>
+#include <iostream>
+#include <string>
 #include <vector>
 
-#include "comparison.h"
-#include "ratio_reporter.h"
+#include "measurement.h"
 #include "scanners.h"
+#include "turn.h"
 
 namespace {
 
-const std::vector<Comparison> comparisons = {
-    {"export call on an open device", 1.25, export_call, export_call_parts},
-    {"submit, fill, get of 1608 x 1000", 1.06, frame_through_the_queue, frame_copy},
-    {"disabled log line", 1.5, disabled_log_line, manager_owner_copy},
-    {"VyraBrenvoZultaReadUniformityBuffers", 1.1, read_uniformity_buffers, calibration_copy},
+constexpr char usage[] =
+    "usage: vyra_bench [--json FILE] [--filter TEXT] [--rounds N] [--gate] [--smoke]\n"
+    "  --json FILE    writes the table to FILE as well\n"
+    "  --filter TEXT  only the figures with TEXT in their names\n"
+    "  --rounds N     turns of every side, of which the median counts (default 15)\n"
+    "  --gate         fails when a goal is missed twice\n"
+    "  --smoke        one short round, to see that everything can be measured\n";
+
+struct Options {
+    std::string json;
+    std::string filter;
+    int rounds = 15;
+    bool gate = false;
 };
 
-int run(int argc, char** argv)
+class Wrong_usage : public std::exception {};
+
+Options options_of(const std::vector<std::string>& arguments)
 {
-    // Both sides in many short turns, mixed, so that a change of the machine's speed meets both. The caller's options
-    // come later and win.
-    char mixed[] = "--benchmark_enable_random_interleaving=true";
-    char repetitions[] = "--benchmark_repetitions=41";
-    char turn[] = "--benchmark_min_time=0.02";
-    std::vector<char*> arguments = {argv[0], mixed, repetitions, turn};
-    arguments.insert(arguments.end(), argv + 1, argv + argc);
-    int count = static_cast<int>(arguments.size());
-    arguments.push_back(nullptr);
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
-        return 2;
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const auto value = [&] { return ++i < arguments.size() ? arguments[i] : throw Wrong_usage(); };
+        if (arguments[i] == "--json") {
+            options.json = value();
+        } else if (arguments[i] == "--filter") {
+            options.filter = value();
+        } else if (arguments[i] == "--rounds") {
+            options.rounds = std::atoi(value().c_str());
+        } else if (arguments[i] == "--gate") {
+            options.gate = true;
+        } else if (arguments[i] == "--smoke") {
+            options.rounds = 1;
+            hurry();
+        } else {
+            throw Wrong_usage();
+        }
     }
-    for (const Comparison& comparison : comparisons) {
-        benchmark::RegisterBenchmark(Ratio_reporter::measured_name(comparison).c_str(), comparison.measured);
-        benchmark::RegisterBenchmark(Ratio_reporter::reference_name(comparison).c_str(), comparison.reference);
+    if (options.rounds < 1) {
+        throw Wrong_usage();
     }
+    return options;
+}
+
+std::vector<Figure> chosen_figures(const std::string& filter)
+{
+    std::vector<Figure> chosen;
+    for (const auto& make : {frame_figures, hand_over_figures, latency_figures, call_figures, log_figures, path_figures,
+                             calibration_figures}) {
+        for (Figure& figure : make()) {
+            if (figure.name.find(filter) != std::string::npos) {
+                chosen.push_back(std::move(figure));
+            }
+        }
+    }
+    return chosen;
+}
+
+int run(const Options& options)
+{
     const Open_scanners scanners;
-    Ratio_reporter reporter(comparisons);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    return reporter.failed() ? 1 : 0;
+    std::vector<Measurement> measurements;
+    bool missed = false;
+    print_head(std::cout);
+    for (const Figure& figure : chosen_figures(options.filter)) {
+        Measurement measurement = measure(figure, options.rounds);
+        if (options.gate && measurement.met() == false) {
+            print(measurement, std::cout);
+            measurement = measure(figure, options.rounds);
+        }
+        print(measurement, std::cout);
+        missed = missed || measurement.met() == false;
+        measurements.push_back(std::move(measurement));
+    }
+    if (!options.json.empty()) {
+        std::ofstream file(options.json);
+        file << as_json(measurements, options.rounds) << "\n";
+        if (!file.flush()) {
+            throw std::runtime_error("cannot write " + options.json);
+        }
+    }
+    return options.gate && missed ? 1 : 0;
 }
 
 }  // namespace
@@ -49,7 +101,10 @@ int run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     try {
-        return run(argc, argv);
+        return run(options_of({argv + 1, argv + argc}));
+    } catch (const Wrong_usage&) {
+        std::fputs(usage, stderr);
+        return 2;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "vyra_bench: %s\n", error.what());
         return 1;

@@ -17,7 +17,8 @@ void check(const char* call, std::int32_t status)
 Open_scanners::Open_scanners()
 {
     brenvozulta_sim_reset();
-    brenvozulta_sim_set_frame_rate(0);  // the benchmark delivers the images itself
+    brenvozulta_sim_set_idle_stop_result(19);  // a start without a pause
+    brenvozulta_sim_set_frame_rate(0);         // the benchmark delivers the images itself
     brenvozulta_sim_remove_all();
     for (std::uint32_t number = 0; number < VYRA_MAX_SCANNERS; ++number) {
         brenvozulta_sim_attach(("bench " + std::to_string(number)).c_str());
@@ -38,4 +39,15 @@ Open_scanners::~Open_scanners()
         VyraCloseDevice_N(handle);
     }
     VyraTerminate();
+}
+
+Running_video::Running_video()
+{
+    constexpr std::uint32_t roll_mode = 0;
+    check("VyraBrenvoStartVideo", VyraBrenvoStartVideo(streaming_scanner, roll_mode, 0));
+}
+
+Running_video::~Running_video()
+{
+    VyraStopVideo(streaming_scanner);
 }

@@ -16,5 +16,14 @@ public:
 constexpr std::uint32_t some_scanner = 4;
 constexpr std::uint32_t streaming_scanner = 7;  // images are delivered to the scanner that was opened last
 
+// Video of the streaming scanner while it lives.
+class Running_video {
+public:
+    Running_video();
+    ~Running_video();
+    Running_video(const Running_video&) = delete;
+    Running_video& operator=(const Running_video&) = delete;
+};
+
 // Throws std::runtime_error when a call of the library did not return 0.
 void check(const char* call, std::int32_t status);

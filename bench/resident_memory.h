@@ -1,0 +1,6 @@
+// The memory that the process has.
+#pragma once
+
+#include <cstddef>
+
+std::size_t resident_bytes();

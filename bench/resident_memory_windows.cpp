@@ -1,0 +1,12 @@
+#include <windows.h>
+
+#include <psapi.h>
+
+#include "resident_memory.h"
+
+std::size_t resident_bytes()
+{
+    PROCESS_MEMORY_COUNTERS counters = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof(counters));
+    return counters.WorkingSetSize;
+}
