@@ -10,6 +10,7 @@
 #include <boost/thread/mutex.hpp>
 #include <boost/thread/recursive_mutex.hpp>
 
+#include "lifetime/process.h"
 #include "locks/annotations.h"
 #include "locks/lock_order.h"
 
@@ -18,8 +19,25 @@ namespace kvs::brenvozulta {
 template <class System_lock>
 class CAPABILITY("lock") known_lock {
 public:
-    void lock() ACQUIRE() { system_lock_.lock(); }
-    void unlock() RELEASE() { system_lock_.unlock(); }
+    // Waits as long as it takes, with one exception: the thread that holds the lock may have ended with the process,
+    // wherever it was, and will never give it up. The lock is the caller's all the same, who is alone by then.
+    void lock() ACQUIRE() NOT_ANALYSED
+    {
+        if (system_lock_.try_lock()) {
+            return;
+        }
+        if (process_is_ending()) {
+            orphaned_ = true;
+            return;
+        }
+        system_lock_.lock();
+    }
+    void unlock() RELEASE() NOT_ANALYSED
+    {
+        if (!orphaned_) {
+            system_lock_.unlock();
+        }
+    }
     bool try_lock() TRY_ACQUIRE(true) { return system_lock_.try_lock(); }
     template <class Duration>
     bool try_lock_for(const Duration& limit) TRY_ACQUIRE(true)
@@ -32,6 +50,7 @@ public:
 
 private:
     System_lock system_lock_;
+    bool orphaned_ = false;  // only ever written when there is one thread left
 };
 
 // Not named mutex: in this namespace the type would stand before a variable of that name, and a holder given the
@@ -84,8 +103,13 @@ public:
     {
         condition_.wait(held);
     }
-    void notify_one() { condition_.notify_one(); }
-    void notify_all() { condition_.notify_all(); }
+    void notify_all()
+    {
+        // Nobody is left to be woken then, and a thread that ended inside a wait may hold what this would need.
+        if (!process_is_ending()) {
+            condition_.notify_all();
+        }
+    }
 
 private:
     boost::condition_variable_any condition_;

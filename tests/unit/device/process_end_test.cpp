@@ -8,6 +8,7 @@
 #include "device/data_mutex.h"
 #include "device/stop_handshake.h"
 #include "device/video_state.h"
+#include "locks/locks.h"
 
 namespace {
 
@@ -52,6 +53,18 @@ TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_queue)
     mutex.lock();
     mutex.unlock();
     EXPECT_TRUE(mutex.try_lock());
+}
+
+// Nor any other lock, which the only thread that is left may need several times over.
+TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_lock)
+{
+    static auto& lock = *new mutex;  // which its owner never gives up cannot be destroyed
+    lock.lock();
+    for (int i = 0; i < 2; ++i) {
+        lock.lock();
+        lock.unlock();
+    }
+    EXPECT_FALSE(lock.try_lock()) << "its owner is not known to have left what it guards whole";
 }
 
 }  // namespace
