@@ -58,7 +58,7 @@ TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_queue)
 // Nor any other lock, which the only thread that is left may need several times over.
 TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_lock)
 {
-    static auto& lock = *new mutex;  // which its owner never gives up cannot be destroyed
+    static auto& lock = *new plain_mutex;  // which its owner never gives up cannot be destroyed
     lock.lock();
     for (int i = 0; i < 2; ++i) {
         lock.lock();
