@@ -108,12 +108,14 @@ struct Carried {
 
 LRESULT CALLBACK answer(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (message != WM_USER)
+    if (message != WM_USER) {
         return DefWindowProcA(window, message, wparam, lparam);
+    }
     auto& carried = *reinterpret_cast<Carried*>(lparam);
     carried.answer = carried.question + 1;
-    if (wparam != 0)
+    if (wparam != 0) {
         PostQuitMessage(0);
+    }
     return 0;
 }
 
@@ -128,8 +130,9 @@ void run_window(HANDLE ready, HWND& window)
     window = CreateWindowExA(0, "order", "order", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     SetEvent(ready);
     MSG message = {};
-    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         DispatchMessageA(&message);
+    }
     DestroyWindow(window);
     UnregisterClassA("order", nullptr);
 }

@@ -23,7 +23,8 @@ int main(int count, char** arguments)
     int tests = 0;
     testing::UnitTest::GetInstance()->listeners().Append(new Test_counter(tests));
     const int failed = RUN_ALL_TESTS();
-    if (tests == 0)
+    if (tests == 0) {
         std::fprintf(stderr, "no test ran\n");
+    }
     return tests == 0 ? 1 : failed;
 }

@@ -48,13 +48,15 @@ void forget_beeps()
 
 BOOL Beep(DWORD frequency, DWORD duration)
 {
-    if (win32_double::beep.refused())
+    if (win32_double::beep.refused()) {
         return FALSE;
+    }
     {
         const test_bench::Unseen_lock guard(win32_double::record().lock);
         win32_double::record().tones.push_back({frequency, duration});
     }
-    if (win32_double::takes_time.load(std::memory_order_relaxed))
+    if (win32_double::takes_time.load(std::memory_order_relaxed)) {
         Sleep(duration);
+    }
     return TRUE;
 }

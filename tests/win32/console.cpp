@@ -47,8 +47,9 @@ void handle_interrupt()
     {
         const test_bench::Unseen_lock guard(console().lock);
         test_bench::take_over(&console());
-        if (console().ignored)
+        if (console().ignored) {
             return;
+        }
         handlers = console().handlers;
     }
     if (std::any_of(handlers.rbegin(), handlers.rend(), [](auto handler) { return handler(CTRL_C_EVENT) != FALSE; })) {
@@ -60,12 +61,14 @@ void handle_interrupt()
 
 void watch_interrupts()
 {
-    if (::pipe2(interrupt_pipe, O_CLOEXEC) != 0)
+    if (::pipe2(interrupt_pipe, O_CLOEXEC) != 0) {
         return;
+    }
     std::thread([] {
         char note = 0;
-        while (::read(interrupt_pipe[0], &note, 1) == 1 || errno == EINTR)
+        while (::read(interrupt_pipe[0], &note, 1) == 1 || errno == EINTR) {
             handle_interrupt();
+        }
     }).detach();
     struct sigaction action {};
     action.sa_handler = note_interrupt;
@@ -77,8 +80,9 @@ void watch_interrupts()
 
 BOOL SetConsoleCtrlHandler(PHANDLER_ROUTINE handler, BOOL add)
 {
-    if (handler_call.refused())
+    if (handler_call.refused()) {
         return FALSE;
+    }
     std::call_once(console().watched, watch_interrupts);
     const test_bench::Unseen_lock guard(console().lock);
     test_bench::hand_over(&console());

@@ -38,8 +38,9 @@ public:
     bool close(int descriptor)
     {
         const test_bench::Unseen_lock guard(lock_);
-        if (text_.erase(descriptor) == 1)
+        if (text_.erase(descriptor) == 1) {
             return true;
+        }
         note_stale_handle();
         return false;
     }
@@ -47,8 +48,9 @@ public:
     {
         const test_bench::Unseen_lock guard(lock_);
         const auto found = text_.find(descriptor);
-        if (found == text_.end())
+        if (found == text_.end()) {
             note_stale_handle();
+        }
         return found != text_.end() && found->second;
     }
     size_t size()
@@ -71,14 +73,18 @@ Mode_table& modes()
 int system_flags(int flags)
 {
     int result = O_CLOEXEC | (flags & (_O_RDONLY | _O_WRONLY | _O_RDWR));
-    if ((flags & _O_APPEND) != 0)
+    if ((flags & _O_APPEND) != 0) {
         result |= O_APPEND;
-    if ((flags & _O_CREAT) != 0)
+    }
+    if ((flags & _O_CREAT) != 0) {
         result |= O_CREAT;
-    if ((flags & _O_TRUNC) != 0)
+    }
+    if ((flags & _O_TRUNC) != 0) {
         result |= O_TRUNC;
-    if ((flags & _O_EXCL) != 0)
+    }
+    if ((flags & _O_EXCL) != 0) {
         result |= O_EXCL;
+    }
     return result;
 }
 
@@ -88,11 +94,13 @@ int open_shared(const char* path, int flags, mode_t permission)
 {
     for (;;) {
         const int descriptor = ::open(path, flags, permission);
-        if (descriptor == -1)
+        if (descriptor == -1) {
             return -1;
+        }
         struct stat status {};
-        if (::flock(descriptor, LOCK_SH) != 0 || ::fstat(descriptor, &status) != 0 || status.st_nlink > 0)
+        if (::flock(descriptor, LOCK_SH) != 0 || ::fstat(descriptor, &status) != 0 || status.st_nlink > 0) {
             return descriptor;
+        }
         ::close(descriptor);
     }
 }
@@ -102,8 +110,9 @@ std::string with_carriage_returns(const char* bytes, size_t size)
     std::string translated;
     translated.reserve(size + size / 8 + 2);
     for (size_t i = 0; i < size; ++i) {
-        if (bytes[i] == '\n')
+        if (bytes[i] == '\n') {
             translated += '\r';
+        }
         translated += bytes[i];
     }
     return translated;
@@ -115,8 +124,9 @@ size_t caller_bytes(const char* bytes, size_t size, size_t written)
     size_t count = 0;
     for (size_t on_disk = 0; count < size; ++count) {
         on_disk += bytes[count] == '\n' ? 2u : 1u;
-        if (on_disk > written)
+        if (on_disk > written) {
             break;
+        }
     }
     return count;
 }
@@ -148,14 +158,16 @@ using namespace win32_double;
 // Of the share modes there is one, that for all who read and write.
 int _sopen(const char* path, int flags, int share, ...)
 {
-    if (sopen_call.refused_by_errno())
+    if (sopen_call.refused_by_errno()) {
         return -1;
+    }
     mode_t permission = S_IRUSR | S_IRGRP | S_IROTH;
     if ((flags & _O_CREAT) != 0) {
         va_list arguments;
         va_start(arguments, share);
-        if ((va_arg(arguments, int) & _S_IWRITE) != 0)
+        if ((va_arg(arguments, int) & _S_IWRITE) != 0) {
             permission |= S_IWUSR | S_IWGRP | S_IWOTH;
+        }
         va_end(arguments);
     }
     if (share != _SH_DENYNO) {
@@ -163,34 +175,40 @@ int _sopen(const char* path, int flags, int share, ...)
         return -1;
     }
     const int descriptor = open_shared(path, system_flags(flags), permission);
-    if (descriptor != -1)
+    if (descriptor != -1) {
         modes().open(descriptor, (flags & _O_BINARY) == 0);
+    }
     return descriptor;
 }
 
 int _close(int descriptor)
 {
-    if (close_call.refused_by_errno())
+    if (close_call.refused_by_errno()) {
         return -1;
+    }
     // Before the close: behind it the number may already be another thread's.
-    if (modes().close(descriptor))
+    if (modes().close(descriptor)) {
         return ::close(descriptor);
+    }
     errno = EBADF;
     return -1;
 }
 
 int _write(int descriptor, const void* buffer, unsigned int size)
 {
-    if (write_call.refused_by_errno())
+    if (write_call.refused_by_errno()) {
         return -1;
+    }
     const auto* bytes = static_cast<const char*>(buffer);
-    if (!modes().is_text(descriptor))
+    if (!modes().is_text(descriptor)) {
         return static_cast<int>(write_bytes(descriptor, bytes, size));
+    }
     // One write of the system's, so that it stays whole beside those of other threads.
     const std::string translated = with_carriage_returns(bytes, size);
     const ssize_t written = write_bytes(descriptor, translated.data(), translated.size());
-    if (written < 0)
+    if (written < 0) {
         return -1;
+    }
     return static_cast<int>(caller_bytes(bytes, size, static_cast<size_t>(written)));
 }
 
@@ -201,11 +219,13 @@ int _commit(int descriptor)
 
 int32_t _filelength(int descriptor)
 {
-    if (filelength_call.refused_by_errno())
+    if (filelength_call.refused_by_errno()) {
         return -1;
+    }
     const int64_t length = file_length(descriptor);
-    if (length <= INT32_MAX)
+    if (length <= INT32_MAX) {
         return static_cast<int32_t>(length);
+    }
     errno = EOVERFLOW;
     return -1;
 }

@@ -21,8 +21,9 @@ bool same_name(const std::string& a, const std::string& b)
 std::shared_ptr<Window> find_window(HWND handle)
 {
     const auto found = desktop().windows.find(handle);
-    if (found != desktop().windows.end())
+    if (found != desktop().windows.end()) {
         return found->second;
+    }
     SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return nullptr;
 }
@@ -30,8 +31,9 @@ std::shared_ptr<Window> find_window(HWND handle)
 void remove_window(HWND handle)
 {
     const auto found = desktop().windows.find(handle);
-    if (found == desktop().windows.end())
+    if (found == desktop().windows.end()) {
         return;
+    }
     auto& waiting = found->second->owner->sent;
     for (auto at = waiting.begin(); at != waiting.end();) {
         if ((*at)->window != handle) {
@@ -60,8 +62,9 @@ Live_objects live_objects()
     alive.device_notifications = desktop().notifications.size();
     alive.message_queues = desktop().queues.size();
     for (const auto& [handle, object] : desktop().waitables) {
-        if (object == nullptr)
+        if (object == nullptr) {
             continue;  // a thread that is about to run
+        }
         switch (object->kind) {
             case Waitable::Kind::event:
                 ++alive.events;

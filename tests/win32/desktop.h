@@ -104,11 +104,13 @@ struct Desktop {
     template <typename Handle>
     Handle new_handle()
     {
-        if (!reuses_handles)
+        if (!reuses_handles) {
             return reinterpret_cast<Handle>(last_handle += handle_step);
+        }
         uintptr_t number = first_handle + handle_step;
-        while (is_taken(number))
+        while (is_taken(number)) {
             number += handle_step;
+        }
         last_handle = std::max(last_handle, number);
         return reinterpret_cast<Handle>(number);
     }

@@ -43,8 +43,9 @@ size_t device_event(WPARAM event, const GUID& device_class, const std::string& d
     Desktop_lock lock(desktop().lock);
     std::vector<HWND> recipients;
     for (const auto& [handle, registered] : desktop().notifications) {
-        if (registered.all_classes || registered.device_class == device_class)
+        if (registered.all_classes || registered.device_class == device_class) {
             recipients.push_back(registered.window);
+        }
     }
     for (const HWND window : recipients) {
         send(lock, window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(storage.data()));
@@ -58,8 +59,9 @@ using namespace win32_double;
 
 HDEVNOTIFY RegisterDeviceNotificationA(HANDLE recipient, LPVOID filter, DWORD flags)
 {
-    if (register_call.refused())
+    if (register_call.refused()) {
         return nullptr;
+    }
     const Desktop_lock lock(desktop().lock);
     if (const DWORD error = error_of(recipient, filter, flags); error != ERROR_SUCCESS) {
         SetLastError(error);
@@ -76,11 +78,13 @@ HDEVNOTIFY RegisterDeviceNotificationA(HANDLE recipient, LPVOID filter, DWORD fl
 
 BOOL UnregisterDeviceNotification(HDEVNOTIFY registration)
 {
-    if (unregister_call.refused())
+    if (unregister_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
-    if (desktop().notifications.erase(registration) == 1)
+    if (desktop().notifications.erase(registration) == 1) {
         return TRUE;
+    }
     note_stale_handle();
     SetLastError(ERROR_INVALID_HANDLE);
     return FALSE;

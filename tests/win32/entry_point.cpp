@@ -26,8 +26,9 @@ std::mutex& orders_lock()
 Entry_point& find(const char* function)
 {
     for (Entry_point* entry = first_entry_point; entry != nullptr; entry = entry->next) {
-        if (std::strcmp(entry->name, function) == 0)
+        if (std::strcmp(entry->name, function) == 0) {
             return *entry;
+        }
     }
     throw std::invalid_argument(std::string("the Win32 double has no function ") + function);
 }
@@ -43,33 +44,38 @@ std::optional<uint32_t> Entry_point::enter()
 {
     const test_bench::Unseen unseen;
     calls_.fetch_add(1, std::memory_order_relaxed);
-    if (!armed_.load(std::memory_order_acquire))
+    if (!armed_.load(std::memory_order_acquire)) {
         return std::nullopt;
+    }
     const test_bench::Unseen_lock guard(orders_lock());
     if (after_ > 0) {
         --after_;
         return std::nullopt;
     }
-    if (times_ == 0)
+    if (times_ == 0) {
         return std::nullopt;
-    if (times_ != always && --times_ == 0)
+    }
+    if (times_ != always && --times_ == 0) {
         armed_.store(false, std::memory_order_release);
+    }
     return error_;
 }
 
 bool Entry_point::refused()
 {
     const auto error = enter();
-    if (error)
+    if (error) {
         SetLastError(*error);
+    }
     return error.has_value();
 }
 
 bool Entry_point::refused_by_errno()
 {
     const auto error = enter();
-    if (error)
+    if (error) {
         errno = static_cast<int>(*error);
+    }
     return error.has_value();
 }
 
@@ -100,8 +106,9 @@ uint64_t calls(const char* function)
 
 void clear()
 {
-    for (Entry_point* entry = first_entry_point; entry != nullptr; entry = entry->next)
+    for (Entry_point* entry = first_entry_point; entry != nullptr; entry = entry->next) {
         entry->clear();
+    }
     forget_beeps();
 }
 

@@ -28,8 +28,9 @@ using namespace win32_double;
 
 HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL initially_set, LPCSTR name)
 {
-    if (create_call.refused())
+    if (create_call.refused()) {
         return nullptr;
+    }
     if (security != nullptr || initially_set || name != nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
@@ -42,8 +43,9 @@ HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manual_reset, BOOL init
 
 BOOL SetEvent(HANDLE handle)
 {
-    if (set_call.refused())
+    if (set_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
     const auto event = std::dynamic_pointer_cast<Event>(find_waitable(handle));
     if (event == nullptr) {

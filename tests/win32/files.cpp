@@ -43,8 +43,9 @@ public:
     explicit Held_file(LPCSTR path) : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~Held_file()
     {
-        if (descriptor_ != -1)
+        if (descriptor_ != -1) {
             ::close(descriptor_);
+        }
     }
     Held_file(const Held_file&) = delete;
     Held_file& operator=(const Held_file&) = delete;
@@ -58,8 +59,9 @@ private:
 
 BOOL succeeded(bool done)
 {
-    if (!done)
+    if (!done) {
         SetLastError(win32_error(errno));
+    }
     return done ? TRUE : FALSE;
 }
 
@@ -67,16 +69,18 @@ BOOL succeeded(bool done)
 
 BOOL DeleteFileA(LPCSTR path)
 {
-    if (delete_call.refused())
+    if (delete_call.refused()) {
         return FALSE;
+    }
     const Held_file file(path);
     return succeeded(file.is_free() && ::unlink(path) == 0);
 }
 
 BOOL MoveFileA(LPCSTR from, LPCSTR to)
 {
-    if (move_call.refused())
+    if (move_call.refused()) {
         return FALSE;
+    }
     const Held_file file(from);
     return succeeded(file.is_free() && ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0);
 }

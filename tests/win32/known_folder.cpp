@@ -45,16 +45,19 @@ Temporary_directory& temporary()
 // The folder lies one level down, so that names that continue the folder's own with a backslash are removed as well.
 std::string temporary_folder()
 {
-    if (!temporary().path.empty())
+    if (!temporary().path.empty()) {
         return temporary().path / "ProgramData";
+    }
     std::string root = (std::filesystem::temp_directory_path() / "win32_double.XXXXXX").string();
-    if (mkdtemp(root.data()) == nullptr)
+    if (mkdtemp(root.data()) == nullptr) {
         throw std::runtime_error("no temporary directory can be made");
+    }
     temporary() = {root, getpid()};
     std::atexit([] {
         std::error_code ignored;
-        if (temporary().owner == getpid())
+        if (temporary().owner == getpid()) {
             std::filesystem::remove_all(temporary().path, ignored);
+        }
     });
     std::filesystem::create_directory(root + "/ProgramData");
     return root + "/ProgramData";
@@ -84,16 +87,20 @@ std::string program_data()
 HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID folder, DWORD /*flags*/, HANDLE /*token*/, PWSTR* path)
 {
     *path = nullptr;
-    if (const auto error = win32_double::known_folder_call.enter())
+    if (const auto error = win32_double::known_folder_call.enter()) {
         return static_cast<HRESULT>(*error);
-    if (folder != FOLDERID_ProgramData)
+    }
+    if (folder != FOLDERID_ProgramData) {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    }
     const std::string name = win32_double::program_data();
     auto* const text = static_cast<PWSTR>(std::malloc((name.size() + 1) * sizeof(WCHAR)));
-    if (text == nullptr)
+    if (text == nullptr) {
         return E_OUTOFMEMORY;
-    for (size_t i = 0; i <= name.size(); ++i)
+    }
+    for (size_t i = 0; i <= name.size(); ++i) {
         text[i] = static_cast<unsigned char>(name.c_str()[i]);
+    }
     *path = text;
     return S_OK;
 }

@@ -28,16 +28,19 @@ struct Queue_owner {
     ~Queue_owner()
     {
         queue_is_gone = true;
-        if (queue == nullptr)
+        if (queue == nullptr) {
             return;
+        }
         const Desktop_lock lock(desktop().lock);
         std::vector<HWND> own;
         for (const auto& [handle, window] : desktop().windows) {
-            if (window->owner == queue)
+            if (window->owner == queue) {
                 own.push_back(handle);
+            }
         }
-        for (const HWND handle : own)
+        for (const HWND handle : own) {
             remove_window(handle);
+        }
         desktop().queues.erase(queue->thread);
     }
 };
@@ -79,8 +82,9 @@ void handle_sent_message(Desktop_lock& lock, Message_queue& queue)
 
 bool matches(const MSG& message, HWND window, UINT first, UINT last)
 {
-    if (window != nullptr && message.hwnd != window)
+    if (window != nullptr && message.hwnd != window) {
         return false;
+    }
     return (first == 0 && last == 0) || (message.message >= first && message.message <= last);
 }
 
@@ -97,10 +101,12 @@ std::optional<MSG> take_message(Message_queue& queue, HWND window, UINT first, U
         }
         return message;
     }
-    if (!queue.quit)
+    if (!queue.quit) {
         return std::nullopt;
-    if (remove)
+    }
+    if (remove) {
         queue.quit = false;
+    }
     return MSG{nullptr, WM_QUIT, static_cast<WPARAM>(queue.exit_code), 0, tick_count(), {0, 0}};
 }
 
@@ -127,16 +133,18 @@ std::shared_ptr<Message_queue> own_queue()
         return last == desktop().queues.end() ? new_queue() : last->second;
     }
     thread_local Queue_owner own;
-    if (own.queue == nullptr)
+    if (own.queue == nullptr) {
         own.queue = new_queue();
+    }
     return own.queue;
 }
 
 LRESULT send(Desktop_lock& lock, HWND handle, UINT message, WPARAM wparam, LPARAM lparam)
 {
     const auto window = find_window(handle);
-    if (window == nullptr)
+    if (window == nullptr) {
         return 0;
+    }
     const auto own = own_queue();
     if (window->owner == own) {
         const WNDPROC procedure = window->procedure;
@@ -167,11 +175,13 @@ void broadcast(UINT message, WPARAM wparam, LPARAM lparam)
     Desktop_lock lock(desktop().lock);
     std::vector<HWND> top_level;
     for (const auto& [handle, window] : desktop().windows) {
-        if (window->parent == nullptr)
+        if (window->parent == nullptr) {
             top_level.push_back(handle);
+        }
     }
-    for (const HWND handle : top_level)
+    for (const HWND handle : top_level) {
         send(lock, handle, message, wparam, lparam);
+    }
 }
 
 }  // namespace win32_double
@@ -180,8 +190,9 @@ using namespace win32_double;
 
 LRESULT SendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (send_call.refused())
+    if (send_call.refused()) {
         return 0;
+    }
     if (window == HWND_BROADCAST) {
         broadcast(message, wparam, lparam);
         return TRUE;
@@ -192,27 +203,31 @@ LRESULT SendMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 
 BOOL PostMessageA(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (post_call.refused())
+    if (post_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
     if (window == nullptr) {
         post(*own_queue(), nullptr, message, wparam, lparam);
         return TRUE;
     }
     const auto target = find_window(window);
-    if (target == nullptr)
+    if (target == nullptr) {
         return FALSE;
+    }
     post(*target->owner, window, message, wparam, lparam);
     return TRUE;
 }
 
 BOOL PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (post_thread_call.refused())
+    if (post_thread_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
-    if (thread == GetCurrentThreadId())
+    if (thread == GetCurrentThreadId()) {
         own_queue();
+    }
     const auto found = desktop().queues.find(thread);
     if (found == desktop().queues.end()) {
         SetLastError(ERROR_INVALID_THREAD_ID);
@@ -234,15 +249,18 @@ void PostQuitMessage(int exit_code)
 
 BOOL GetMessageA(MSG* message, HWND window, UINT first, UINT last)
 {
-    if (get_call.refused())
+    if (get_call.refused()) {
         return -1;
+    }
     Desktop_lock lock(desktop().lock);
     const auto queue = own_queue();
-    if (window != nullptr && find_window(window) == nullptr)
+    if (window != nullptr && find_window(window) == nullptr) {
         return -1;
+    }
     for (;;) {
-        while (!queue->sent.empty())
+        while (!queue->sent.empty()) {
             handle_sent_message(lock, *queue);
+        }
         if (const auto next = take_message(*queue, window, first, last, true)) {
             *message = *next;
             return next->message == WM_QUIT ? 0 : 1;
@@ -253,17 +271,21 @@ BOOL GetMessageA(MSG* message, HWND window, UINT first, UINT last)
 
 BOOL PeekMessageA(MSG* message, HWND window, UINT first, UINT last, UINT options)
 {
-    if (peek_call.refused())
+    if (peek_call.refused()) {
         return FALSE;
+    }
     Desktop_lock lock(desktop().lock);
     const auto queue = own_queue();
-    while (!queue->sent.empty())
+    while (!queue->sent.empty()) {
         handle_sent_message(lock, *queue);
-    if ((options & PM_QS_SENDMESSAGE) != 0)
+    }
+    if ((options & PM_QS_SENDMESSAGE) != 0) {
         return FALSE;
+    }
     const auto next = take_message(*queue, window, first, last, (options & PM_REMOVE) != 0);
-    if (next)
+    if (next) {
         *message = *next;
+    }
     return next ? TRUE : FALSE;
 }
 
@@ -276,14 +298,16 @@ BOOL TranslateMessage(const MSG*)
 
 LRESULT DispatchMessageA(const MSG* message)
 {
-    if (dispatch_call.refused() || message->hwnd == nullptr)
+    if (dispatch_call.refused() || message->hwnd == nullptr) {
         return 0;
+    }
     WNDPROC procedure = nullptr;
     {
         const Desktop_lock lock(desktop().lock);
         const auto window = find_window(message->hwnd);
-        if (window == nullptr)
+        if (window == nullptr) {
             return 0;
+        }
         procedure = window->procedure;
     }
     return procedure(message->hwnd, message->message, message->wParam, message->lParam);

@@ -55,8 +55,9 @@ std::string loaded_path(const std::string& module)
         [](dl_phdr_info* object, size_t, void* data) {
             auto& asked = *static_cast<Search*>(data);
             const std::string path = object->dlpi_name;
-            if (strcasecmp(file_name(path).c_str(), asked.wanted.c_str()) != 0)
+            if (strcasecmp(file_name(path).c_str(), asked.wanted.c_str()) != 0) {
                 return 0;
+            }
             asked.found = path;
             return 1;
         },
@@ -76,8 +77,9 @@ void* open_shared_object(const std::string& name)
 {
     const std::string object = shared_object_name(with_extension(file_name(name)));
     const std::string directory = name.substr(0, name.size() - file_name(name).size());
-    if (!directory.empty())
+    if (!directory.empty()) {
         return dlopen((directory + object).c_str(), RTLD_NOW);
+    }
     const std::string program = executable_path();
     void* const beside = dlopen((program.substr(0, program.rfind('/') + 1) + object).c_str(), RTLD_NOW);
     return beside != nullptr ? beside : dlopen(object.c_str(), RTLD_NOW);
@@ -90,10 +92,12 @@ void* linker_handle(HMODULE module)
     {
         const test_bench::Unseen_lock guard(module_list().lock);
         const Module* const record = module_of(module);
-        if (record == nullptr)
+        if (record == nullptr) {
             return nullptr;
-        if (record == &module_list().executable)
+        }
+        if (record == &module_list().executable) {
             return dlopen(nullptr, RTLD_LAZY);
+        }
         path = loaded_path(record->name);
     }
     return path.empty() ? nullptr : dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
@@ -122,12 +126,14 @@ HMODULE executable_handle()
 
 Module& module_record(const char* name)
 {
-    if (name == nullptr)
+    if (name == nullptr) {
         return module_list().executable;
+    }
     const std::string wanted = with_extension(file_name(name));
     for (Module& record : module_list().modules) {
-        if (strcasecmp(record.name.c_str(), wanted.c_str()) == 0)
+        if (strcasecmp(record.name.c_str(), wanted.c_str()) == 0) {
             return record;
+        }
     }
     module_list().modules.emplace_back().name = wanted;
     return module_list().modules.back();
@@ -136,11 +142,13 @@ Module& module_record(const char* name)
 Module* module_of(HMODULE handle)
 {
     Module_list& list = module_list();
-    if (handle == nullptr || handle == handle_of(list.executable))
+    if (handle == nullptr || handle == handle_of(list.executable)) {
         return &list.executable;
+    }
     for (Module& record : list.modules) {
-        if (handle_of(record) == handle)
+        if (handle_of(record) == handle) {
             return &record;
+        }
     }
     return nullptr;
 }
@@ -165,20 +173,23 @@ using namespace win32_double;
 
 HMODULE GetModuleHandleA(LPCSTR name)
 {
-    if (handle_call.refused())
+    if (handle_call.refused()) {
         return nullptr;
+    }
     const test_bench::Unseen_lock guard(module_list().lock);
     Module& record = module_record(name);
-    if (name == nullptr || record.added || !loaded_path(record.name).empty())
+    if (name == nullptr || record.added || !loaded_path(record.name).empty()) {
         return handle_of(record);
+    }
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;
 }
 
 BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module)
 {
-    if (pin_call.refused())
+    if (pin_call.refused()) {
         return FALSE;
+    }
     if (flags != (GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS)) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return FALSE;
@@ -201,8 +212,9 @@ BOOL GetModuleHandleExA(DWORD flags, LPCSTR address, HMODULE* module)
 
 DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size)
 {
-    if (file_name_call.refused())
+    if (file_name_call.refused()) {
         return 0;
+    }
     std::string name;
     {
         const test_bench::Unseen_lock guard(module_list().lock);
@@ -212,37 +224,43 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD size)
             return 0;
         }
         name = record == &module_list().executable ? executable_path() : loaded_path(record->name);
-        if (name.empty())
+        if (name.empty()) {
             name = record->name;
+        }
     }
-    if (size == 0)
+    if (size == 0) {
         return 0;
+    }
     const size_t length = std::min<size_t>(name.size(), size - 1);
     std::memcpy(path, name.data(), length);
     path[length] = '\0';
-    if (length == name.size())
+    if (length == name.size()) {
         return static_cast<DWORD>(length);
+    }
     SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return size;
 }
 
 HMODULE LoadLibraryA(LPCSTR name)
 {
-    if (load_call.refused())
+    if (load_call.refused()) {
         return nullptr;
+    }
     void* const object = open_shared_object(name);
     const test_bench::Unseen_lock guard(module_list().lock);
     Module& record = module_record(name);
-    if (object != nullptr || record.added)
+    if (object != nullptr || record.added) {
         return handle_of(record);
+    }
     SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;
 }
 
 BOOL FreeLibrary(HMODULE module)
 {
-    if (free_call.refused())
+    if (free_call.refused()) {
         return FALSE;
+    }
     if (void* const object = linker_handle(module)) {
         dlclose(object);  // the hold of linker_handle
         dlclose(object);  // the hold of LoadLibraryA
@@ -250,21 +268,25 @@ BOOL FreeLibrary(HMODULE module)
     }
     const test_bench::Unseen_lock guard(module_list().lock);
     const Module* const record = module_of(module);
-    if (record != nullptr && record->added)
+    if (record != nullptr && record->added) {
         return TRUE;
+    }
     SetLastError(ERROR_MOD_NOT_FOUND);
     return FALSE;
 }
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name)
 {
-    if (address_call.refused())
+    if (address_call.refused()) {
         return nullptr;
+    }
     void* const object = linker_handle(module);
     void* const address = object == nullptr ? nullptr : dlsym(object, name);
-    if (object != nullptr)
+    if (object != nullptr) {
         dlclose(object);
-    if (address == nullptr)
+    }
+    if (address == nullptr) {
         SetLastError(ERROR_PROC_NOT_FOUND);
+    }
     return reinterpret_cast<FARPROC>(address);
 }

@@ -31,8 +31,9 @@ void abandon_mutexes()
 {
     for (const auto& [handle, object] : desktop().waitables) {
         const auto mutex = std::dynamic_pointer_cast<Mutex>(object);
-        if (mutex == nullptr || mutex->owner != GetCurrentThreadId())
+        if (mutex == nullptr || mutex->owner != GetCurrentThreadId()) {
             continue;
+        }
         mutex->owner = 0;
         mutex->depth = 0;
         mutex->abandoned = true;
@@ -46,8 +47,9 @@ using namespace win32_double;
 
 HANDLE CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initially_owned, LPCSTR name)
 {
-    if (create_call.refused())
+    if (create_call.refused()) {
         return nullptr;
+    }
     if (security != nullptr || initially_owned || name != nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
@@ -60,8 +62,9 @@ HANDLE CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initially_owned, LPCSTR
 
 BOOL ReleaseMutex(HANDLE handle)
 {
-    if (release_call.refused())
+    if (release_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
     const auto mutex = std::dynamic_pointer_cast<Mutex>(find_waitable(handle));
     if (mutex == nullptr) {

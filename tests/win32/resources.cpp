@@ -21,8 +21,9 @@ using win32_double::Resource;
 // The identifier, also from a text such as "#101"; 0 for any other name.
 WORD identifier(LPCSTR name)
 {
-    if (IS_INTRESOURCE(name))
+    if (IS_INTRESOURCE(name)) {
         return static_cast<WORD>(reinterpret_cast<uintptr_t>(name));
+    }
     return name[0] == '#' ? static_cast<WORD>(std::strtoul(name + 1, nullptr, 10)) : WORD{0};
 }
 
@@ -39,8 +40,9 @@ void win32_double_register_resource(const char* module, const char* type, int id
     auto& record = win32_double::module_record(module);
     record.added = true;
     for (Resource& present : record.resources) {
-        if (present.id != id || !is_of_type(present, type))
+        if (present.id != id || !is_of_type(present, type)) {
             continue;
+        }
         // The module was unloaded and loaded anew: its bytes may lie elsewhere now.
         present.bytes = bytes;
         present.size = size;
@@ -51,18 +53,22 @@ void win32_double_register_resource(const char* module, const char* type, int id
 
 HRSRC FindResourceA(HMODULE module, LPCSTR name, LPCSTR type)
 {
-    if (find_call.refused())
+    if (find_call.refused()) {
         return nullptr;
+    }
     const test_bench::Unseen_lock guard(module_list().lock);
     DWORD error = ERROR_RESOURCE_TYPE_NOT_FOUND;
     if (auto* const record = win32_double::module_of(module)) {
-        if (record->resources.empty())
+        if (record->resources.empty()) {
             error = ERROR_RESOURCE_DATA_NOT_FOUND;
+        }
         for (Resource& resource : record->resources) {
-            if (!is_of_type(resource, type))
+            if (!is_of_type(resource, type)) {
                 continue;
-            if (resource.id == identifier(name))
+            }
+            if (resource.id == identifier(name)) {
                 return reinterpret_cast<HRSRC>(&resource);
+            }
             error = ERROR_RESOURCE_NAME_NOT_FOUND;
         }
     }
@@ -78,14 +84,16 @@ HGLOBAL LoadResource(HMODULE, HRSRC resource)
 
 LPVOID LockResource(HGLOBAL data)
 {
-    if (lock_call.refused() || data == nullptr)
+    if (lock_call.refused() || data == nullptr) {
         return nullptr;
+    }
     return const_cast<void*>(static_cast<const Resource*>(data)->bytes);
 }
 
 DWORD SizeofResource(HMODULE, HRSRC resource)
 {
-    if (size_call.refused() || resource == nullptr)
+    if (size_call.refused() || resource == nullptr) {
         return 0;
+    }
     return static_cast<DWORD>(reinterpret_cast<const Resource*>(resource)->size);
 }

@@ -29,34 +29,42 @@ struct Conversion {
 size_t parse_number(const char*& at)
 {
     size_t number = 0;
-    for (; *at >= '0' && *at <= '9'; ++at)
+    for (; *at >= '0' && *at <= '9'; ++at) {
         number = std::min<size_t>(number * 10 + static_cast<size_t>(*at - '0'), 100'000);
+    }
     return number;
 }
 
 bool skip(const char*& at, const char* text)
 {
     const size_t length = std::strlen(text);
-    if (std::strncmp(at, text, length) != 0)
+    if (std::strncmp(at, text, length) != 0) {
         return false;
+    }
     at += length;
     return true;
 }
 
 Length parse_length(const char*& at)
 {
-    if (skip(at, "l"))
+    if (skip(at, "l")) {
         return Length::full;
-    if (skip(at, "h"))
+    }
+    if (skip(at, "h")) {
         return Length::half;
-    if (skip(at, "w"))
+    }
+    if (skip(at, "w")) {
         return Length::wide;
-    if (skip(at, "I64"))
+    }
+    if (skip(at, "I64")) {
         return Length::native64;
-    if (skip(at, "I32"))
+    }
+    if (skip(at, "I32")) {
         return Length::plain;
-    if (skip(at, "I"))
+    }
+    if (skip(at, "I")) {
         return Length::native;
+    }
     return Length::plain;
 }
 
@@ -68,8 +76,9 @@ Conversion parse(const char*& at)
     result.prefix = skip(at, "#");
     result.zeros = skip(at, "0");
     result.width = parse_number(at);
-    if (skip(at, "."))
+    if (skip(at, ".")) {
         result.precision = parse_number(at);
+    }
     result.length = parse_length(at);
     result.type = *at;
     return result;
@@ -121,8 +130,9 @@ std::string text_argument(Arguments& arguments, const Conversion& conversion, bo
                                : std::string(text, strnlen(text, limit));
     }
     const wchar_t* const text = arguments.pointer<const wchar_t*>();
-    if (text == nullptr)
+    if (text == nullptr) {
         return std::string("(null)", std::min<size_t>(6, limit));
+    }
     std::string narrow;
     for (size_t i = 0; i < limit && text[i] != L'\0'; ++i) {
         narrow += static_cast<uint32_t>(text[i]) <= 0xFF ? static_cast<char>(text[i]) : '?';
@@ -136,8 +146,9 @@ std::string padded_digits(std::string number, bool negative, const Conversion& c
     const size_t zero_width = conversion.zeros && !conversion.left ? conversion.width : 0;
     const size_t least = std::max(conversion.precision, zero_width);
     const size_t length = number.size() + (negative ? 1 : 0);
-    if (length < least)
+    if (length < least) {
         number.insert(0, least - length, '0');
+    }
     return negative ? "-" + number : number;
 }
 
@@ -161,8 +172,9 @@ std::string unsigned_text(const Conversion& conversion, Arguments& arguments, un
 
 bool is_wide_text(const Conversion& conversion)
 {
-    if (conversion.length == Length::wide)
+    if (conversion.length == Length::wide) {
         return conversion.type == 's';
+    }
     return conversion.type == 's' ? conversion.length == Length::full : conversion.length != Length::half;
 }
 
@@ -187,8 +199,9 @@ bool expand(const Conversion& conversion, Arguments& arguments, Field& field)
             return true;
         case 'x':
         case 'X':
-            if (conversion.prefix)
+            if (conversion.prefix) {
                 field.prefix = conversion.type == 'X' ? "0X" : "0x";
+            }
             field.text = unsigned_text(conversion, arguments, 16);
             return true;
         default:
@@ -199,8 +212,9 @@ bool expand(const Conversion& conversion, Arguments& arguments, Field& field)
 // A pointer is printed as all its digits, in capitals.
 Conversion with_pointers_as_numbers(Conversion conversion)
 {
-    if (conversion.type != 'p')
+    if (conversion.type != 'p') {
         return conversion;
+    }
     conversion.type = 'X';
     conversion.zeros = true;
     conversion.width = 2 * sizeof(void*);
@@ -224,15 +238,18 @@ std::string format_text(const char* at, Arguments& arguments)
         Field field;
         const bool known = expand(conversion, arguments, field);
         const size_t blanks = conversion.width - std::min(conversion.width, field.text.size());
-        if (!conversion.left)
+        if (!conversion.left) {
             text.append(blanks, ' ');
+        }
         // An unknown conversion loses its percent sign and modifiers; its letter is ordinary text.
-        if (!known)
+        if (!known) {
             continue;
+        }
         ++at;
         text += field.prefix + field.text;
-        if (conversion.left)
+        if (conversion.left) {
             text.append(blanks, ' ');
+        }
     }
     return text;
 }

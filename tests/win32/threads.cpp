@@ -49,8 +49,9 @@ struct Own_thread {
 
 std::shared_ptr<Thread> own_thread()
 {
-    if (own_thread_is_gone)
+    if (own_thread_is_gone) {
         return std::make_shared<Thread>();
+    }
     thread_local Own_thread own;
     return own.object;
 }
@@ -107,8 +108,9 @@ using namespace win32_double;
 HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START_ROUTINE run, LPVOID argument,
                     DWORD flags, LPDWORD number)
 {
-    if (create_call.refused())
+    if (create_call.refused()) {
         return nullptr;
+    }
     if (security != nullptr || stack != 0 || flags != 0) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;
@@ -122,8 +124,9 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START
         return nullptr;
     }
     start.running.wait(lock, [&] { return start.thread != nullptr; });
-    if (number != nullptr)
+    if (number != nullptr) {
         *number = start.thread->number;
+    }
     desktop().waitables[handle] = start.thread;
     return handle;
 }
@@ -131,8 +134,9 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stack, LPTHREAD_START
 // Opens the calling thread, the only one that is ever asked for.
 HANDLE OpenThread(DWORD access, BOOL inherit, DWORD number)
 {
-    if (open_call.refused())
+    if (open_call.refused()) {
         return nullptr;
+    }
     if (access != SYNCHRONIZE || inherit || number != GetCurrentThreadId()) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return nullptr;

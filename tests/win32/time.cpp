@@ -30,8 +30,9 @@ bool format_time(const __time64_t* time, char* text)
     static const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                          "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     tm local{};
-    if (!to_local_time(time, &local) || local.tm_year > 9999 - 1900)
+    if (!to_local_time(time, &local) || local.tm_year > 9999 - 1900) {
         return false;
+    }
     char form[64];  // room for what the compiler believes the fields could hold
     std::snprintf(form, sizeof form, "%s %s %02d %02d:%02d:%02d %04d\n", days[local.tm_wday], months[local.tm_mon],
                   local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec, local.tm_year + 1900);
@@ -60,7 +61,8 @@ void _ftime64(__timeb64* now)
 char* _ctime64(const __time64_t* time)
 {
     thread_local char text[time_text_size];
-    if (ctime_call.refused_by_errno() || !format_time(time, text))
+    if (ctime_call.refused_by_errno() || !format_time(time, text)) {
         return nullptr;
+    }
     return text;
 }

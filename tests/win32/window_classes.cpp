@@ -21,11 +21,13 @@ bool is_called(const Window_class& window_class, LPCSTR name)
 
 std::shared_ptr<Window_class> find_class(LPCSTR name, HINSTANCE instance)
 {
-    if (instance == nullptr)
+    if (instance == nullptr) {
         instance = executable_handle();
+    }
     for (const auto& candidate : desktop().classes) {
-        if (candidate->description.hInstance == instance && is_called(*candidate, name))
+        if (candidate->description.hInstance == instance && is_called(*candidate, name)) {
             return candidate;
+        }
     }
     return nullptr;
 }
@@ -36,8 +38,9 @@ using namespace win32_double;
 
 ATOM RegisterClassExA(const WNDCLASSEXA* description)
 {
-    if (register_call.refused())
+    if (register_call.refused()) {
         return 0;
+    }
     if (description->cbSize != sizeof(WNDCLASSEXA) || description->cbClsExtra < 0 || description->cbWndExtra < 0 ||
         description->lpszClassName == nullptr) {
         SetLastError(ERROR_INVALID_PARAMETER);
@@ -62,10 +65,12 @@ ATOM RegisterClassExA(const WNDCLASSEXA* description)
 
 BOOL UnregisterClassA(LPCSTR name, HINSTANCE instance)
 {
-    if (unregister_call.refused())
+    if (unregister_call.refused()) {
         return FALSE;
-    if (instance == nullptr)
+    }
+    if (instance == nullptr) {
         instance = executable_handle();
+    }
     const Desktop_lock lock(desktop().lock);
     const auto found = find_class(name, instance);
     if (found == nullptr) {
@@ -85,10 +90,12 @@ BOOL UnregisterClassA(LPCSTR name, HINSTANCE instance)
 
 BOOL GetClassInfoExA(HINSTANCE instance, LPCSTR name, WNDCLASSEXA* description)
 {
-    if (info_call.refused())
+    if (info_call.refused()) {
         return FALSE;
-    if (instance == nullptr)
+    }
+    if (instance == nullptr) {
         instance = executable_handle();
+    }
     const Desktop_lock lock(desktop().lock);
     const auto found = find_class(name, instance);
     if (found == nullptr) {

@@ -63,19 +63,22 @@ void set_own_value(Window& window, int index, LONG_PTR value)
 unsigned char* extra_value(Window& window, int index)
 {
     const auto at = static_cast<size_t>(index);
-    if (at + sizeof(LONG_PTR) <= window.extra.size())
+    if (at + sizeof(LONG_PTR) <= window.extra.size()) {
         return &window.extra[at];
+    }
     SetLastError(ERROR_INVALID_INDEX);
     return nullptr;
 }
 
 LONG_PTR value_of(Window& window, int index)
 {
-    if (index < 0)
+    if (index < 0) {
         return own_value(window, index);
+    }
     LONG_PTR value = 0;
-    if (const unsigned char* const bytes = extra_value(window, index))
+    if (const unsigned char* const bytes = extra_value(window, index)) {
         std::memcpy(&value, bytes, sizeof value);
+    }
     return value;
 }
 
@@ -86,8 +89,9 @@ using namespace win32_double;
 
 LONG_PTR GetWindowLongPtrA(HWND handle, int index)
 {
-    if (get_value_call.refused())
+    if (get_value_call.refused()) {
         return 0;
+    }
     const Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
     return window == nullptr ? 0 : value_of(*window, index);
@@ -95,12 +99,14 @@ LONG_PTR GetWindowLongPtrA(HWND handle, int index)
 
 LONG_PTR SetWindowLongPtrA(HWND handle, int index, LONG_PTR value)
 {
-    if (set_value_call.refused())
+    if (set_value_call.refused()) {
         return 0;
+    }
     const Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
-    if (window == nullptr)
+    if (window == nullptr) {
         return 0;
+    }
     const LONG_PTR before = value_of(*window, index);
     if (index < 0) {
         set_own_value(*window, index, value);

@@ -22,8 +22,9 @@ bool announce(Desktop_lock& lock, HWND window, const CREATESTRUCTA& creation)
     const auto of_sizes = reinterpret_cast<LPARAM>(&sizes);
     const auto of_creation = reinterpret_cast<LPARAM>(&creation);
     send(lock, window, WM_GETMINMAXINFO, 0, of_sizes);
-    if (send(lock, window, WM_NCCREATE, 0, of_creation) == 0)
+    if (send(lock, window, WM_NCCREATE, 0, of_creation) == 0) {
         return false;
+    }
     send(lock, window, WM_NCCALCSIZE, FALSE, of_sizes);
     return send(lock, window, WM_CREATE, 0, of_creation) != -1;
 }
@@ -36,18 +37,21 @@ using namespace win32_double;
 HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y, int width,
                      int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID data)
 {
-    if (create_call.refused())
+    if (create_call.refused()) {
         return nullptr;
-    if (instance == nullptr)
+    }
+    if (instance == nullptr) {
         instance = executable_handle();
+    }
     Desktop_lock lock(desktop().lock);
     const auto window_class = find_class(class_name, instance);
     if (window_class == nullptr) {
         SetLastError(ERROR_CANNOT_FIND_WND_CLASS);
         return nullptr;
     }
-    if (parent != nullptr && parent != HWND_MESSAGE && find_window(parent) == nullptr)
+    if (parent != nullptr && parent != HWND_MESSAGE && find_window(parent) == nullptr) {
         return nullptr;
+    }
     const auto window = std::make_shared<Window>();
     window->handle = desktop().new_handle<HWND>();
     window->window_class = window_class;
@@ -62,8 +66,9 @@ HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWOR
     desktop().windows[window->handle] = window;
     const CREATESTRUCTA creation{
         data, instance, menu, parent, height, width, y, x, static_cast<LONG>(style), title, class_name, extended_style};
-    if (announce(lock, window->handle, creation))
+    if (announce(lock, window->handle, creation)) {
         return window->handle;
+    }
     send(lock, window->handle, WM_NCDESTROY, 0, 0);
     remove_window(window->handle);
     return nullptr;
@@ -71,8 +76,9 @@ HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWOR
 
 BOOL DestroyWindow(HWND handle)
 {
-    if (destroy_call.refused())
+    if (destroy_call.refused()) {
         return FALSE;
+    }
     Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
     if (window == nullptr) {
@@ -91,25 +97,30 @@ BOOL DestroyWindow(HWND handle)
 
 BOOL IsWindow(HWND window)
 {
-    if (is_window_call.refused())
+    if (is_window_call.refused()) {
         return FALSE;
+    }
     const Desktop_lock lock(desktop().lock);
     return find_window(window) != nullptr ? TRUE : FALSE;
 }
 
 HWND FindWindowExA(HWND parent, HWND after, LPCSTR class_name, LPCSTR title)
 {
-    if (find_call.refused())
+    if (find_call.refused()) {
         return nullptr;
+    }
     const Desktop_lock lock(desktop().lock);
     for (auto found = desktop().windows.upper_bound(after); found != desktop().windows.end(); ++found) {
         const auto& [handle, window] = *found;
-        if (window->parent != parent)
+        if (window->parent != parent) {
             continue;
-        if (class_name != nullptr && !same_name(window->window_class->name, class_name))
+        }
+        if (class_name != nullptr && !same_name(window->window_class->name, class_name)) {
             continue;
-        if (title != nullptr && !same_name(window->title, title))
+        }
+        if (title != nullptr && !same_name(window->title, title)) {
             continue;
+        }
         return handle;
     }
     return nullptr;
@@ -117,29 +128,36 @@ HWND FindWindowExA(HWND parent, HWND after, LPCSTR class_name, LPCSTR title)
 
 DWORD GetWindowThreadProcessId(HWND handle, LPDWORD process)
 {
-    if (thread_of_call.refused())
+    if (thread_of_call.refused()) {
         return 0;
+    }
     const Desktop_lock lock(desktop().lock);
     const auto window = find_window(handle);
-    if (window == nullptr)
+    if (window == nullptr) {
         return 0;
-    if (process != nullptr)
+    }
+    if (process != nullptr) {
         *process = GetCurrentProcessId();
+    }
     return window->owner->thread;
 }
 
 LRESULT DefWindowProcA(HWND window, UINT message, WPARAM, LPARAM lparam)
 {
-    if (default_call.refused())
+    if (default_call.refused()) {
         return 0;
-    if (message == WM_CLOSE)
+    }
+    if (message == WM_CLOSE) {
         DestroyWindow(window);
-    if (message != WM_NCCREATE)
+    }
+    if (message != WM_NCCREATE) {
         return 0;
+    }
     // Here, and nowhere else, a window gets its title.
     const char* const title = reinterpret_cast<const CREATESTRUCTA*>(lparam)->lpszName;
     const Desktop_lock lock(desktop().lock);
-    if (const auto created = find_window(window))
+    if (const auto created = find_window(window)) {
         created->title = title == nullptr ? "" : title;
+    }
     return TRUE;
 }

@@ -138,8 +138,9 @@ TEST_F(Event_contract_test, the_event_comes_before_the_message)
     EXPECT_TRUE(SetEvent(event_));
     std::thread sender([&] { SendMessageA(window_, sent_message, 0, 0); });
     EXPECT_EQ(wait_for_event_or_message(INFINITE), DWORD{WAIT_OBJECT_0});
-    while (recorder().handler_of(sent_message) == 0)
+    while (recorder().handler_of(sent_message) == 0) {
         handle_sent_messages();
+    }
     sender.join();
 }
 

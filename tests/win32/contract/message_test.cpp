@@ -147,8 +147,9 @@ TEST_F(Message_contract_test, threads_that_send_to_each_other_do_not_stand_still
     replying.hInstance = GetModuleHandleA(nullptr);
     replying.lpszClassName = "CONTRACT_REPLYING";
     replying.lpfnWndProc = [](HWND window, UINT message, WPARAM wparam, LPARAM lparam) -> LRESULT {
-        if (message != first_message)
+        if (message != first_message) {
             return DefWindowProcA(window, message, wparam, lparam);
+        }
         answer = SendMessageA(back, second_message, 0, 0);
         return 1;
     };
@@ -160,8 +161,9 @@ TEST_F(Message_contract_test, threads_that_send_to_each_other_do_not_stand_still
         created.set_value(CreateWindowExA(0, "CONTRACT_REPLYING", "", WS_OVERLAPPEDWINDOW, 0, 0, 120, 100, nullptr,
                                           nullptr, GetModuleHandleA(nullptr), nullptr));
         MSG message;
-        while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        while (GetMessageA(&message, nullptr, 0, 0) > 0) {
             DispatchMessageA(&message);
+        }
     });
     const HWND window = created.get_future().get();
     EXPECT_EQ(SendMessageA(window, first_message, 0, 0), 1);

@@ -15,8 +15,9 @@ std::vector<UINT> Recorder::messages(const std::vector<UINT>& wanted)
     const std::lock_guard<std::mutex> guard(lock_);
     std::vector<UINT> result;
     for (const Recorded& entry : recorded_) {
-        if (std::count(wanted.begin(), wanted.end(), entry.message) != 0)
+        if (std::count(wanted.begin(), wanted.end(), entry.message) != 0) {
             result.push_back(entry.message);
+        }
     }
     return result;
 }
@@ -25,8 +26,9 @@ DWORD Recorder::handler_of(UINT message)
 {
     const std::lock_guard<std::mutex> guard(lock_);
     for (const Recorded& entry : recorded_) {
-        if (entry.message == message)
+        if (entry.message == message) {
             return entry.thread;
+        }
     }
     return 0;
 }
@@ -56,10 +58,12 @@ Recorder& recorder()
 LRESULT CALLBACK record_message(HWND window, UINT message, WPARAM, LPARAM)
 {
     const LRESULT result = recorder().record(message);
-    if (message == WM_CLOSE)
+    if (message == WM_CLOSE) {
         DestroyWindow(window);
-    if (message == WM_DESTROY)
+    }
+    if (message == WM_DESTROY) {
         PostQuitMessage(0);
+    }
     return result;
 }
 
@@ -91,8 +95,9 @@ Window_thread::Window_thread() : thread_([this] { run(); })
 
 Window_thread::~Window_thread()
 {
-    if (IsWindow(window_))
+    if (IsWindow(window_)) {
         SendMessageA(window_, WM_CLOSE, 0, 0);
+    }
     thread_.join();
 }
 
@@ -101,8 +106,9 @@ void Window_thread::run()
     id_ = GetCurrentThreadId();
     window_ = create_recorder_window();
     ready_.set_value();
-    if (window_ == nullptr)
+    if (window_ == nullptr) {
         return;
+    }
     MSG message;
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         TranslateMessage(&message);

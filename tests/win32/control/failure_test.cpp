@@ -184,8 +184,9 @@ TEST_F(Failure_orders_test, a_number_of_calls_fails)
 TEST_F(Failure_orders_test, always_lasts_until_cleared)
 {
     win32_double::fail("Beep", win32_double::always);
-    for (int i = 0; i < 5; ++i)
+    for (int i = 0; i < 5; ++i) {
         EXPECT_FALSE(Beep(1000, 1));
+    }
     win32_double::clear();
     EXPECT_TRUE(Beep(1000, 1));
 }

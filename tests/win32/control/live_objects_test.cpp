@@ -116,8 +116,9 @@ TEST(Sent_messages_test, are_answered_with_zero_when_their_window_goes)
     const auto before = live_objects();
     LRESULT result = 1;
     std::thread sender([&] { result = SendMessageA(window, WM_APP, 0, 0); });
-    while (live_objects().message_queues == before.message_queues)
+    while (live_objects().message_queues == before.message_queues) {
         std::this_thread::yield();
+    }
     EXPECT_TRUE(DestroyWindow(window));
     sender.join();
     EXPECT_EQ(result, 0);

@@ -48,8 +48,9 @@ LRESULT CALLBACK record_event(HWND window, UINT message, WPARAM wparam, LPARAM l
         events.push_back({message, wparam, reinterpret_cast<const char*>(record) + 28, record->dbcc_size});
         return TRUE;
     }
-    if (message == WM_DESTROY)
+    if (message == WM_DESTROY) {
         PostQuitMessage(0);
+    }
     return DefWindowProcA(window, message, wparam, lparam);
 }
 
@@ -72,8 +73,9 @@ protected:
             const HDEVNOTIFY registration = RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
             created.set_value(window);
             MSG message;
-            while (GetMessageA(&message, nullptr, 0, 0) > 0)
+            while (GetMessageA(&message, nullptr, 0, 0) > 0) {
                 DispatchMessageA(&message);
+            }
             UnregisterDeviceNotification(registration);
         });
         window_ = created.get_future().get();
@@ -135,8 +137,9 @@ TEST(Beeps_test, are_recorded_in_order_and_forgotten_by_clear)
 std::string known_folder()
 {
     PWSTR path = nullptr;
-    if (SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &path) != S_OK)
+    if (SHGetKnownFolderPath(FOLDERID_ProgramData, 0, nullptr, &path) != S_OK) {
         return "";
+    }
     char bytes[256];
     size_t converted = 0;
     const errno_t result = wcstombs_s(&converted, bytes, sizeof bytes, path, _TRUNCATE);
