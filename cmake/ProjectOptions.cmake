@@ -11,7 +11,7 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(VYRA_IMPORT_LIBRARY_DIR ${CMAKE_BINARY_DIR}/lib) # msvc/ and mingw/, and nothing else
 
-option(VYRA_CLANG_TIDY "Let clang-tidy read what is built, tests excepted; its findings are errors" OFF)
+option(VYRA_CLANG_TIDY "Let clang-tidy read what is built, the tests for their dialect alone; its findings are errors" OFF)
 set(VYRA_SANITIZER "" CACHE STRING "Sanitizers of the native build: address,undefined or thread")
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)

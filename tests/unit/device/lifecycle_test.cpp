@@ -15,9 +15,9 @@ protected:
     {
         return "QXDR_SetCallbackAcquisition(callback=" +
                address_text(reinterpret_cast<const void*>(kvs::brenvozulta::on_acquisition)) +
-               ", context=" + address_text(const_cast<Lifecycle_test*>(this)->deviceAddress()) + ")";
+               ", context=" + address_text(const_cast<Lifecycle_test*>(this)->device_address()) + ")";
     }
-    const void* deviceAddress() { return &device(); }
+    const void* device_address() { return &device(); }
 };
 
 std::string all_leds_off(std::uint32_t result = 0)

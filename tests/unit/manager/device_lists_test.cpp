@@ -35,7 +35,7 @@ std::string long_name(std::size_t length, char first = 'A')
 class Device_lists_test : public Manager_test {
 protected:
     std::int32_t list() { return VyraGetDeviceList(&count, slots.data()); }
-    std::int32_t list_N() { return VyraGetDeviceList_N(&count, records.data()); }
+    std::int32_t list_records() { return VyraGetDeviceList_N(&count, records.data()); }
 
     std::string slot_name(std::size_t i) const { return slots.data() + i * slot; }
     std::string record_name(std::size_t i) const
@@ -111,7 +111,7 @@ TEST_F(Device_lists_test, count_0_is_9109)
     brenvozulta_sim_clear_calls();
     count = 0;
     EXPECT_EQ(list(), VYRA_BAD_PARAMETER);
-    EXPECT_EQ(list_N(), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(list_records(), VYRA_BAD_PARAMETER);
     EXPECT_THAT(take_log(), ElementsAre(error_line("get_device_list", VYRA_BAD_PARAMETER),
                                         error_line("get_device_list_N", VYRA_BAD_PARAMETER)));
     EXPECT_THAT(take_driver_calls(), IsEmpty());
@@ -138,7 +138,7 @@ TEST_F(Device_lists_test, no_scanner_attached_is_9000_and_sets_the_count_in_the_
     EXPECT_EQ(count, 0U);
     EXPECT_THAT(take_log(), ElementsAre(driver_failed(5), helper_failed("get_device_list")));
     count = 4;
-    EXPECT_EQ(list_N(), VYRA_INTERNAL);
+    EXPECT_EQ(list_records(), VYRA_INTERNAL);
     EXPECT_EQ(count, 4U);
     EXPECT_THAT(take_log(), ElementsAre(driver_failed(5), helper_failed("get_device_list_N")));
     EXPECT_TRUE(slot_is_untouched(0));
@@ -154,7 +154,7 @@ TEST_F(Device_lists_test, every_driver_failure_is_9000)
         EXPECT_EQ(list(), VYRA_INTERNAL);
         EXPECT_EQ(count, 0U);
         count = 3;
-        EXPECT_EQ(list_N(), VYRA_INTERNAL);
+        EXPECT_EQ(list_records(), VYRA_INTERNAL);
         EXPECT_EQ(count, 3U);
         EXPECT_THAT(take_log(), ElementsAre(driver_failed(result), helper_failed("get_device_list"),
                                             driver_failed(result), helper_failed("get_device_list_N")));
@@ -170,7 +170,7 @@ TEST_F(Device_lists_test, driver_count_of_0_or_less_is_9000)
         EXPECT_EQ(list(), VYRA_INTERNAL);
         EXPECT_EQ(count, 0U);
         count = 3;
-        EXPECT_EQ(list_N(), VYRA_INTERNAL);
+        EXPECT_EQ(list_records(), VYRA_INTERNAL);
         EXPECT_EQ(count, 3U);
         EXPECT_THAT(take_log(), ElementsAre(driver_failed(0), helper_failed("get_device_list"), driver_failed(0),
                                             helper_failed("get_device_list_N")));
@@ -201,7 +201,7 @@ TEST_F(Device_lists_test, driver_count_above_8_lists_8)
         EXPECT_EQ(slot_name(7), "");
         EXPECT_TRUE(slot_is_untouched(8));
         count = 9;
-        EXPECT_EQ(list_N(), VYRA_OK);
+        EXPECT_EQ(list_records(), VYRA_OK);
         EXPECT_EQ(count, 8U);
         EXPECT_EQ(record_name(1), "B");
         EXPECT_EQ(record_name(7), "");
@@ -222,7 +222,7 @@ TEST_F(Device_lists_test, eight_scanners_are_listed)
     EXPECT_EQ(count, 8U);
     EXPECT_EQ(slot_name(7), names[7]);
     count = 9;
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
     EXPECT_EQ(count, 8U);
     EXPECT_EQ(record_name(7), names[7]);
 }
@@ -238,7 +238,7 @@ TEST_F(Device_lists_test, capacity_2_of_3_scanners_fills_2)
     EXPECT_EQ(slot_name(1), "B");
     EXPECT_TRUE(slot_is_untouched(2));
     count = 2;
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
     EXPECT_EQ(count, 2U);
     EXPECT_EQ(record_name(0), "A");
     EXPECT_EQ(record_name(1), "B");
@@ -254,7 +254,7 @@ TEST_F(Device_lists_test, larger_capacity_comes_back_as_the_number_listed)
         EXPECT_EQ(list(), VYRA_OK);
         EXPECT_EQ(count, 3U);
         count = capacity;
-        EXPECT_EQ(list_N(), VYRA_OK);
+        EXPECT_EQ(list_records(), VYRA_OK);
         EXPECT_EQ(count, 3U);
     }
     EXPECT_EQ(slot_name(2), "C");
@@ -270,7 +270,7 @@ TEST_F(Device_lists_test, are_read_from_the_driver_each_time)
     brenvozulta_sim_clear_calls();
     EXPECT_EQ(list(), VYRA_OK);
     EXPECT_EQ(slot_name(0), "NEW");
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDevicesList", "QXDR_GetDevicesList"}));
     EXPECT_EQ(access::detected_names(), Lines({scanner_1})) << "the list of the initialization is another";
 }
@@ -281,7 +281,7 @@ TEST_F(Device_lists_test, work_while_the_system_sleeps)
     access::set_suspended(true);
     count = 8;
     EXPECT_EQ(list(), VYRA_OK);
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
 }
 
 // A request of more memory than there is must be refused; where it is granted, the list is the usual one.
@@ -289,7 +289,7 @@ TEST_F(Device_lists_test, largest_count_of_the_newer_list_is_9001_or_works)
 {
     initialize();
     count = 0xFFFFFFFF;
-    const std::int32_t status = list_N();
+    const std::int32_t status = list_records();
     if (status == VYRA_OK) {
         EXPECT_EQ(count, 1U);
         EXPECT_EQ(record_name(0), scanner_1);
@@ -324,7 +324,7 @@ TEST_F(Device_lists_test, records_are_padded_with_zeros_and_keep_their_reserved_
     attach({"A", "B"});
     initialize();
     count = 2;
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
     for (const std::size_t i : {0U, 1U}) {
         std::string padded(sizeof(records[i].name), '\0');
         padded[0] = static_cast<char>('A' + i);
@@ -341,7 +341,7 @@ TEST_F(Device_lists_test, long_names_are_cut_at_255_in_records_without_terminato
     attach(names);
     initialize();
     count = 5;
-    EXPECT_EQ(list_N(), VYRA_OK);
+    EXPECT_EQ(list_records(), VYRA_OK);
     for (std::size_t i = 0; i < names.size(); ++i) {
         EXPECT_EQ(record_name(i), names[i].substr(0, 255)) << names[i].size();
         EXPECT_THAT(records[i].reserved_0, ElementsAre(untouched, untouched, untouched, untouched));
