@@ -1,16 +1,21 @@
 // param, snapshot and calibration: the data that belongs to a scanner, into files.
-#include <algorithm>
+#include <chrono>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <vector>
 
 #include "command_line.h"
 #include "failure.h"
+#include "file_name.h"
 #include "files.h"
+#include "frame_buffer.h"
+#include "image_format.h"
+#include "image_origin.h"
 #include "image_size.h"
 #include "option_values.h"
 #include "output.h"
 #include "session.h"
+#include "utc_time.h"
 
 namespace vyra_tool {
 namespace {
@@ -41,15 +46,20 @@ Examples:
   vyra calibration --out flat_field.png
   vyra calibration --out flat_field.raw)";
 
+struct File_options {
+    std::string file;
+    bool force = false;
+    bool no_metadata = false;
+
+    Existing existing() const noexcept { return force ? Existing::replace : Existing::keep; }
+};
+
 constexpr Image_size calibration_size{VYRA_CALIBRATION_WIDTH, VYRA_CALIBRATION_HEIGHT};
 // The calibration image shows the sensor's own pixels, two for each pixel of a captured image in both directions.
 constexpr double calibration_pixels_per_inch = 1000;
 constexpr double snapshot_pixels_per_inch = 500;
-// The driver writes as much as it likes: room for more than the sensor delivers.
-constexpr std::size_t snapshot_room = std::size_t{16} * 1024 * 1024;
 
-struct Snapshot_options {
-    std::string file;
+struct Snapshot_options : File_options {
     std::string size = "1600x1500";
     std::vector<std::uint32_t> values;
 };
@@ -63,65 +73,99 @@ void report(const Scanner& scanner, const std::string& file, std::size_t bytes, 
     }
 }
 
-void report_image(const Scanner& scanner, const std::string& file, Image_size size, Output& output)
+// Before the scanner is touched: whether an image can be written there.
+void check_image_file(const File_options& options)
 {
+    check_file_name(options.file);
+    format_of_file(options.file);
+    expect_free(options.file, options.existing());
+}
+
+// Writes an image and says so.
+void save_image(const Scanner& scanner, const std::string& mode, Image image, const File_options& options,
+                Output& output)
+{
+    const Image_origin origin = origin_of(scanner, mode);
+    const std::string time = utc_text(std::chrono::system_clock::now());
+    if (!options.no_metadata) {
+        image.texts = texts_of(origin, time);
+    }
+    write_file(options.file, encode(image, format_of_file(options.file)), options.existing());
     if (output.json()) {
-        output.object({{"scanner", scanner.name()}, {"file", file}, {"width", size.width}, {"height", size.height}});
+        nlohmann::ordered_json object = {{"scanner", scanner.name()},   {"mode", mode},
+                                         {"file", options.file},        {"width", image.size.width},
+                                         {"height", image.size.height}, {"time", time}};
+        add_origin(object, origin);
+        output.object(object);
     } else {
-        output.line(file + ": " + std::to_string(size.width) + " x " + std::to_string(size.height) + " pixels");
+        output.line(options.file + ": " + std::to_string(image.size.width) + " x " + std::to_string(image.size.height) +
+                    " pixels");
     }
 }
 
-void param(const Common_options& common, const std::string& file, Output& output)
+void param(const Common_options& common, const File_options& options, Output& output)
 {
+    check_file_name(options.file);
+    expect_free(options.file, options.existing());
     const Library library(common.log_level);
     const Scanner scanner(library, library.choose(common.scanner));
     std::uint32_t size = 0;
     check(VyraBrenvoZultaGetGlobalParamSize(scanner.handle(), &size), "read the size of the parameter container");
     std::vector<std::uint8_t> container(size);
     check(VyraBrenvoZultaReadGlobalParam(scanner.handle(), container.data(), size), "read the parameter container");
-    write_file(file, container);
-    report(scanner, file, container.size(), output);
+    write_file(options.file, container, options.existing());
+    report(scanner, options.file, container.size(), output);
 }
 
 void snapshot(const Common_options& common, const Snapshot_options& options, Output& output)
 {
     const Image_size size = parse_image_size(options.size);
-    image_format(options.file);
+    check_image_file(options);
     const std::vector<std::uint32_t> values =
         options.values.empty() ? std::vector<std::uint32_t>{size.width, size.height, 0} : options.values;
     const Library library(common.log_level);
     const Scanner scanner(library, library.choose(common.scanner));
-    std::vector<std::uint8_t> pixels(std::max(snapshot_room, size.bytes()));
-    check(VyraBrenvoZultaGetSnapshotAcquisition(scanner.handle(), pixels.data(), values[0], values[1], values[2]),
+    Frame_buffer buffer(size);
+    buffer.prepare();
+    check(VyraBrenvoZultaGetSnapshotAcquisition(scanner.handle(), buffer.data(), values[0], values[1], values[2]),
           "take a snapshot");
-    pixels.resize(size.bytes());
-    write_image(options.file, pixels, size, snapshot_pixels_per_inch);
-    report_image(scanner, options.file, size, output);
+    buffer.expect_fit("the scanner took a snapshot that is");
+    save_image(scanner, "snapshot", {buffer.data(), size, snapshot_pixels_per_inch}, options, output);
 }
 
-void calibration(const Common_options& common, const std::string& file, Output& output)
+void calibration(const Common_options& common, const File_options& options, Output& output)
 {
-    image_format(file);
+    check_image_file(options);
     const Library library(common.log_level);
     const Scanner scanner(library, library.choose(common.scanner));
     std::vector<std::uint8_t> pixels(VYRA_CALIBRATION_SIZE);
     check(VyraBrenvoZultaReadUniformityBuffers(scanner.handle(), pixels.data(), VYRA_CALIBRATION_SIZE),
           "read the calibration image");
-    write_image(file, pixels, calibration_size, calibration_pixels_per_inch);
-    report_image(scanner, file, calibration_size, output);
+    save_image(scanner, "calibration", {pixels.data(), calibration_size, calibration_pixels_per_inch}, options, output);
+}
+
+void add_file_options(CLI::App& command, File_options& options)
+{
+    command.add_option("--out", options.file, "The file to write")->required()->option_text("FILE (required)");
+    command.add_flag("--force", options.force, "Replace the file when there is one");
+}
+
+void add_image_file_options(CLI::App& command, File_options& options)
+{
+    add_file_options(command, options);
+    command.add_flag("--no-metadata", options.no_metadata, "Do not say in a PNG where the image comes from");
 }
 
 }  // namespace
 
 void add_param(CLI::App& app, Command_line& line)
 {
-    auto file = std::make_shared<std::string>();
+    auto options = std::make_shared<File_options>();
     CLI::App* command =
         add_scanner_command(app, line, "param", "Read the parameter container into a file", param_guide);
-    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE (required)");
-    command->callback([&line, file] {
-        line.action = [file](const Common_options& common, Output& output) { param(common, *file, output); };
+    add_file_options(*command, *options);
+    command->callback([&line, options] {
+        line.action = [options](const Common_options& common, Output& output) { param(common, *options, output); };
     });
 }
 
@@ -130,7 +174,7 @@ void add_snapshot(CLI::App& app, Command_line& line)
     auto options = std::make_shared<Snapshot_options>();
     CLI::App* command =
         add_scanner_command(app, line, "snapshot", "Take a snapshot into an image file", snapshot_guide);
-    command->add_option("--out", options->file, "The file to write")->required()->option_text("FILE (required)");
+    add_image_file_options(*command, *options);
     command->add_option("--size", options->size, "The size of the image in pixels (1600x1500 without it)")
         ->option_text("WxH");
     command
@@ -145,12 +189,14 @@ void add_snapshot(CLI::App& app, Command_line& line)
 
 void add_calibration(CLI::App& app, Command_line& line)
 {
-    auto file = std::make_shared<std::string>();
+    auto options = std::make_shared<File_options>();
     CLI::App* command =
         add_scanner_command(app, line, "calibration", "Write the calibration image into a file", calibration_guide);
-    command->add_option("--out", *file, "The file to write")->required()->option_text("FILE (required)");
-    command->callback([&line, file] {
-        line.action = [file](const Common_options& common, Output& output) { calibration(common, *file, output); };
+    add_image_file_options(*command, *options);
+    command->callback([&line, options] {
+        line.action = [options](const Common_options& common, Output& output) {
+            calibration(common, *options, output);
+        };
     });
 }
 

@@ -1,101 +1,143 @@
 #include "files.h"
 
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-#include "failure.h"
+#include <utility>
 
 namespace vyra_tool {
 namespace {
 
-std::filesystem::path path_of(const std::string& name)
+std::string advice_for(File_error::Kind kind)
 {
-    return std::filesystem::u8path(name);
+    switch (kind) {
+        case File_error::Kind::no_room:
+            return "make room on the disk, or choose another one";
+        case File_error::Kind::no_directory:
+            return "check that the directory exists";
+        case File_error::Kind::not_allowed:
+            return "choose another place, or check that you may write there";
+        default:
+            return "choose another place, or check the disk";
+    }
+}
+
+[[noreturn]] void fail(const std::string& what, const File_error& error)
+{
+    throw Failure("cannot " + what + ": " + error.reason, advice_for(error.kind), Cause::file);
+}
+
+[[noreturn]] void fail_taken(const std::string& name)
+{
+    if (name_exists(name)) {
+        throw Failure("the file \"" + name + "\" exists already", "choose another name, or give --force to replace it",
+                      Cause::file);
+    }
+    throw Failure("the file \"" + name + ".part\" is in the way",
+                  "remove it, unless another program is just writing \"" + name + "\"", Cause::file);
 }
 
 }  // namespace
 
 std::vector<std::uint8_t> read_file(const std::string& name)
 {
+    const std::filesystem::path path = std::filesystem::u8path(name);
     std::error_code error;
-    if (std::filesystem::is_directory(path_of(name), error)) {
-        throw Failure("\"" + name + "\" is a directory", "name a file");
+    if (std::filesystem::is_directory(path, error)) {
+        throw Failure("\"" + name + "\" is a directory", "name a file", Cause::file);
     }
-    std::ifstream stream(path_of(name), std::ios::binary);
+    std::ifstream stream(path, std::ios::binary);
     if (!stream) {
-        throw Failure("cannot open the file \"" + name + "\"", "check its name and that you may read it");
+        throw Failure("cannot open the file \"" + name + "\"", "check its name and that you may read it", Cause::file);
     }
     std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     if (stream.bad()) {
-        throw Failure("cannot read the file \"" + name + "\"", "check the disk it lies on");
+        throw Failure("cannot read the file \"" + name + "\"", "check the disk it lies on", Cause::file);
     }
     return bytes;
 }
 
-void write_file(const std::string& name, const std::vector<std::uint8_t>& bytes)
+New_file::New_file(std::string name, Existing existing) : name_(std::move(name)), existing_(existing) {}
+
+std::optional<New_file> New_file::begin(const std::string& name, Existing existing)
 {
-    const std::filesystem::path path = path_of(name);
-    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-    if (!stream) {
-        throw Failure("cannot create the file \"" + name + "\"",
-                      "check that the directory exists and that you may write to it");
+    if (existing == Existing::keep && name_exists(name)) {
+        return std::nullopt;
     }
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    if (!stream) {
-        std::error_code ignored;
-        if (std::filesystem::is_regular_file(path, ignored)) {  // a device such as /dev/full stays
-            std::filesystem::remove(path, ignored);
+    New_file file(name, existing);
+    if (const File_error error = file.file_.create(file.part())) {
+        if (error.kind == File_error::Kind::taken) {
+            return std::nullopt;
         }
-        throw Failure("cannot write the file \"" + name + "\"", "check that there is room on the disk");
+        fail("create the file \"" + name + "\"", error);
+    }
+    // Another program may have finished its file of this name since: it gave its part the name before this one began.
+    if (existing == Existing::keep && name_exists(name)) {
+        return std::nullopt;
+    }
+    return file;
+}
+
+New_file::~New_file()
+{
+    if (file_.is_open()) {
+        file_.close();
+        remove_file(part());
+    }
+}
+
+void New_file::write(const std::vector<std::uint8_t>& bytes)
+{
+    if (const File_error error = file_.write(bytes.data(), bytes.size())) {
+        fail("write the file \"" + name_ + "\"", error);
+    }
+}
+
+bool New_file::finish()
+{
+    // What is replaced may be the only copy: it goes when its successor is safe.
+    File_error error = existing_ == Existing::replace ? file_.flush() : File_error();
+    if (!error) {
+        error = file_.close();
+    }
+    if (!error) {
+        error = existing_ == Existing::replace ? replace_file(part(), name_) : move_file(part(), name_);
+    }
+    if (!error) {
+        return true;
+    }
+    file_.close();
+    remove_file(part());
+    if (error.kind != File_error::Kind::taken) {
+        fail("write the file \"" + name_ + "\"", error);
+    }
+    return false;
+}
+
+void write_file(const std::string& name, const std::vector<std::uint8_t>& bytes, Existing existing)
+{
+    std::optional<New_file> file = New_file::begin(name, existing);
+    if (!file) {
+        fail_taken(name);
+    }
+    file->write(bytes);
+    if (!file->finish()) {
+        fail_taken(name);
+    }
+}
+
+void expect_free(const std::string& name, Existing existing)
+{
+    if (existing == Existing::keep && name_exists(name)) {
+        fail_taken(name);
     }
 }
 
 void make_directory(const std::string& name)
 {
-    std::error_code error;
-    std::filesystem::create_directories(path_of(name), error);
-    if (error || !std::filesystem::is_directory(path_of(name), error)) {
-        throw Failure("cannot create the directory \"" + name + "\"",
-                      "choose another one, or check that you may write there");
+    if (const File_error error = create_directory(name)) {
+        fail("create the directory \"" + name + "\"", error);
     }
-}
-
-std::string in_directory(const std::string& directory, const std::string& file)
-{
-    return (path_of(directory) / path_of(file)).generic_u8string();
-}
-
-bool file_exists(const std::string& name)
-{
-    std::error_code error;
-    return std::filesystem::exists(path_of(name), error);
-}
-
-Image_format image_format(const std::string& name)
-{
-    std::string extension = path_of(name).extension().u8string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); });
-    if (extension == ".png") {
-        return Image_format::png;
-    }
-    if (extension == ".raw" || extension == ".bin") {
-        return Image_format::raw;
-    }
-    throw Wrong_usage("\"" + name +
-                      "\" does not say the form of the image: its name must end in .png (PNG), .raw or .bin "
-                      "(the bare pixels)");
-}
-
-void write_image(const std::string& name, const std::vector<std::uint8_t>& pixels, Image_size size,
-                 double pixels_per_inch)
-{
-    write_file(name,
-               image_format(name) == Image_format::png ? encode_png(pixels.data(), size, pixels_per_inch) : pixels);
 }
 
 }  // namespace vyra_tool

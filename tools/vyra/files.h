@@ -2,28 +2,48 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "png_writer.h"
+#include "failure.h"
+#include "system_files.h"
 
 namespace vyra_tool {
 
 std::vector<std::uint8_t> read_file(const std::string& name);
 
-// Writes a whole file; what was written of it is removed again when it cannot be completed.
-void write_file(const std::string& name, const std::vector<std::uint8_t>& bytes);
+// What becomes of a file that has the name already.
+enum class Existing { keep, replace };
 
-// Creates the directory, with the ones above it, unless it exists.
+// A file that has its name only when it is whole: until then it is NAME.part, and gone again when it is given up.
+class New_file {
+public:
+    // Begins a file. Nothing when NAME.part is there already, or, unless it may be replaced, NAME.
+    static std::optional<New_file> begin(const std::string& name, Existing existing = Existing::keep);
+    ~New_file();
+    New_file(New_file&&) = default;
+    New_file& operator=(New_file&&) = delete;
+
+    const std::string& name() const noexcept { return name_; }
+    void write(const std::vector<std::uint8_t>& bytes);
+    // Gives the file its name. False when something else has got the name meanwhile: nothing is left of this file then.
+    bool finish();
+
+private:
+    New_file(std::string name, Existing existing);
+    std::string part() const { return name_ + ".part"; }
+
+    std::string name_;
+    Existing existing_;
+    System_file file_;
+};
+
+// Writes a whole file, or none.
+void write_file(const std::string& name, const std::vector<std::uint8_t>& bytes, Existing existing);
+// Throws the Failure with which write_file would begin when there is a file that must be kept.
+void expect_free(const std::string& name, Existing existing);
+
 void make_directory(const std::string& name);
-std::string in_directory(const std::string& directory, const std::string& file);
-bool file_exists(const std::string& name);
-
-// The form of an image file, by the end of its name.
-enum class Image_format { png, raw };
-// Throws Wrong_usage for any end but .png, .raw and .bin.
-Image_format image_format(const std::string& name);
-void write_image(const std::string& name, const std::vector<std::uint8_t>& pixels, Image_size size,
-                 double pixels_per_inch);
 
 }  // namespace vyra_tool

@@ -1,51 +1,54 @@
 #include "frame_buffer.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "failure.h"
 
 namespace vyra_tool {
 namespace {
 
-// Room for images of a wrong size, as large as the whole sensor delivers them at its finest, so that one is noticed and
-// does no harm.
-constexpr std::size_t smallest_room = std::size_t{3216} * 3216;
 constexpr std::size_t guard_bytes = 4096;
 
-// What stands at index of an unwritten place: no image shows it by chance over a whole row.
-std::uint8_t mark(std::size_t index)
-{
-    const std::uint32_t mixed = static_cast<std::uint32_t>(index) * 2654435761U;
-    return static_cast<std::uint8_t>(mixed >> 24);
-}
+// The mark at the end of an image and, over and over, behind it. Long enough that no image bears it by chance; without
+// a likeness to neighbouring pixels, and to an image of one colour.
+constexpr std::array<std::uint8_t, 4> mark{0x1D, 0xE6, 0x54, 0xAB};
 
 }  // namespace
 
-// Pages that no image reaches are never written and cost nothing.
-Frame_buffer::Frame_buffer(Image_size size)
-    : size_(size), bytes_(new std::uint8_t[std::max(smallest_room, size.bytes() + guard_bytes)])
-{
-}
+Frame_buffer::Frame_buffer(Image_size size) : size_(size), memory_(size.bytes() + guard_bytes) {}
 
 void Frame_buffer::prepare()
 {
-    for (std::size_t i = size_.bytes() - size_.width; i < size_.bytes() + guard_bytes; ++i) {
-        bytes_[i] = mark(i);
+    for (std::size_t i = 0; i < guard_bytes; ++i) {
+        data()[size_.bytes() + i] = mark[i % mark.size()];
+    }
+    if (size_.bytes() >= mark.size()) {
+        std::copy(mark.begin(), mark.end(), data() + size_.bytes() - mark.size());
     }
 }
 
 Frame_buffer::Fit Frame_buffer::fit() const
 {
-    const auto unwritten = [this](std::size_t first, std::size_t last) {
-        for (std::size_t i = first; i < last; ++i) {
-            if (bytes_[i] != mark(i)) {
-                return false;
-            }
+    const std::uint8_t* const end = data() + size_.bytes();
+    for (std::size_t i = 0; i < guard_bytes; ++i) {
+        if (end[i] != mark[i % mark.size()]) {
+            return Fit::larger;
         }
-        return true;
-    };
-    if (!unwritten(size_.bytes(), size_.bytes() + guard_bytes)) {
-        return Fit::larger;
     }
-    return unwritten(size_.bytes() - size_.width, size_.bytes()) ? Fit::smaller : Fit::exact;
+    const bool marked = size_.bytes() >= mark.size() && std::equal(mark.begin(), mark.end(), end - mark.size());
+    return marked ? Fit::smaller : Fit::exact;
+}
+
+void Frame_buffer::expect_fit(const std::string& what) const
+{
+    if (const Fit seen = fit(); seen != Fit::exact) {
+        throw Failure(what + (seen == Fit::larger ? " larger than " : " smaller than ") + std::to_string(size_.width) +
+                          " x " + std::to_string(size_.height) + " pixels",
+                      "give the size with --size WxH");
+    }
 }
 
 }  // namespace vyra_tool

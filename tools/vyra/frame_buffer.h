@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
+#include "image_memory.h"
 #include "png_writer.h"
 
 namespace vyra_tool {
@@ -17,14 +17,18 @@ public:
 
     // Marks the end of the image and what lies behind it; to be called before each request.
     void prepare();
-    // Whether the image that was written since fills its place exactly.
+    // Whether the image that was written since fills its place exactly. An image of another shape with as many bytes
+    // does, and so may one that lacks fewer bytes than the mark has.
     Fit fit() const;
 
-    std::uint8_t* data() noexcept { return bytes_.get(); }
+    std::uint8_t* data() const noexcept { return memory_.data(); }
+
+    // Throws the Failure of an image that does not fit: "WHAT larger than 1600 x 1500 pixels".
+    void expect_fit(const std::string& what) const;
 
 private:
     Image_size size_;
-    std::unique_ptr<std::uint8_t[]> bytes_;
+    Image_memory memory_;
 };
 
 }  // namespace vyra_tool

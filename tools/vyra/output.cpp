@@ -40,6 +40,19 @@ std::string shown(const std::string& text, bool one_line)
 
 }  // namespace
 
+nlohmann::ordered_json error_object(const Failure& failure)
+{
+    nlohmann::ordered_json error = {{"message", failure.what()}};
+    if (failure.code()) {
+        const Status_text text = status_text(*failure.code());
+        error.update({{"code", *failure.code()}, {"name", text.name}, {"text", text.meaning}, {"retry", text.retry}});
+    }
+    error.update({{"try", failure.advice()},
+                  {"exit_code", static_cast<int>(failure.cause())},
+                  {"cause", name_of(failure.cause())}});
+    return error;
+}
+
 void Output::line(const std::string& text)
 {
     std::fputs((json_ ? text : shown(text, true)).c_str(), results_);
@@ -71,16 +84,7 @@ void Output::note(const std::string& text)
 void Output::failure(const Failure& failure) const
 {
     if (json_) {
-        nlohmann::ordered_json error = {{"message", failure.what()}};
-        if (failure.code()) {
-            const Status_text text = status_text(*failure.code());
-            error.update(
-                {{"code", *failure.code()}, {"name", text.name}, {"text", text.meaning}, {"retry", text.retry}});
-        }
-        error.update({{"try", failure.advice()},
-                      {"exit_code", static_cast<int>(failure.cause())},
-                      {"cause", name_of(failure.cause())}});
-        std::fprintf(stderr, "%s\n", serialized({{"error", error}}).c_str());
+        std::fprintf(stderr, "%s\n", serialized({{"error", error_object(failure)}}).c_str());
         return;
     }
     std::string message = failure.what();

@@ -9,6 +9,9 @@ namespace vyra_tool {
 
 class Failure;
 
+// Why a command failed, as JSON.
+nlohmann::ordered_json error_object(const Failure& failure);
+
 class Output {
 public:
     // results stays the caller's.

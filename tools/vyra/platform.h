@@ -10,8 +10,9 @@
 namespace vyra_tool {
 
 // Once it is made, the user's wish to end the program (Ctrl-C, a closed console, a request to terminate) is noted in
-// interrupt.h instead of ending the process, so that a scanner in use is always stopped and closed. Made by the
-// program's first thread, before there are others, and kept to the program's end.
+// interrupt.h instead of ending the process, so that a scanner in use is always stopped and closed. A second Ctrl-C
+// ends the process there and then, in whatever a disk or a driver holds it up. Made by the program's first thread,
+// before there are others, and kept to the program's end.
 class Interrupt_listener {
 public:
     Interrupt_listener();

@@ -11,6 +11,8 @@
 namespace vyra_tool {
 namespace {
 
+constexpr char ended_at_once[] = "vyra: ended at once: what was under way is unfinished\n";
+
 extern "C" void wake_up(int) {}
 
 constexpr int wake_up_signal = SIGUSR1;  // for the first thread
@@ -42,7 +44,12 @@ Interrupt_listener::Interrupt_listener()
     thread_ = std::thread([signals, first = pthread_self()] {
         int number = 0;
         while (sigwait(&signals, &number) == 0 && number != end_signal) {
-            request_interrupt();
+            if (number == SIGINT && may_end_at_once()) {
+                const auto ignored = ::write(STDERR_FILENO, ended_at_once, sizeof ended_at_once - 1);
+                static_cast<void>(ignored);  // not through stderr, whose lock may be what the program hangs in
+                _exit(1);
+            }
+            request_interrupt(number == SIGHUP ? grace_of_closed_console : grace_of_ctrl_c);
             pthread_kill(first, wake_up_signal);
         }
     });

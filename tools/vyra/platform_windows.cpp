@@ -10,31 +10,28 @@
 
 #include "interrupt.h"
 #include "platform.h"
+#include "wide_text.h"
 
 namespace vyra_tool {
 namespace {
+
+constexpr char ended_at_once[] = "vyra: ended at once: what was under way is unfinished\n";
 
 // Runs on a thread of the system. For everything but Ctrl-C and Ctrl-Break the process ends as soon as this returns, or
 // after some seconds: it waits, and the program's orderly end comes first.
 BOOL WINAPI note_control_event(DWORD event)
 {
-    request_interrupt();
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) {
+        request_interrupt(grace_of_closed_console);
         Sleep(INFINITE);
     }
-    return TRUE;
-}
-
-std::string to_utf8(const wchar_t* text)
-{
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    if (size <= 0) {
-        return {};
+    if (may_end_at_once()) {
+        DWORD written = 0;  // not through the C runtime: its locks may be what the program hangs in
+        WriteFile(GetStdHandle(STD_ERROR_HANDLE), ended_at_once, sizeof ended_at_once - 1, &written, nullptr);
+        TerminateProcess(GetCurrentProcess(), 1);
     }
-    std::string converted(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, converted.data(), size, nullptr, nullptr);
-    converted.resize(converted.size() - 1);  // without the terminator
-    return converted;
+    request_interrupt();
+    return TRUE;
 }
 
 }  // namespace

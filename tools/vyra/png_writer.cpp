@@ -3,6 +3,7 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csetjmp>
 #include <exception>
@@ -14,6 +15,21 @@ namespace vyra_tool {
 namespace {
 
 constexpr double metres_per_inch = 0.0254;
+
+// Text that is ASCII goes into the plain kind of chunk, which every reader knows.
+std::vector<png_text> text_chunks(const Image_texts& texts)
+{
+    std::vector<png_text> chunks;
+    for (const auto& [keyword, text] : texts) {
+        const bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+        png_text chunk{};
+        chunk.compression = ascii ? PNG_TEXT_COMPRESSION_NONE : PNG_ITXT_COMPRESSION_NONE;
+        chunk.key = const_cast<png_charp>(keyword.c_str());  // libpng writes to neither
+        chunk.text = const_cast<png_charp>(text.c_str());
+        chunks.push_back(chunk);
+    }
+    return chunks;
+}
 
 struct Sink {
     std::vector<std::uint8_t> bytes;
@@ -46,7 +62,8 @@ void flush(png_structp) {}
 void ignore(png_structp, png_const_charp) {}
 
 // libpng leaves this frame by longjmp when it fails: nothing with a destructor may stand in it.
-bool write(png_structp png, png_infop info, const std::uint8_t* pixels, Image_size size, png_uint_32 pixels_per_metre)
+bool write(png_structp png, png_infop info, const std::uint8_t* pixels, Image_size size, png_uint_32 pixels_per_metre,
+           const std::vector<png_text>& texts)
 {
     if (setjmp(png_jmpbuf(png)) != 0) {
         return false;
@@ -58,6 +75,7 @@ bool write(png_structp png, png_infop info, const std::uint8_t* pixels, Image_si
     png_set_IHDR(png, info, size.width, size.height, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_pHYs(png, info, pixels_per_metre, pixels_per_metre, PNG_RESOLUTION_METER);
+    png_set_text(png, info, texts.data(), static_cast<int>(texts.size()));
     png_write_info(png, info);
     for (std::uint32_t row = 0; row < size.height; ++row) {
         png_write_row(png, pixels + std::size_t{row} * size.width);
@@ -68,16 +86,19 @@ bool write(png_structp png, png_infop info, const std::uint8_t* pixels, Image_si
 
 }  // namespace
 
-std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch)
+std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch,
+                                     const Image_texts& texts)
 {
     Sink sink;
+    sink.bytes.reserve(size.bytes());
+    const std::vector<png_text> chunks = text_chunks(texts);
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &sink, fail, ignore);
     png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
     bool written = false;
     if (info != nullptr) {
         png_set_write_fn(png, &sink, append, flush);
-        written =
-            write(png, info, pixels, size, static_cast<png_uint_32>(std::lround(pixels_per_inch / metres_per_inch)));
+        written = write(png, info, pixels, size,
+                        static_cast<png_uint_32>(std::lround(pixels_per_inch / metres_per_inch)), chunks);
     }
     png_destroy_write_struct(&png, &info);
     if (!written) {

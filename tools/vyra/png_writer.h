@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace vyra_tool {
@@ -13,8 +15,12 @@ struct Image_size {
     std::size_t bytes() const noexcept { return std::size_t{width} * height; }
 };
 
-// The PNG file of an image, with its resolution (the same across and down) as physical pixel size. Throws a Failure
-// when libpng refuses the image.
-std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch);
+// What an image says of itself: keywords and their texts in UTF-8.
+using Image_texts = std::vector<std::pair<std::string, std::string>>;
+
+// The PNG file of an image, with its resolution (the same across and down) as physical pixel size and a text chunk for
+// each of its texts. The same image gives the same bytes. Throws a Failure when libpng refuses the image.
+std::vector<std::uint8_t> encode_png(const std::uint8_t* pixels, Image_size size, double pixels_per_inch,
+                                     const Image_texts& texts = {});
 
 }  // namespace vyra_tool

@@ -118,16 +118,16 @@ TEST_F(Capture_test, a_directory_that_cannot_be_made_is_a_failure_before_anythin
     write_bytes(path("file"), {1});
     use_scenario(scenario_);
     const Result result = run({"capture", "--out", path("file/images")});
-    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.code, 5);
     EXPECT_THAT(result.err,
                 AllOf(HasSubstr("cannot create the directory \"" + path("file/images") + "\""), HasSubstr("try:")));
-    EXPECT_EQ(run({"capture", "--out", path("file")}).code, 1);
+    EXPECT_EQ(run({"capture", "--out", path("file")}).code, 5);
 }
 
 TEST_F(Capture_test, larger_images_than_the_modes_are_noticed)
 {
     feed({noise(1700, 1500, 1)});
-    expect_failure({}, {"images that are larger than 1600 x 1500 pixels", "try: give their size with --size WxH"});
+    expect_failure({}, {"images that are larger than 1600 x 1500 pixels", "try: give the size with --size WxH"});
 }
 
 TEST_F(Capture_test, smaller_images_than_the_modes_are_noticed)

@@ -30,7 +30,7 @@ TEST_F(Data_test, a_file_that_cannot_be_created_is_a_failure)
                                                             {"calibration", "--out", path("missing/out.raw")}};
     for (const auto& command : commands) {
         const Result result = run(command);
-        EXPECT_EQ(result.code, 1);
+        EXPECT_EQ(result.code, 5);
         EXPECT_THAT(result.err, AllOf(HasSubstr("cannot create the file \"" + command[2] + "\""), HasSubstr("try:")));
     }
 }

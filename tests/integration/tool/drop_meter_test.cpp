@@ -29,14 +29,37 @@ TEST_F(Drop_meter_test, steady_frames_give_the_rate_and_no_drops)
     steady(101);
     EXPECT_EQ(meter_.frames(), 101U);
     EXPECT_EQ(meter_.drops(), 0U);
-    EXPECT_DOUBLE_EQ(meter_.frames_per_second(), 100.0);
+    EXPECT_DOUBLE_EQ(meter_.frames_per_second().value(), 100.0);
 }
 
-TEST_F(Drop_meter_test, no_rate_before_the_second_frame)
+TEST_F(Drop_meter_test, no_rate_and_no_interval_before_the_second_frame)
 {
-    EXPECT_EQ(meter_.frames_per_second(), 0.0);
-    steady(1);
-    EXPECT_EQ(meter_.frames_per_second(), 0.0);
+    for (int frames = 0; frames < 2; ++frames) {
+        EXPECT_FALSE(meter_.frames_per_second());
+        EXPECT_FALSE(meter_.median_interval());
+        EXPECT_FALSE(meter_.longest_interval());
+        steady(1);
+    }
+    EXPECT_TRUE(meter_.frames_per_second());
+}
+
+TEST_F(Drop_meter_test, the_median_is_the_usual_interval_and_the_longest_the_odd_one)
+{
+    steady(8);
+    now_ += milliseconds(90);
+    steady(3);
+    EXPECT_DOUBLE_EQ(meter_.median_interval().value().count(), 0.010);
+    EXPECT_DOUBLE_EQ(meter_.longest_interval().value().count(), 0.100);
+}
+
+TEST_F(Drop_meter_test, the_median_is_of_the_last_thousand_intervals)
+{
+    steady(1001);
+    for (int i = 0; i < 501; ++i) {
+        now_ += milliseconds(10);
+        steady(1);
+    }
+    EXPECT_DOUBLE_EQ(meter_.median_interval().value().count(), 0.020);
 }
 
 TEST_F(Drop_meter_test, intervals_without_a_request_are_drops)

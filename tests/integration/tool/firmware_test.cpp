@@ -61,7 +61,7 @@ TEST_F(Firmware_test, missing_and_empty_files_are_refused)
 {
     write_bytes(path("empty"), {});
     const Result missing = run({"firmware", path("missing"), "--yes"});
-    EXPECT_EQ(missing.code, 1);
+    EXPECT_EQ(missing.code, 5);
     EXPECT_THAT(missing.err, HasSubstr("cannot open the file \"" + path("missing") + "\""));
     const Result empty = run({"firmware", path("empty"), "--yes"});
     EXPECT_EQ(empty.code, 1);

@@ -3,6 +3,7 @@
 
 #include "in_process.h"
 #include "interrupt.h"
+#include "support/broadcasts.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -32,8 +33,8 @@ protected:
     // The tool captures until something ends it; by then it has had images.
     std::unique_ptr<Background_run> endless_capture()
     {
-        auto run =
-            std::make_unique<Background_run>(std::vector<std::string>{"capture", "--frames", "0", "--out", directory_});
+        auto run = std::make_unique<Background_run>(
+            std::vector<std::string>{"capture", "--frames", "0", "--out", directory_, "--format", "raw", "--json"});
         EXPECT_EQ(brenvozulta_sim_wait_callbacks_returned(3, test_support::patience_ms), 1);
         return run;
     }
@@ -54,6 +55,27 @@ protected:
         EXPECT_EQ(brenvozulta_sim_wait_acquisition_threads(0, test_support::patience_ms), 1);
     }
 
+    // The summary of a capture: the images that were taken are listed, and their files are whole and all there is.
+    Json expect_images_kept(const Result& result) const
+    {
+        const Json summary = Json::parse(result.out, nullptr, false);
+        EXPECT_TRUE(summary.is_object()) << result.out;
+        EXPECT_EQ(summary["complete"], result.code == 0);
+        EXPECT_EQ(summary.contains("error"), result.code != 0);
+        EXPECT_EQ(summary["unwritten"], 0);
+        EXPECT_GE(summary["frames"], 2);
+        EXPECT_EQ(summary["images"].size(), summary["frames"]);
+        std::size_t files = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(directory_)) {
+            EXPECT_EQ(entry.file_size(), 1600U * 1500U) << entry.path();
+            EXPECT_EQ(std::count(summary["images"].begin(), summary["images"].end(), entry.path().generic_u8string()),
+                      1);
+            ++files;
+        }
+        EXPECT_EQ(files, summary["images"].size());
+        return summary;
+    }
+
     std::string directory_;
 };
 
@@ -69,7 +91,7 @@ TEST_F(Ways_out_test, ctrl_c)
     vyra_tool::request_interrupt();
     const Result result = run->finish();
     EXPECT_EQ(result.code, 0);
-    EXPECT_THAT(result.out, HasSubstr("frames/s"));
+    expect_images_kept(result);
     expect_stopped_and_closed();
 }
 
@@ -87,7 +109,9 @@ TEST_F(Ways_out_test, a_pulled_cable)
 {
     const auto run = endless_capture();
     ASSERT_EQ(brenvozulta_sim_unplug(BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
-    EXPECT_EQ(run->finish().code, 4);
+    const Result result = run->finish();
+    EXPECT_EQ(result.code, 4);
+    EXPECT_THAT(expect_images_kept(result)["error"]["message"], HasSubstr("was unplugged"));
     expect_stopped_and_closed();
 }
 
@@ -98,7 +122,7 @@ TEST_F(Ways_out_test, a_disk_that_takes_no_more)
     while (std::filesystem::exists(directory_)) {
         std::filesystem::remove_all(directory_, busy);
     }
-    EXPECT_EQ(run->finish().code, 1);
+    EXPECT_EQ(run->finish().code, 5);
     expect_stopped_and_closed();
 }
 
@@ -107,6 +131,32 @@ TEST_F(Ways_out_test, a_scanner_that_falls_silent)
     brenvozulta_sim_set_frame_rate(0);
     EXPECT_EQ(run_in_process({"capture", "--timeout", "0.1", "--out", directory_}).code, 1);
     expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out_test, a_scanner_that_falls_silent_after_some_images)
+{
+    Background_run run(
+        {"capture", "--frames", "0", "--timeout", "1", "--out", directory_, "--format", "raw", "--json"});
+    EXPECT_EQ(brenvozulta_sim_wait_callbacks_returned(3, test_support::patience_ms), 1);
+    brenvozulta_sim_set_frame_rate(0);
+    const Result result = run.finish();
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(expect_images_kept(result)["error"]["name"], "VYRA_VIDEO_TIMEOUT");
+    expect_stopped_and_closed();
+}
+
+TEST_F(Ways_out_test, a_computer_that_goes_to_sleep)
+{
+    const auto run = endless_capture();
+    ASSERT_NE(test_support::wait_for_window(), nullptr);
+    test_support::send_power_event(PBT_APMSUSPEND);
+    const Result result = run->finish();
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(expect_images_kept(result)["error"]["message"], HasSubstr("the computer went to sleep"));
+    // The library stays asleep until it hears of the resume.
+    ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
+    ASSERT_NE(test_support::wait_for_window(), nullptr);
+    test_support::send_power_event(PBT_APMRESUMESUSPEND);
 }
 
 TEST_F(Ways_out_test, an_image_of_a_wrong_size)
@@ -120,7 +170,9 @@ TEST_F(Ways_out_test, a_stop_that_is_refused)
     const auto run = endless_capture();
     ASSERT_EQ(brenvozulta_sim_fail("QXDR_StopCapture", 9, 1), 1);
     vyra_tool::request_interrupt();
-    EXPECT_EQ(run->finish().code, 1);
+    const Result result = run->finish();
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(expect_images_kept(result)["error"]["code"], VYRA_DEVICE_TIMEOUT);
     expect_stopped_and_closed();
 }
 
