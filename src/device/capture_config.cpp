@@ -23,7 +23,7 @@ bool probe_roll_config(void* driver_handle)
     char description[description_size + 1] = {};  // one more, so that a full description is terminated
     std::uint8_t size = description_size;
     const std::uint32_t result = QXDR_GetCaptureConfig(driver_handle, roll_config, description, &size);
-    if (result != 0) {
+    if (result != driver_ok) {
         log_printf(log_errors, "--info : QXDR_GetCaptureConfig for config %d ret = %d \n", int{roll_config}, result);
         return false;
     }

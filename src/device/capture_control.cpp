@@ -56,12 +56,12 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     void* const scanner = device_data_->driver_handle;
     end_earlier_capture();
     std::uint32_t result = QXDR_SelectCaptureConfig(scanner, config);
-    if (result != 0) {
+    if (result != driver_ok) {
         const std::int32_t status = driver_status("QXDR_SelectCaptureConfig", result);
         return result == driver_config_refused ? VYRA_CAPTURE_CONFIG : status;
     }
     result = QXDR_StartCapture(scanner);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_StartCapture", result);
     }
     stop_handshake_->begin(*video_data_, boost::move(fresh));
@@ -93,7 +93,7 @@ std::int32_t brenvozulta_device::stop_video()
         }
     }
     const std::uint32_t result = QXDR_StopCapture(device_data_->driver_handle);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_StopCapture", result);
     }
     video_data_->video_state.exchange(VIDEO_STOPPED);

@@ -46,14 +46,14 @@ std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*op
     stop_handshake_ = boost::make_shared<Stop_handshake>();
 
     std::uint32_t result = QXDR_OpenDevice(name.c_str(), &device_data_->driver_handle);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_OpenDevice", result);
     }
     // The driver may deliver as soon as it knows the callback. When it refuses the callback, the scanner stays open in
     // the driver, as hosts know it.
     attach_acquisition(this);
     result = QXDR_SetCallbackAcquisition(on_acquisition, this);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_SetCallbackAcquisition", result);
     }
     QXDR_SetLeds(device_data_->driver_handle, 0, 0, 0, 0);  // a scanner that cannot is opened all the same
@@ -77,7 +77,7 @@ std::int32_t brenvozulta_device::close()
     }
     // Video that runs is not stopped, which could wait without a limit.
     const std::uint32_t result = QXDR_CloseDevice(&device_data_->driver_handle);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_CloseDevice", result);
     }
     device_state_.exchange(DEVICE_CLOSED);
@@ -150,7 +150,7 @@ std::int32_t brenvozulta_device::translate_driver_result(std::uint32_t result)
 
 std::int32_t brenvozulta_device::driver_status(const char* function, std::uint32_t result)
 {
-    if (result != 0) {
+    if (result != driver_ok) {
         log_printf(log_errors, "--Error : %s ret = %d \n", function, result);
     }
     return translate_driver_result(result);

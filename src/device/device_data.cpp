@@ -96,7 +96,7 @@ std::int32_t brenvozulta_device::update_firmware(const void* image, std::size_t 
         return VYRA_SCN_UNAVAILABLE;
     }
     std::uint32_t result = QXDR_UpdateFirmware(device_data_->driver_handle, image, length);
-    if (result != 0) {
+    if (result != driver_ok) {
         return driver_status("QXDR_UpdateFirmware", result);
     }
     // The new firmware starts with the scanner, which is not waited for.

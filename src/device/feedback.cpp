@@ -71,7 +71,7 @@ std::int32_t brenvozulta_device::set_device_ui(const DevUI* record)
     device_data_->ui_state = *record;
     const Led_command command = led_command(device_data_->ui_state);
     const std::uint32_t result = QXDR_SetLeds(device_data_->driver_handle, command.area, command.pattern, 1, 0);
-    if (result != 0) {
+    if (result != driver_ok) {
         log_printf(log_errors, "--Error : QXDR_SetLeds ret = %d \n", result);
     }
     // Told of a refusal too, as of any change of the record.

@@ -64,7 +64,7 @@ std::int32_t brenvozulta_device::get_device_info(DeviceInfo* out)
     *out = {};  // a host that does not look at the status finds no other scanner's data
     DriverDeviceInfo info = {};
     const std::uint32_t result = QXDR_GetDeviceInfo(device_data_->driver_handle, &info);
-    if (result != 0) {
+    if (result != driver_ok) {
         return device_info_failure(result);
     }
     write_model(*out);
@@ -99,7 +99,7 @@ std::int32_t brenvozulta_device::get_port_type(std::uint32_t* out)
     }
     DriverDeviceInfo info = {};
     const std::uint32_t result = QXDR_GetDeviceInfo(device_data_->driver_handle, &info);
-    if (result != 0) {
+    if (result != driver_ok) {
         return device_info_failure(result);
     }
     *out = info.port_type;

@@ -30,7 +30,7 @@ std::int32_t brenvozulta_manager::get_device_list_internal(std::uint32_t* count,
     std::int32_t listed = 0;
     const std::uint32_t result = QXDR_GetDevicesList(&listed, entries);
     // No scanner is an error here, unlike in initialize.
-    if (result != 0 || listed <= 0) {
+    if (result != driver_ok || listed <= 0) {
         log_printf(log_errors, "get_device_list_internal:    QXDR_GetDevicesList ret = %d ; Error=%d: %s\r\n", result,
                    VYRA_INTERNAL, vyra_error_text(VYRA_INTERNAL));
         return VYRA_INTERNAL;
@@ -124,7 +124,7 @@ std::int32_t brenvozulta_manager::get_device_info_dev_name(const char* name, Dev
         }
         DriverDeviceInfo info = {};
         const std::uint32_t result = QXDR_GetDeviceInfoSN(name, &info);
-        if (result != 0) {
+        if (result != driver_ok) {
             log_printf(log_errors, "--Error : QXDR_GetDeviceInfoSN ret = %d \n", result);
             return VYRA_INTERNAL;
         }

@@ -30,7 +30,7 @@ void brenvozulta_manager::ManagePlugEvent(void* driver_handle) noexcept
     on_event("ManagePlugEvent", [&]() REQUIRES(manager_lock_) {
         DriverDeviceEntry record = {};
         const std::uint32_t result = QXDR_GetUsbInfo(driver_handle, &record);
-        if (result != 0) {
+        if (result != driver_ok) {
             log_printf(log_errors, "ManagePlugEvent:  QXDR_GetUsbInfo  Error=%d\r\n", result);
             return;
         }

@@ -66,7 +66,7 @@ std::int32_t brenvozulta_manager::bring_up()
             return shut_down();           // whatever comes of it
         });
     }
-    if (QXDR_Initialize() != 0) {
+    if (QXDR_Initialize() != driver_ok) {
         return refuse("initialize", VYRA_INTERNAL);
     }
     initialized_ = true;  // also when the scanners cannot be listed: terminate then releases the driver
@@ -76,16 +76,16 @@ std::int32_t brenvozulta_manager::bring_up()
     std::int32_t count = driver_list_capacity;
     std::uint32_t result = QXDR_GetDevicesList(&count, entries);
     if (result == driver_no_scanner) {
-        result = 0;  // a host may start before its scanners are plugged in
+        result = driver_ok;  // a host may start before its scanners are plugged in
     }
-    if (result != 0) {
+    if (result != driver_ok) {
         log_printf(log_errors, "--Error :initialize -- >  QXDR_GetDevicesList ret = %d \n", result);
         return result == driver_scanner_busy ? VYRA_SCN_UNAVAILABLE : VYRA_INTERNAL;
     }
     detected_devices_.assign(entries, entries + std::clamp(count, 0, driver_list_capacity));
 
     result = QXDR_SetListenerCallbackHotPlug(hot_plug_listener);
-    if (result != 0) {
+    if (result != driver_ok) {
         log_printf(log_errors, "--Warning :initialize -- >  QXDR_SetListenerCallbackHotPlug ret = %d \n", result);
     }
     the_usb_notifier().start(notifier_class);
@@ -122,7 +122,7 @@ std::int32_t brenvozulta_manager::shut_down()
     detected_devices_.clear();
 
     // A driver that is not released stays initialized here too, and its events go on: a later terminate tries again.
-    if (QXDR_Release() != 0) {
+    if (QXDR_Release() != driver_ok) {
         refuse("terminate", VYRA_INTERNAL);
         log_close();
         return VYRA_INTERNAL;
