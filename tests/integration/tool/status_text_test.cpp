@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
@@ -12,14 +11,12 @@
 namespace tool_tests {
 namespace {
 
-using ::testing::MatchesRegex;
 using vyra_tool::status_text;
 
 // Every constant of status.h with its name.
 std::map<int, std::string> constants()
 {
-    const auto header = std::filesystem::path(__FILE__).parent_path() / "../../../include/vyra/status.h";
-    std::ifstream stream(header);
+    std::ifstream stream(STATUS_HEADER);
     std::map<int, std::string> found;
     const std::regex constant("^ +(VYRA_[A-Z_]+) = ([0-9]+),?$");
     std::smatch parts;
@@ -37,14 +34,13 @@ TEST(Status_text_test, every_constant_has_its_row_and_no_other_is_there)
     for (std::size_t i = 0; const VyraStatusText* text = VyraStatusTextAt(i); ++i) {
         EXPECT_TRUE(rows.emplace(text->status, text->name).second) << text->name;
         for (const char* each : {text->meaning, text->host, text->person}) {
-            EXPECT_THAT(std::string(each), MatchesRegex("[a-z].*[a-z0-9)]")) << text->name;
+            // std::regex, because GoogleTest's own expressions know no sets on Windows.
+            EXPECT_TRUE(std::regex_match(each, std::regex("[a-z].*[a-z0-9)]"))) << text->name << ": " << each;
         }
         EXPECT_EQ(VyraStatusTextOf(text->status), text);
     }
     EXPECT_EQ(rows.size(), 17U);
-#ifndef _WIN32  // the sources are not there under Wine
     EXPECT_EQ(rows, constants());
-#endif
 }
 
 TEST(Status_text_test, retry_is_told_apart)
