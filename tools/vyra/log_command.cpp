@@ -12,6 +12,7 @@
 #include "interrupt.h"
 #include "library_log.h"
 #include "log_files.h"
+#include "option_values.h"
 #include "output.h"
 #include "status_text.h"
 
@@ -248,7 +249,8 @@ void add_log(CLI::App& app, Command_line& line)
     command->add_flag("--path", options->path, "Print where the log is, and nothing else");
     CLI::Option* tail =
         command->add_option("--tail", options->tail, "The last lines only, repeated ones counted as one; 0: all")
-            ->option_text("NUMBER");
+            ->option_text("NUMBER")
+            ->check(whole_number(0, 1'000'000'000));
     command->add_flag("--follow", options->follow, "Go on with what is added, until Ctrl-C");
     command
         ->add_option("--since", options->since,

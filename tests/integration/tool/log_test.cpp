@@ -165,6 +165,9 @@ TEST_F(Log_test, without_tail_the_last_50_lines)
     EXPECT_EQ(lines({}).front(), "thread 1  10");
     EXPECT_EQ(lines({"--tail", "0"}).size(), 60U);
     EXPECT_EQ(lines({"--since", "2000-01-01"}).size(), 60U);
+    for (const char* wrong : {"x", "-1", "1.5"}) {
+        EXPECT_EQ(run_in_process({"log", "--file", file(), "--tail", wrong}).code, 2) << wrong;
+    }
 }
 
 TEST_F(Log_test, since_a_time_or_an_age)
