@@ -6,14 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "image_size.h"
+
 namespace vyra_tool {
-
-struct Image_size {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-
-    std::size_t bytes() const noexcept { return std::size_t{width} * height; }
-};
 
 // What an image says of itself: keywords and their texts in UTF-8.
 using Image_texts = std::vector<std::pair<std::string, std::string>>;
