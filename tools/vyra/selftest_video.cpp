@@ -139,7 +139,11 @@ void images_live(Test_bench& bench)
 
 void rate_of_images(Test_bench& bench)
 {
-    Fetched image = fetch(bench);
+    // Images that are ready already tell nothing of the rate.
+    Fetched image;
+    for (std::size_t i = 3; i < VYRA_MAX_VIDEO_REQUESTS; ++i) {
+        image = fetch(bench);
+    }
     const auto begin = Clock::now();
     for (int i = 0; i < rate_images; ++i) {
         expect_status("VyraSubmitVideoRequest", VyraSubmitVideoRequest(bench.handle, image.buffer, 0), VYRA_OK);
