@@ -103,13 +103,7 @@ public:
     {
         condition_.wait(held);
     }
-    void notify_all()
-    {
-        // Nobody is left to be woken then, and a thread that ended inside a wait may hold what this would need.
-        if (!process_is_ending()) {
-            condition_.notify_all();
-        }
-    }
+    void notify_all() { condition_.notify_all(); }
 
 private:
     boost::condition_variable_any condition_;

@@ -59,13 +59,15 @@ protected:
     static std::map<std::string, std::string> texts_in(const std::string& file)
     {
         std::map<std::string, std::string> texts;
-        const Bytes png = read_bytes(file);
+        const Bytes bytes = read_bytes(file);
+        const std::string png(bytes.begin(), bytes.end());
         for (std::size_t at = 8; at + 12 <= png.size();) {
-            const std::size_t length =
-                (std::size_t{png[at]} << 24) + (png[at + 1] << 16) + (png[at + 2] << 8) + png[at + 3];
-            const std::string type(png.begin() + at + 4, png.begin() + at + 8);
-            if (type == "tEXt") {
-                const std::string data(png.begin() + at + 8, png.begin() + at + 8 + length);
+            std::size_t length = 0;
+            for (std::size_t i = 0; i < 4; ++i) {
+                length = length << 8 | bytes[at + i];
+            }
+            if (png.substr(at + 4, 4) == "tEXt") {
+                const std::string data = png.substr(at + 8, length);
                 texts[data.substr(0, data.find('\0'))] = data.substr(data.find('\0') + 1);
             }
             at += length + 12;

@@ -57,7 +57,7 @@ TEST(Library_log_test, lines_have_time_thread_and_message_whatever_their_end)
                                       "02:37:44.124 7 --Error : QXDR_StopCapture ret = 4 ",
                                       "02:37:44.125 1234567890 the last one, without an end");
     EXPECT_THAT(entries(text), expected);
-    for (const std::size_t piece : {1, 3, 50}) {
+    for (const std::size_t piece : {1U, 3U, 50U}) {
         EXPECT_THAT(entries(text, piece), expected) << piece;
     }
 }

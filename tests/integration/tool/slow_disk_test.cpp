@@ -61,15 +61,18 @@ protected:
         ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_StartCapture", 1, test_support::patience_ms), 1);
     }
 
-    // Delivers images until the capture has so many: one that finds no request is lost.
+    // Delivers images until the capture has so many: one that finds no request is lost, or waits for one.
     void deliver_until(std::uint64_t taken) const
     {
         const Image image = noise(size.width, size.height, 1);
         const brenvozulta_sim_image delivered{
             image.pixels.data(), image.pixels.size(), size.width, size.height, nullptr, 0, nullptr};
+        std::uint64_t ticket = 0;
         ASSERT_TRUE(test_support::becomes_true([&] {
-            std::int32_t result = -1;
-            EXPECT_EQ(brenvozulta_sim_deliver(&delivered, test_support::patience_ms, &result), 1);
+            if (taken_ < taken && (ticket == 0 || brenvozulta_sim_wait_delivery_done(ticket, 0, nullptr) != 0)) {
+                ticket = brenvozulta_sim_deliver_async(&delivered);
+                EXPECT_NE(ticket, 0U);
+            }
             return taken_ >= taken;
         }));
     }
