@@ -4,6 +4,7 @@
 #include <future>
 
 #include "failure.h"
+#include "interrupt.h"
 #include "output.h"
 
 namespace vyra_tool {
@@ -20,6 +21,7 @@ void transfer(const Scanner& scanner, const std::vector<std::uint8_t>& image)
 {
     Output::note("loading " + std::to_string(image.size()) + " bytes of firmware into \"" + scanner.name() +
                  "\": do not unplug it; this cannot be interrupted");
+    const Uninterruptible transfer_under_way;
     Progress progress;
     const auto begin = Clock::now();
     std::future<int> result = std::async(

@@ -1,4 +1,4 @@
-// The question before firmware is loaded, with an input from which nothing comes.
+// Interrupts of a firmware update: at the question, with an input from which nothing comes, and in the transfer.
 #include <unistd.h>
 
 #include <filesystem>
@@ -29,6 +29,21 @@ TEST_F(Firmware_question_test, an_interrupt_at_the_question_ends_it_at_once)
     dup2(input, STDIN_FILENO);
     close(input);
     close(silent[0]);
+    std::filesystem::remove(image);
+}
+
+TEST_F(Firmware_question_test, not_even_a_second_interrupt_ends_a_transfer)
+{
+    const std::string image = std::filesystem::temp_directory_path() / "vyra_firmware_in_transfer";
+    write_bytes(image, {1, 2, 3});
+    ASSERT_EQ(brenvozulta_sim_block("QXDR_UpdateFirmware"), 1);
+    Background_run run({"firmware", image, "--yes"});
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_UpdateFirmware", 1, test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    EXPECT_FALSE(vyra_tool::may_end_at_once());
+    ASSERT_EQ(brenvozulta_sim_unblock("QXDR_UpdateFirmware"), 1);
+    run.finish();
+    EXPECT_TRUE(vyra_tool::may_end_at_once()) << "when it is over, that has an effect again";
     std::filesystem::remove(image);
 }
 
