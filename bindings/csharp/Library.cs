@@ -185,8 +185,12 @@ namespace Vyra
             var count = (uint)Constants.MaxScanners;
             var records = new Native.DeviceListRecord[count];
             var status = Native.VyraGetDeviceList_N(ref count, records);
-            VyraException.Check("VyraGetDeviceList_N", status);
             var names = new List<string>();
+            if (status == Constants.Internal)
+            {
+                return names; // how the driver says that there is none
+            }
+            VyraException.Check("VyraGetDeviceList_N", status);
             for (var i = 0; i < count; ++i)
             {
                 names.Add(Names.Decoded(records[i].name));

@@ -304,7 +304,11 @@ class Library extends EventEmitter {
     const size = koffi.sizeof(recordTypes.DeviceListRecord);
     const count = [constants.MAX_SCANNERS];
     const list = Buffer.alloc(size * constants.MAX_SCANNERS);
-    check('VyraGetDeviceList_N', await this._functions.VyraGetDeviceList_N(count, list));
+    const status = await this._functions.VyraGetDeviceList_N(count, list);
+    if (status === constants.INTERNAL) {
+      return []; // how the driver says that there is none
+    }
+    check('VyraGetDeviceList_N', status);
     const offset = koffi.offsetof(recordTypes.DeviceListRecord, 'name');
     return Array.from({ length: count[0] }, (_, i) => text(list.subarray(i * size + offset, (i + 1) * size)));
   }

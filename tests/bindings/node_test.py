@@ -49,8 +49,8 @@ class Node_test(Stage):
         self.assertEqual([line for line in lines if line in ("sleep", "resume")], ["sleep", "resume"])
 
 
-# What happens around the watching host: at the unplugging, the notification service's window is told that the system sleeps and
-# resumes; when the scanner captures again, the standard input ends.
+# What happens around the watching host: when the scanner is back, the notification service's window is told that the system
+# sleeps and resumes; when that is over and the scanner captures again, the standard input ends.
 AROUND = """
 const koffi = require('koffi');
 const { PassThrough } = require('stream');
@@ -60,14 +60,17 @@ const send = user32.func('intptr_t __stdcall SendMessageA(void* window, uint32_t
 const input = new PassThrough();
 Object.defineProperty(process, 'stdin', { value: input });
 let captures = 0;
+let resumed = false;
 const log = console.log;
 console.log = (text) => {
   log(text);
-  if (text.endsWith('7 unplugged')) {
+  if (text.endsWith('7 plugged')) {
     const window = find('VYRABRENVOZULTA', null);
     send.async(window, 0x218, 4, 0, () => send.async(window, 0x218, 7, 0, () => {}));
   }
-  if (text.endsWith(' captures') && ++captures === 2) {
+  captures += text.endsWith(' captures');
+  resumed = resumed || text === 'resume';
+  if (captures >= 2 && resumed) {
     input.end();
   }
 };

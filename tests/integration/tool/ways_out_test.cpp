@@ -4,6 +4,7 @@
 #include "in_process.h"
 #include "interrupt.h"
 #include "support/broadcasts.h"
+#include "support/waiting.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -118,10 +119,14 @@ TEST_F(Ways_out_test, a_pulled_cable)
 TEST_F(Ways_out_test, a_disk_that_takes_no_more)
 {
     const auto run = endless_capture();
-    std::error_code busy;  // a file that is being written cannot be removed everywhere
-    while (std::filesystem::exists(directory_)) {
+    // A file that is being written cannot be removed everywhere: the folder goes while no image comes.
+    brenvozulta_sim_set_frame_rate(0);
+    EXPECT_TRUE(test_support::becomes_true([&] {
+        std::error_code busy;
         std::filesystem::remove_all(directory_, busy);
-    }
+        return !std::filesystem::exists(directory_);
+    }));
+    brenvozulta_sim_set_frame_rate(50);
     EXPECT_EQ(run->finish().code, 5);
     expect_stopped_and_closed();
 }
