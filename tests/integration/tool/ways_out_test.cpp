@@ -141,7 +141,7 @@ TEST_F(Ways_out_test, a_scanner_that_falls_silent)
 TEST_F(Ways_out_test, a_scanner_that_falls_silent_after_some_images)
 {
     Background_run run(
-        {"capture", "--frames", "0", "--timeout", "1", "--out", directory_, "--format", "raw", "--json"});
+        {"capture", "--frames", "0", "--timeout", "3", "--out", directory_, "--format", "raw", "--json"});
     EXPECT_EQ(brenvozulta_sim_wait_callbacks_returned(3, test_support::patience_ms), 1);
     brenvozulta_sim_set_frame_rate(0);
     const Result result = run.finish();
