@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
-#include <ctime>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -12,6 +11,7 @@
 #include "output.h"
 #include "status_text.h"
 #include "status_watch.h"
+#include "utc_time.h"
 #include "vyra/notify.h"
 
 namespace vyra_tool {
@@ -155,24 +155,11 @@ const char* name_of(Event::Kind kind)
     return "";
 }
 
-// "2025-03-01T09:30:00.125Z"
-std::string time_text(std::chrono::system_clock::time_point time)
-{
-    using namespace std::chrono;
-    const auto milliseconds = duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
-    const std::time_t seconds = static_cast<std::time_t>(milliseconds / 1000);
-    char day[32];
-    std::strftime(day, sizeof day, "%Y-%m-%dT%H:%M:%S", std::gmtime(&seconds));
-    char text[48];
-    std::snprintf(text, sizeof text, "%s.%03dZ", day, static_cast<int>(milliseconds % 1000));
-    return text;
-}
-
 void print(const Event& event, Output& output)
 {
     const Status_text status = status_text(event.status);
     if (!output.json()) {
-        std::string line = time_text(event.time) + "  " + name_of(event.kind);
+        std::string line = utc_text(event.time) + "  " + name_of(event.kind);
         line += event.subject.empty() ? "" : "  " + event.subject;
         if (event.kind == Event::Kind::status) {
             line += "  " + std::to_string(event.status) + " " + status.name + " (" + status.meaning + ")";
@@ -180,7 +167,7 @@ void print(const Event& event, Output& output)
         output.line(line);
         return;
     }
-    nlohmann::ordered_json object = {{"time", time_text(event.time)}, {"event", name_of(event.kind)}};
+    nlohmann::ordered_json object = {{"time", utc_text(event.time)}, {"event", name_of(event.kind)}};
     if (event.kind == Event::Kind::usb_plug || event.kind == Event::Kind::usb_unplug) {
         object["usb"] = event.subject;
     } else if (!event.subject.empty()) {
