@@ -96,11 +96,15 @@ Spawned spawn(const std::vector<std::string>& command, const Environment& enviro
     const Variables variables(environment);
     const bool started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
                                         nullptr, &startup, &child) != FALSE;
+    const DWORD error = GetLastError();
     for (HANDLE childs : {in.reading, out.writing, err.writing}) {
         CloseHandle(childs);
     }
-    if (!started || !fed) {
-        throw std::runtime_error("cannot start " + command.front());
+    if (!started) {
+        throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
+    }
+    if (!fed) {
+        throw std::runtime_error("cannot write the input of " + command.front());
     }
     CloseHandle(child.hThread);
     return {number_of(child.hProcess), number_of(out.reading), number_of(err.reading)};
