@@ -5,62 +5,22 @@
 #include <optional>
 #include <vector>
 
-#include "support/scanner_test.h"
+#include "sdk/wrapper_stage.h"
 #include "vyra/loader.h"
-#include "vyra/vyra.hpp"
 
 namespace {
 
 using namespace std::chrono_literals;
+using test_support::default_scanner;
+using test_support::other_scanner;
+using test_support::patience;
 using test_support::patience_ms;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr auto default_scanner = BRENVOZULTA_SIM_DEFAULT_SCANNER;
-constexpr auto other_scanner = "RQ7-3050 #2";
-constexpr auto patience = std::chrono::milliseconds(patience_ms);
 constexpr std::size_t flat_bytes = vyra::size_of(vyra::mode::flat).bytes();
 
-using Memory = std::vector<std::uint8_t>;
-
-class Wrapper_test : public test_support::Scanner_test {
-protected:
-    void SetUp() override
-    {
-        Scanner_test::SetUp();
-        brenvozulta_sim_set_idle_stop_result(4);  // a start then makes no pause
-    }
-
-    static void deliver(std::uint8_t grey)
-    {
-        const Memory pixels(flat_bytes, grey);
-        brenvozulta_sim_image image = {};
-        image.pixels = pixels.data();
-        image.length = pixels.size();
-        image.width = VYRA_FLAT_WIDTH;
-        image.height = VYRA_FLAT_HEIGHT;
-        std::int32_t result = -1;
-        ASSERT_EQ(brenvozulta_sim_deliver(&image, patience_ms, &result), 1);
-        ASSERT_EQ(result, 0);
-    }
-
-    static void unplug()
-    {
-        ASSERT_EQ(brenvozulta_sim_unplug(default_scanner), 1);
-        ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
-    }
-
-    template <class Call>
-    static std::int32_t code_of(Call call)
-    {
-        try {
-            call();
-        } catch (const vyra::error& error) {
-            return error.code();
-        }
-        return VYRA_OK;
-    }
-};
+class Wrapper_test : public test_support::Wrapper_stage {};
 
 TEST_F(Wrapper_test, image_is_a_view_of_the_hosts_buffer)
 {
@@ -243,49 +203,10 @@ TEST_F(Wrapper_test, identity_and_feedback_reach_the_scanner)
     brenvozulta_sim_leds shown = {};
     ASSERT_EQ(brenvozulta_sim_led_state(default_scanner, 1, &shown), 1);
     EXPECT_EQ(shown.pattern, 0x12u);
-    EXPECT_EQ(code_of([&] { scanner.play(4); }), VYRA_BAD_PARAMETER);
+    EXPECT_EQ(code_of([&] { scanner.play(static_cast<vyra::tone>(4)); }), VYRA_BAD_PARAMETER);
     brenvozulta_sim_fail("QXDR_SetLeds", 7, 1);
     leds.group_c[0] = VYRA_LED_OFF;
     EXPECT_EQ(code_of([&] { scanner.show(leds); }), 7) << "the driver's own number";
-}
-
-TEST_F(Wrapper_test, subscribers_are_told_of_scanners_until_they_end)
-{
-    vyra::library library;
-    std::vector<std::string> told;
-    {
-        const vyra::device_subscription events(library, [&](const char* name, bool plugged) {
-            told.push_back(std::string(name) + (plugged ? " comes" : " goes"));
-        });
-        unplug();
-        ASSERT_EQ(brenvozulta_sim_plug(default_scanner), 1);
-        ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
-    }
-    unplug();
-    EXPECT_THAT(told, ElementsAre("RQ7-3050 #1 goes", "RQ7-3050 #1 comes"));
-}
-
-TEST_F(Wrapper_test, end_of_a_subscription_waits_for_a_call_under_way)
-{
-    vyra::library library;
-    std::promise<void> entered;
-    std::promise<void> leave;
-    std::atomic<bool> left{false};
-    auto events = std::make_unique<vyra::device_subscription>(library, [&](const char*, bool) {
-        entered.set_value();
-        leave.get_future().wait();
-        left = true;
-    });
-    ASSERT_EQ(brenvozulta_sim_unplug(default_scanner), 1);
-    entered.get_future().wait();
-    auto ending = std::async(std::launch::async, [&] {
-        events.reset();
-        return left.load();
-    });
-    EXPECT_EQ(ending.wait_for(20ms), std::future_status::timeout);
-    leave.set_value();
-    EXPECT_TRUE(ending.get());
-    ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1);
 }
 
 TEST_F(Wrapper_test, serves_a_host_that_loads_the_library)

@@ -39,6 +39,14 @@ public:
 
 enum class mode : std::uint32_t { roll = VYRA_MODE_ROLL, flat = VYRA_MODE_FLAT };
 
+// Tones of the computer.
+enum class tone : std::uint32_t {
+    double_tone = VYRA_TONE_DOUBLE,
+    long_tone = VYRA_TONE_LONG,
+    short_tone = VYRA_TONE_SHORT,
+    low_tone = VYRA_TONE_LOW,
+};
+
 struct image_size {
     std::uint32_t width;
     std::uint32_t height;
@@ -52,6 +60,9 @@ constexpr image_size size_of(mode mode) noexcept
                               : image_size{VYRA_FLAT_WIDTH, VYRA_FLAT_HEIGHT};
 }
 
+// The size of the flat-field calibration image.
+constexpr image_size calibration_size{VYRA_CALIBRATION_WIDTH, VYRA_CALIBRATION_HEIGHT};
+
 // An image in a buffer of the host's: 8-bit grey, one byte a pixel, rows from top to bottom without padding.
 struct image {
     std::uint8_t* pixels;
@@ -64,6 +75,13 @@ class stop_signal {
 public:
     void request() noexcept { requested_ = true; }
     bool requested() const noexcept { return requested_; }
+
+    // One that nobody gives.
+    static const stop_signal& never()
+    {
+        static const stop_signal signal;
+        return signal;
+    }
 
 private:
     std::atomic<bool> requested_{false};

@@ -80,6 +80,17 @@ public:
         return names;
     }
 
+    // The identity of an attached scanner that need not be open, by its exact name.
+    // Throws error (9000: no scanner has the name; 9110: the computer sleeps).
+    DeviceInfo info(const std::string& name) const
+    {
+        DeviceInfo record{};
+        if (const auto status = functions_.VyraBrenvoMGGetDeviceInfo(name.c_str(), nullptr, &record)) {
+            throw error("read the identity of \"" + name + "\"", status);
+        }
+        return record;
+    }
+
     const VyraFunctions& functions() const noexcept { return functions_; }
 
 private:

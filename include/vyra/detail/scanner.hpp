@@ -7,9 +7,11 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "basics.hpp"
 #include "library.hpp"
@@ -26,8 +28,8 @@ public:
         : library_(library),
           name_(std::move(name)),
           events_(detail::all<detail::device_subscribers>(), [this](const char* device, bool plugged) {
-              if (!plugged && same_name(device)) {
-                  ++removals_;
+              if (same_name(device)) {
+                  notice(plugged);
               }
           })
     {
@@ -53,7 +55,7 @@ public:
     const VyraFunctions& functions() const noexcept { return library_.functions(); }
 
     // Whether it was unplugged since it was opened. It does not work again before it is opened anew.
-    bool is_unplugged() const noexcept { return removals_ != 0; }
+    bool is_unplugged() const noexcept { return unplugged_; }
     // Whether another scanner was opened since.
     bool is_silenced() const noexcept { return library_.last_opened_ != this; }
 
@@ -69,12 +71,77 @@ public:
         check(functions().VyraBrenvoZultaIsRollSupported(handle_, &supported), "ask for roll capture of");
         return supported != 0;
     }
-    // Its LEDs. A refusal of the scanner has the driver's own number as its code, below 9000.
-    void show(const DevUI& leds) { check(functions().VyraBrenvoSetDevUI(handle_, &leds), "set the LEDs of"); }
-    // A tone of the computer, VYRA_TONE_DOUBLE to VYRA_TONE_LOW; returns when it is over.
-    void play(std::uint32_t tone)
+    // The area and the resolution of a way of capturing; none when the scanner does not have it. The sizes in it are
+    // not those of the images: size_of has these.
+    std::optional<VyraDeviceCapabilities> capabilities(mode mode) const
     {
-        check(functions().VyraBrenvoSetBuzzer(handle_, tone, nullptr, nullptr), "play a tone for");
+        VyraDeviceCapabilities record{};
+        const auto index = mode == mode::roll ? VYRA_CAPABILITIES_ROLL : VYRA_CAPABILITIES_FLAT;
+        check(functions().VyraBrenvoGetCapabilities(handle_, index, &record), "read the capabilities of");
+        return record.constant_0 == 0 ? std::nullopt : std::make_optional(record);
+    }
+    // The driver's number for the port it is attached to.
+    std::uint32_t port_type() const
+    {
+        std::uint32_t type = 0;
+        check(functions().VyraBrenvoZultaGetPortType(handle_, &type), "ask for the port of");
+        return type;
+    }
+
+    // Its LEDs. A refusal of the scanner has the driver's own number as its code, below 9000; the same LEDs are then
+    // not tried again before others are shown.
+    void show(const DevUI& leds) { check(functions().VyraBrenvoSetDevUI(handle_, &leds), "set the LEDs of"); }
+    // What was shown last; all zero after opening.
+    DevUI shown() const
+    {
+        DevUI leds{};
+        check(functions().VyraBrenvoGetDevUI(handle_, &leds), "read the LEDs of");
+        return leds;
+    }
+    // A tone of the computer; returns when it is over, after 300 to 600 ms, while which every other call waits.
+    void play(tone tone)
+    {
+        const auto number = static_cast<std::uint32_t>(tone);
+        check(functions().VyraBrenvoSetBuzzer(handle_, number, nullptr, nullptr), "play a tone for");
+    }
+
+    // The parameter container that the scanner stores, whose layout is the driver's.
+    std::vector<std::uint8_t> parameters() const
+    {
+        std::uint32_t size = 0;
+        check(functions().VyraBrenvoZultaGetGlobalParamSize(handle_, &size), "ask for the parameters of");
+        std::vector<std::uint8_t> bytes(size);
+        if (size != 0) {
+            check(functions().VyraBrenvoZultaReadGlobalParam(handle_, bytes.data(), size), "read the parameters of");
+        }
+        return bytes;
+    }
+    // The flat-field image of the scanner's model, calibration_size pixels of 8-bit grey, row after row.
+    std::vector<std::uint8_t> calibration() const
+    {
+        std::vector<std::uint8_t> pixels(VYRA_CALIBRATION_SIZE);
+        check(functions().VyraBrenvoZultaReadUniformityBuffers(handle_, pixels.data(), VYRA_CALIBRATION_SIZE),
+              "read the calibration image of");
+        return pixels;
+    }
+    // One image beside video. The three values are the driver's own, and with them how many bytes it writes.
+    void take_snapshot(std::uint8_t* buffer, std::uint32_t a, std::uint32_t b, std::uint32_t c)
+    {
+        check(functions().VyraBrenvoZultaGetSnapshotAcquisition(handle_, buffer, a, b, c), "take a snapshot with");
+    }
+
+    // Restarts the scanner and waits for it, at most two seconds, while which every other call waits. It stays open
+    // with its LEDs off; its video ends. Throws error 9005 when it does not come back.
+    void reset()
+    {
+        restart([&] { return functions().VyraBusReset_N(handle_); }, "reset");
+    }
+    // Loads a firmware image and restarts the scanner, without waiting for that. Takes as long as the transfer; other
+    // calls that wait longer than five seconds for it fail with 9000. Its video ends. A firmware whose restart alone
+    // was refused is loaded all the same: the library has one status for both.
+    void load_firmware(const std::uint8_t* image, std::size_t bytes)
+    {
+        restart([&] { return functions().VyraPutMemory(handle_, image, bytes); }, "load firmware into");
     }
 
     // Closes it now; its video must have ended. While another call holds the library, this waits, up to a minute.
@@ -101,6 +168,32 @@ private:
         }
     }
 
+    // The driver tells of a restart as of any other going and coming, which is not the end of this object: the first of
+    // the two events belongs to it, whichever is told, during the call or after it.
+    template <class Call>
+    void restart(Call call, const char* action)
+    {
+        restarting_ = true;
+        const auto status = call();
+        if (status != VYRA_OK) {
+            restarting_ = false;
+        }
+        if (status == VYRA_DEVICE_UNAVAIL) {
+            unplugged_ = true;
+        }
+        if (status == VYRA_OK || status == VYRA_DEVICE_UNAVAIL) {
+            ++ends_;
+        }
+        check(status, action);
+    }
+    void notice(bool plugged) noexcept
+    {
+        if (!restarting_.exchange(false) && !plugged) {
+            unplugged_ = true;
+            ++ends_;
+        }
+    }
+
     // As the library compares names: whatever the letters' case.
     bool same_name(const char* other) const noexcept
     {
@@ -112,7 +205,9 @@ private:
     vyra::library& library_;
     const std::string name_;
     std::uint32_t handle_ = VYRA_NO_HANDLE;
-    std::atomic<unsigned> removals_{0};
+    std::atomic<bool> unplugged_{false};
+    std::atomic<bool> restarting_{false};
+    std::atomic<unsigned> ends_{0};  // how often video could not go on
     bool has_video_ = false;
     detail::subscription<detail::device_subscribers> events_;
 };

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "library.hpp"
+#include "scanner.hpp"
 #include "subscribers.hpp"
 
 namespace vyra {
@@ -62,6 +63,29 @@ private:
     const int vendor_;
     const int product_;
     detail::subscription<detail::usb_subscribers> subscription_;
+};
+
+// Tells after every LED command of a scanner, inside scanner::show.
+class led_subscription {
+public:
+    // Throws error when the scanner is not open.
+    led_subscription(scanner& scanner, std::function<void()> subscriber)
+        : subscription_(detail::all<detail::led_subscribers>(),
+                        [&scanner, subscriber = std::move(subscriber)](const void* which) {
+                            if (which == &scanner) {
+                                subscriber();
+                            }
+                        })
+    {
+        const auto handle = scanner.handle();
+        // Once is enough until the scanner is closed; the address is never looked behind.
+        if (const auto status = scanner.functions().VyraBrenvoSetUICallBack(handle, detail::on_led_command, &scanner)) {
+            throw error("follow the LEDs of \"" + scanner.name() + "\"", status);
+        }
+    }
+
+private:
+    detail::subscription<detail::led_subscribers> subscription_;
 };
 
 }  // namespace vyra

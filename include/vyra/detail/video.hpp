@@ -21,7 +21,7 @@ class video {
 public:
     // Takes 200 ms. Throws error (9114: the scanner does not have this way of capturing), and std::logic_error when
     // video of this scanner runs already or another scanner was opened since: then images would not come.
-    video(vyra::scanner& scanner, mode mode) : scanner_(scanner), size_(size_of(mode)), removals_(scanner.removals_)
+    video(vyra::scanner& scanner, mode mode) : scanner_(scanner), size_(size_of(mode)), ends_(scanner.ends_)
     {
         if (scanner_.has_video_) {
             throw std::logic_error("vyra: video of \"" + scanner_.name() + "\" runs already");
@@ -76,7 +76,7 @@ public:
     // Waits for the next image, at most so long; none when the time was over or stop was given. Nothing is allocated.
     // Throws unplugged when the scanner has gone, error for every other failure (9105, 9110: the computer slept), and
     // std::logic_error when no image can come: no buffer is handed in, or another scanner was opened since.
-    std::optional<image> wait(std::chrono::milliseconds timeout, const stop_signal& stop = never())
+    std::optional<image> wait(std::chrono::milliseconds timeout, const stop_signal& stop = stop_signal::never())
     {
         using clock = std::chrono::steady_clock;
         constexpr std::chrono::milliseconds longest = std::chrono::hours(24 * 365);  // more overflows the clock
@@ -104,12 +104,6 @@ public:
     void poll_every(std::chrono::milliseconds interval) noexcept { poll_interval_ = interval; }
 
 private:
-    static const stop_signal& never()
-    {
-        static const stop_signal signal;
-        return signal;
-    }
-
     const VyraFunctions& functions() const noexcept { return scanner_.functions(); }
     void check(std::int32_t status, const char* action) const { scanner_.check(status, action); }
 
@@ -125,8 +119,11 @@ private:
     // No image is ready: passes when one may still come.
     void refuse_endless_wait(std::int32_t status) const
     {
-        if (scanner_.removals_ != removals_) {
+        if (scanner_.is_unplugged()) {
             throw unplugged(scanner_.name());
+        }
+        if (scanner_.ends_ != ends_) {
+            throw std::logic_error("vyra: video of \"" + scanner_.name() + "\" ended with its restart: start it anew");
         }
         if (status != VYRA_VIDEO_TIMEOUT) {
             check(status, "fetch an image from");
@@ -139,7 +136,7 @@ private:
 
     vyra::scanner& scanner_;
     const image_size size_;
-    const unsigned removals_;
+    const unsigned ends_;
     std::size_t outstanding_ = 0;
     std::chrono::milliseconds poll_interval_{5};
 };

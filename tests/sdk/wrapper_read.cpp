@@ -1,0 +1,2 @@
+// The C++ objects alone: vyra.hpp includes what it needs.
+#include "vyra/vyra.hpp"
