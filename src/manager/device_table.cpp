@@ -17,44 +17,48 @@ device_table::device_owner device_table::look_up(std::uint32_t handle) const
 
 void device_table::store(std::uint32_t handle, device_owner device)
 {
+    entries entering;
+    entering.emplace(handle, std::move(device));
+    entries leaving;
     {
         const table_lock lock(mutex_);
-        devices_[handle].swap(device);
+        leaving.insert(devices_.extract(handle));
+        devices_.merge(entering);
     }
-    // Outside the lock, here and below: a drop waits for a copy under way, and get_status may not.
-    if (device) {
-        device->drop();
-    }
+    let_go(leaving);
 }
 
 void device_table::erase(std::uint32_t handle)
 {
-    device_owner dropped;
+    entries leaving;
     {
         const table_lock lock(mutex_);
-        const auto entry = devices_.find(handle);
-        if (entry == devices_.end()) {
-            return;
-        }
-        dropped.swap(entry->second);
-        devices_.erase(entry);
+        leaving.insert(devices_.extract(handle));
     }
-    if (dropped) {
-        dropped->drop();
-    }
+    let_go(leaving);
 }
 
 void device_table::clear()
 {
-    std::map<std::uint32_t, device_owner> dropped;
+    entries leaving;
     {
         const table_lock lock(mutex_);
-        dropped.swap(devices_);
+        leaving.swap(devices_);
     }
-    for (const auto& [handle, device] : dropped) {
+    let_go(leaving);
+}
+
+// Outside the lock: a drop waits for a copy under way, and get_status may not. Entries are handed on as they are: what
+// closes a scanner needs no memory.
+void device_table::let_go(entries& leaving)
+{
+    for (const auto& [handle, device] : leaving) {
         if (device) {
             device->drop();
         }
+    }
+    if (uses_ != 0) {
+        left_.merge(leaving);
     }
 }
 

@@ -17,9 +17,29 @@ class brenvozulta_device;
 class device_table {
 public:
     using device_owner = boost::shared_ptr<brenvozulta_device>;
-    using const_iterator = std::map<std::uint32_t, device_owner>::const_iterator;
+    using entries = std::map<std::uint32_t, device_owner>;
+    using const_iterator = entries::const_iterator;
 
     static constexpr std::size_t capacity = 8;
+
+    // While one lives, no device that was found here is destroyed, although it may leave the table: only the thread
+    // that has the manager lock can make it leave, by a call from inside the one that uses the device. To count the
+    // uses costs a call less than to own its device, which takes two steps that no other processor may come between.
+    class use {
+    public:
+        explicit use(device_table& table) : table_(table) { ++table_.uses_; }
+        ~use()
+        {
+            if (--table_.uses_ == 0 && !table_.left_.empty()) {
+                table_.left_.clear();
+            }
+        }
+        use(const use&) = delete;
+        use& operator=(const use&) = delete;
+
+    private:
+        device_table& table_;
+    };
 
     std::size_t size() const NOT_ANALYSED { return devices_.size(); }
     const_iterator begin() const NOT_ANALYSED { return devices_.begin(); }
@@ -36,15 +56,21 @@ public:
     device_owner look_up(std::uint32_t handle) const EXCLUDES(mutex_);
 
     // Replaces the device that has the handle already. A device that leaves the table is dropped, whoever still owns
-    // it.
+    // or uses it.
     void store(std::uint32_t handle, device_owner device) EXCLUDES(mutex_);
     void erase(std::uint32_t handle) EXCLUDES(mutex_);
     void clear() EXCLUDES(mutex_);
 
 private:
+    void let_go(entries& leaving);
+
     // Between the writers and look_up. Nothing is taken inside it: devices are dropped and destroyed outside.
     mutable plain_mutex mutex_ ACQUIRED_AFTER(lock_order::inside_close);
-    std::map<std::uint32_t, device_owner> devices_ GUARDED_BY(mutex_);
+    entries devices_ GUARDED_BY(mutex_);
+
+    // Under the manager lock alone.
+    int uses_ = 0;
+    std::multimap<std::uint32_t, device_owner> left_;  // during a use
 };
 
 }  // namespace kvs::brenvozulta

@@ -46,8 +46,8 @@ inline std::int32_t brenvozulta_manager::ready(const char* operation) const
     return suspended_ ? refuse(operation, VYRA_SCN_UNAVAILABLE) : VYRA_OK;
 }
 
-// Runs an operation on the device that has the handle and keeps the device alive meanwhile. The device logs its own
-// failures.
+// Runs an operation on the device that has the handle, which lives until the outermost operation has ended. The device
+// logs its own failures.
 template <class Operation>
 std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t handle, Missing_device missing,
                                             Operation run) noexcept
@@ -61,10 +61,11 @@ std::int32_t brenvozulta_manager::on_device(const char* operation, std::uint32_t
         if (entry == nullptr) {
             return refuse(operation, VYRA_BAD_SCANNER_IDX);
         }
-        const device_table::device_owner device = *entry;
-        if (!device) {
+        brenvozulta_device* const device = entry->get();
+        if (device == nullptr) {
             return missing == Missing_device::logged ? refuse(operation, VYRA_DEVICE_UNAVAIL) : VYRA_DEVICE_UNAVAIL;
         }
+        const device_table::use use(open_devices_);
         return run(*device);
     });
 }

@@ -38,22 +38,6 @@ void throw_something_else(void* /*context*/)
     throw Not_a_standard_exception();
 }
 
-// Closes the scanner in whose operation it is called.
-void close_scanner_0(void* kept_alive)
-{
-    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
-    EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
-    *static_cast<bool*>(kept_alive) = !device.expired();
-}
-
-// Shows another LED pattern each time, so that the host's callback is called.
-std::int32_t show_something(std::uint32_t handle)
-{
-    static std::uint32_t value = 0;
-    const DevUI ui = {{1, 2, 3, ++value}, {}, {}, 1, 0, 0};
-    return VyraBrenvoSetDevUI(handle, &ui);
-}
-
 bool another_thread_gets_the_lock()
 {
     return std::async(std::launch::async,
@@ -92,7 +76,7 @@ TEST_F(Dispatch_test, every_operation_reaches_its_scanner_and_returns_its_status
         }
         EXPECT_EQ(take_driver_calls(), operation.driver_calls);
         EXPECT_TRUE(another_thread_gets_the_lock());
-        EXPECT_EQ(access::owners(1), 1) << "the owner taken for the call is given back";
+        EXPECT_EQ(access::owners(1), 1) << "the call has left no owner behind";
         VyraTerminate();
         EXPECT_THAT(take_log(), ::testing::IsEmpty());
     }
@@ -183,17 +167,6 @@ TEST_F(Dispatch_test, arguments_reach_the_driver_unchanged)
         EXPECT_EQ(call.arguments[1], reinterpret_cast<std::uintptr_t>(bytes.data() + i));
     }
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 9)));
-}
-
-TEST_F(Dispatch_test, a_device_lives_until_its_operation_ends_although_it_is_closed_meanwhile)
-{
-    open_scanners(1);
-    const boost::weak_ptr<kvs::brenvozulta::brenvozulta_device> device = access::open_devices().look_up(0);
-    bool kept_alive = false;
-    ASSERT_EQ(VyraBrenvoSetUICallBack(0, close_scanner_0, &kept_alive), VYRA_OK);
-    EXPECT_EQ(show_something(0), VYRA_OK);
-    EXPECT_TRUE(kept_alive);
-    EXPECT_TRUE(device.expired());
 }
 
 TEST_F(Dispatch_test, a_standard_exception_is_logged_and_9000)

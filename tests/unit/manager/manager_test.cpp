@@ -144,6 +144,13 @@ void react_to_host_events(std::function<void(const Host_event&)> reaction)
     host().reaction = std::move(reaction);
 }
 
+std::int32_t show_something(std::uint32_t handle)
+{
+    static std::uint32_t value = 0;
+    const DevUI ui = {{1, 2, 3, ++value}, {}, {}, 1, 0, 0};
+    return VyraBrenvoSetDevUI(handle, &ui);
+}
+
 Lock_held_elsewhere::Lock_held_elsewhere()
 {
     std::promise<void> held;

@@ -78,6 +78,9 @@ std::vector<Host_event> take_host_events();
 // Runs inside the next callbacks, on the driver's thread; empty for none.
 void react_to_host_events(std::function<void(const Host_event&)> reaction);
 
+// Shows another LED pattern each time, so that the host's UI callback is called.
+std::int32_t show_something(std::uint32_t handle);
+
 // Another thread that holds the manager lock.
 class Lock_held_elsewhere {
 public:

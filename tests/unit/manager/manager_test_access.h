@@ -26,7 +26,7 @@ struct manager_test_access {
 
     static device_table& open_devices() { return manager().open_devices_; }
     static brenvozulta_device& device(std::uint32_t handle) { return *open_devices().look_up(handle); }
-    // Owners of a device: the table and every operation under way, a waiting get_status included. 0 without an entry.
+    // Owners of a device: the table and every get_status that waits. 0 without an entry.
     static long owners(std::uint32_t handle)
     {
         const auto device = open_devices().look_up(handle);
