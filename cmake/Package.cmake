@@ -20,7 +20,7 @@ install(FILES ${package}/vyrabrenvozulta.pc DESTINATION lib/mingw/pkgconfig)
 install(FILES cmake/package/vyrabrenvozultaConfig.cmake ${package}/vyrabrenvozultaConfigVersion.cmake
   DESTINATION lib/cmake/vyrabrenvozulta)
 install(DIRECTORY examples DESTINATION .)
-install(DIRECTORY docs DESTINATION . PATTERN architecture.md EXCLUDE)
+install(DIRECTORY docs DESTINATION . PATTERN architecture.md EXCLUDE PATTERN site EXCLUDE PATTERN drawings EXCLUDE)
 install(FILES tools/vyra/README.md DESTINATION docs RENAME vyra-tool.md)
 install(FILES README.md CHANGELOG.md THIRD-PARTY-NOTICES DESTINATION .)
 
