@@ -18,7 +18,7 @@ std::string number(std::optional<double> value)
 {
     char text[32] = "-";
     if (value) {
-        std::snprintf(text, sizeof(text), *value < 10 ? "%.3f" : "%.1f", *value);
+        std::snprintf(text, sizeof text, *value < 10 ? "%.3f" : "%.1f", *value);
     }
     return text;
 }
@@ -32,7 +32,7 @@ void print_row(std::ostream& out, const std::string& figure, const std::string& 
                const std::string& ratio, const std::string& goal, const std::string& met, const std::string& rest)
 {
     char line[256];
-    std::snprintf(line, sizeof(line), "%-52s %10s %10s %8s %6s %4s  ", figure.c_str(), ours.c_str(), limit.c_str(),
+    std::snprintf(line, sizeof line, "%-52s %10s %10s %8s %6s %4s  ", figure.c_str(), ours.c_str(), limit.c_str(),
                   ratio.c_str(), goal.c_str(), met.c_str());
     out << line << rest << std::endl;
 }
@@ -115,7 +115,7 @@ void print(const Measurement& measurement, std::ostream& out)
         rest += "; " + name + " " + number(value);
     }
     char goal[16];
-    std::snprintf(goal, sizeof(goal), "%g", measurement.goal);
+    std::snprintf(goal, sizeof goal, "%g", measurement.goal);
     print_row(out, measurement.figure, number(measurement.ours), number(measurement.limit), number(measurement.ratio()),
               goal, verdict(measurement.met()), rest);
 }

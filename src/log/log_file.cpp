@@ -63,8 +63,8 @@ log_file_owner open_as_current(const char* path)
 
 bool join(char (&path)[rotation_path_size], const char* directory, const char* name)
 {
-    const int length = std::snprintf(path, sizeof(path), "%s%s", directory, name);
-    return length >= 0 && static_cast<std::size_t>(length) < sizeof(path);
+    const int length = std::snprintf(path, sizeof path, "%s%s", directory, name);
+    return length >= 0 && static_cast<std::size_t>(length) < sizeof path;
 }
 
 // When the directory is missing all the same, also because its name is no path, the open that follows fails.

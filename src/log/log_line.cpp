@@ -33,7 +33,7 @@ void format_timestamp(char (&text)[64])
     __timeb64 now = {};
     _ftime64(&now);
     const char* calendar = _ctime64(&now.time);
-    std::snprintf(text, sizeof(text), "%.19s.%03hu", calendar == nullptr ? "" : calendar, now.millitm);
+    std::snprintf(text, sizeof text, "%.19s.%03hu", calendar == nullptr ? "" : calendar, now.millitm);
     text[std::strcspn(text, "\r\n")] = '\0';
 }
 
@@ -66,7 +66,7 @@ int log_write(const char* line)
     char timestamp[64];
     format_timestamp(timestamp);
     char thread[32];
-    std::snprintf(thread, sizeof(thread), "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
+    std::snprintf(thread, sizeof thread, "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
     // A write for each piece, as the file has always been written: appending keeps a piece whole, whoever else writes
     // at the same moment, and two lines that meet interleave by pieces. Of a line whose message is there, a lost piece
     // is no failure.

@@ -8,7 +8,7 @@ namespace kvs::brenvozulta {
 
 std::string entry_name(const DriverDeviceEntry& entry)
 {
-    return {entry.name, strnlen(entry.name, sizeof(entry.name))};
+    return {entry.name, strnlen(entry.name, sizeof entry.name)};
 }
 
 // Character by character, as names are bytes to the driver; the locale is the one that the host has set.

@@ -93,8 +93,8 @@ std::int32_t brenvozulta_manager::get_device_list_N(std::uint32_t* count, Device
         for (std::uint32_t i = 0; i < listed; ++i) {
             // Cut at the field's size and filled with zeros.
             const char* const name = names.get() + i * name_slot;
-            const std::size_t length = strnlen(name, sizeof(buffer[i].name));
-            std::memset(buffer[i].name, 0, sizeof(buffer[i].name));
+            const std::size_t length = strnlen(name, sizeof buffer[i].name);
+            std::memset(buffer[i].name, 0, sizeof buffer[i].name);
             std::memcpy(buffer[i].name, name, length);
         }
         *count = listed;

@@ -27,8 +27,8 @@ constexpr text_slot second_run[] = {
     "Video Timeout  ", "Terminated     ", "Bad Scanner Idx", "Bad Parameter  ", "Device Unavail ",
 };
 
-static_assert(sizeof(first_run) / sizeof(text_slot) == first_run_last + 1);
-static_assert(sizeof(second_run) / sizeof(text_slot) == second_run_last + 3);
+static_assert(sizeof first_run / sizeof(text_slot) == first_run_last + 1);
+static_assert(sizeof second_run / sizeof(text_slot) == second_run_last + 3);
 
 }  // namespace
 
@@ -42,7 +42,7 @@ const char* vyra_error_text(std::int32_t code, Unlisted_text&& room)
     if (in_second <= second_run_last) {
         return second_run[in_second];
     }
-    std::snprintf(room.text, sizeof(room.text), "Error %ld", static_cast<long>(code));
+    std::snprintf(room.text, sizeof room.text, "Error %ld", static_cast<long>(code));
     return room.text;
 }
 

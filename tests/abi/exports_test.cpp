@@ -38,14 +38,14 @@ TEST_F(Exports_test, are_those_of_the_list_and_nothing_else)
     for (const auto& each : binary::library_exports()) {
         found.push_back(each.name);
     }
-    EXPECT_EQ(found.size(), 59u);
+    EXPECT_EQ(found.size(), 59U);
     EXPECT_THAT(found, ContainerEq(expected));
 }
 
 // The list is data of the library's own: what hosts have linked with must not change with it.
 TEST_F(Exports_test, have_the_ordinals_that_hosts_are_linked_with)
 {
-    ASSERT_EQ(std::size(listed_exports), 59u);
+    ASSERT_EQ(std::size(listed_exports), 59U);
     EXPECT_STREQ(listed_exports[0].name, "VyraBreakEnable");
     EXPECT_STREQ(listed_exports[16].name, "VyraInitialize_N");
     EXPECT_STREQ(listed_exports[35].name, "VyraBrenvoZultaOpenDevice");
@@ -70,7 +70,7 @@ TEST_F(Exports_test, are_found_by_the_loader_under_their_names)
         EXPECT_NE(address, nullptr) << exported_name(listed);
         addresses.insert(address);
     }
-    EXPECT_GT(addresses.size(), 35u);  // the compiler may fold those of fixed result
+    EXPECT_GT(addresses.size(), 35U);  // the compiler may fold those of fixed result
     EXPECT_EQ(binary::address_of("VyraNothing"), nullptr);
 }
 

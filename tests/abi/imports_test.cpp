@@ -51,7 +51,7 @@ TEST(Imports_test, of_the_driver_library_are_its_twenty_functions)
             functions.insert(binary::at<IMAGE_IMPORT_BY_NAME>(image, static_cast<DWORD>(name->u1.AddressOfData))->Name);
         }
     }
-    EXPECT_EQ(functions.size(), 20u);
+    EXPECT_EQ(functions.size(), 20U);
     for (const std::string& function : functions) {
         EXPECT_EQ(function.substr(0, 5), "QXDR_") << function;
     }

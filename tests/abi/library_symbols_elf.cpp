@@ -18,7 +18,7 @@ template <class Record>
 Record read(const std::string& file, std::size_t offset)
 {
     Record record;
-    std::memcpy(&record, file.data() + offset, sizeof(record));
+    std::memcpy(&record, file.data() + offset, sizeof record);
     return record;
 }
 

@@ -19,7 +19,7 @@ protected:
     {
         brenvozulta_sim_reset();
         brenvozulta_sim_set_frame_rate(0);
-        ASSERT_EQ(QXDR_Initialize(), 0u);
+        ASSERT_EQ(QXDR_Initialize(), 0U);
     }
     void TearDown() override
     {
@@ -119,16 +119,16 @@ TEST_F(Driver_order_test, a_stop_follows_the_images_of_its_capture)
     Host host;
     host.set_before = 1;
     void* handle = nullptr;
-    ASSERT_EQ(QXDR_OpenDevice(BRENVOZULTA_SIM_DEFAULT_SCANNER, &handle), 0u);
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(count_image, &host), 0u);
-    ASSERT_EQ(QXDR_SelectCaptureConfig(handle, 1), 0u);
-    EXPECT_EQ(races_between([&] { EXPECT_EQ(QXDR_StartCapture(handle), 0u); },
+    ASSERT_EQ(QXDR_OpenDevice(BRENVOZULTA_SIM_DEFAULT_SCANNER, &handle), 0U);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(count_image, &host), 0U);
+    ASSERT_EQ(QXDR_SelectCaptureConfig(handle, 1), 0U);
+    EXPECT_EQ(races_between([&] { EXPECT_EQ(QXDR_StartCapture(handle), 0U); },
                             [&] {
                                 brenvozulta_sim_deliver_next(nullptr);
                                 while (brenvozulta_sim_callbacks_entered() == 0) {
                                     std::this_thread::yield();
                                 }
-                                EXPECT_EQ(QXDR_StopCapture(handle), 0u);
+                                EXPECT_EQ(QXDR_StopCapture(handle), 0U);
                                 EXPECT_EQ(host.images, 1);
                             }),
               0);

@@ -100,8 +100,8 @@ TEST_F(Surprises_test, capability_record_of_index_0_has_other_sizes_than_a_rolle
 {
     VyraDeviceCapabilities record = {};
     ASSERT_EQ(VyraBrenvoGetCapabilities(open(), VYRA_CAPABILITIES_ROLL, &record), VYRA_OK);
-    EXPECT_EQ(record.image_width, 800u);
-    EXPECT_EQ(record.image_height, 750u);
+    EXPECT_EQ(record.image_width, 800U);
+    EXPECT_EQ(record.image_height, 750U);
     EXPECT_NE(record.image_width * record.image_height, VYRA_ROLL_SIZE);
 }
 
@@ -111,7 +111,7 @@ TEST_F(Surprises_test, short_list_is_cut_without_a_word)
     DeviceListRecord record = {};
     std::uint32_t count = 1;
     EXPECT_EQ(VyraGetDeviceList_N(&count, &record), VYRA_OK);
-    EXPECT_EQ(count, 1u);
+    EXPECT_EQ(count, 1U);
 }
 
 }  // namespace

@@ -47,8 +47,8 @@ TEST_F(Wrapper_data_test, identity_is_there_without_opening)
 TEST_F(Wrapper_data_test, capabilities_are_those_of_the_mode)
 {
     using Record = VyraDeviceCapabilities;
-    EXPECT_THAT(scanner_->capabilities(vyra::mode::roll), Optional(::testing::Field(&Record::image_width, 800u)));
-    EXPECT_THAT(scanner_->capabilities(vyra::mode::flat), Optional(::testing::Field(&Record::resolution, 500u)));
+    EXPECT_THAT(scanner_->capabilities(vyra::mode::roll), Optional(::testing::Field(&Record::image_width, 800U)));
+    EXPECT_THAT(scanner_->capabilities(vyra::mode::flat), Optional(::testing::Field(&Record::resolution, 500U)));
     ASSERT_EQ(brenvozulta_sim_remove_capture_config(13), 1);
     scanner_->close();
     const vyra::scanner flat_only(*library_, default_scanner);
@@ -60,18 +60,18 @@ TEST_F(Wrapper_data_test, port_is_the_drivers_number)
 {
     scanner_->close();
     ASSERT_EQ(brenvozulta_sim_set_port_type(default_scanner, 3), 1);
-    EXPECT_EQ(vyra::scanner(*library_, default_scanner).port_type(), 3u);
+    EXPECT_EQ(vyra::scanner(*library_, default_scanner).port_type(), 3U);
 }
 
 TEST_F(Wrapper_data_test, leds_that_are_shown_can_be_asked_for)
 {
-    EXPECT_EQ(scanner_->shown().group_b[2], 0u);
+    EXPECT_EQ(scanner_->shown().group_b[2], 0U);
     DevUI leds = {};
     leds.group_b[2] = VYRA_LED_LIT_3;
     leds.group_b_on = 1;
     scanner_->show(leds);
     EXPECT_EQ(scanner_->shown().group_b[2], VYRA_LED_LIT_3);
-    EXPECT_EQ(scanner_->shown().group_b_on, 1u);
+    EXPECT_EQ(scanner_->shown().group_b_on, 1U);
 }
 
 TEST_F(Wrapper_data_test, tones_are_the_computers)

@@ -36,8 +36,8 @@ TEST_F(Wrapper_test, image_is_a_view_of_the_hosts_buffer)
         const std::size_t buffer = (grey - 1) % 2;
         EXPECT_EQ(image->context, buffer);
         EXPECT_EQ(image->pixels, memory.data() + buffer * flat_bytes);
-        EXPECT_EQ(image->size.width, 1600u);
-        EXPECT_EQ(image->size.height, 1500u);
+        EXPECT_EQ(image->size.width, 1600U);
+        EXPECT_EQ(image->size.height, 1500U);
         EXPECT_EQ(image->pixels[flat_bytes - 1], grey);
         video.submit(*image);
     }
@@ -187,7 +187,7 @@ TEST_F(Wrapper_test, scanner_is_not_displaced_by_an_open)
     EXPECT_STREQ(second.info().model, "RQ7-3050") << "it still has its handle";
     second.close();
     first.emplace(library, default_scanner);
-    EXPECT_EQ(first->handle(), 0u);
+    EXPECT_EQ(first->handle(), 0U);
 }
 
 TEST_F(Wrapper_test, identity_and_feedback_reach_the_scanner)
@@ -202,7 +202,7 @@ TEST_F(Wrapper_test, identity_and_feedback_reach_the_scanner)
     scanner.show(leds);
     brenvozulta_sim_leds shown = {};
     ASSERT_EQ(brenvozulta_sim_led_state(default_scanner, 1, &shown), 1);
-    EXPECT_EQ(shown.pattern, 0x12u);
+    EXPECT_EQ(shown.pattern, 0x12U);
     EXPECT_EQ(code_of([&] { scanner.play(static_cast<vyra::tone>(4)); }), VYRA_BAD_PARAMETER);
     brenvozulta_sim_fail("QXDR_SetLeds", 7, 1);
     leds.group_c[0] = VYRA_LED_OFF;

@@ -40,7 +40,7 @@ Device_record::Device_record(std::string_view bytes_at_name, std::size_t allocat
 {
     const std::array<DWORD, 3> header = {stated_size, type, 0};
     std::fill_n(bytes_.get(), allocated, '\xCC');
-    std::memcpy(bytes_.get(), header.data(), std::min(sizeof(header), allocated));
+    std::memcpy(bytes_.get(), header.data(), std::min(sizeof header, allocated));
     if (allocated > name_offset) {
         std::memcpy(bytes_.get() + name_offset, bytes_at_name.data(),
                     std::min(bytes_at_name.size(), allocated - name_offset));

@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <iostream>
 #include <stdexcept>
 
 #include "support/child_system.h"
@@ -54,6 +55,22 @@ private:
     const Environment& environment_;
 };
 
+// Under Wine the start of a process was seen to fail on a busy machine, once in many thousands, before anything of the
+// program has run. It is told of and tried again: a program that cannot be started fails every time.
+PROCESS_INFORMATION start(const std::vector<std::string>& command, STARTUPINFOW& startup)
+{
+    PROCESS_INFORMATION child{};
+    for (int attempt = 1; attempt <= 3 && child.hProcess == nullptr; ++attempt) {
+        std::wstring line = command_line(command);
+        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr, nullptr,
+                           &startup, &child) == FALSE) {
+            const DWORD error = GetLastError();
+            std::cerr << "start " << attempt << " of " << command.front() << " failed: error " << error << '\n';
+        }
+    }
+    return child;
+}
+
 HANDLE handle_of(System_handle handle)
 {
     return reinterpret_cast<HANDLE>(handle);
@@ -91,17 +108,13 @@ Spawned spawn(const std::vector<std::string>& command, const Environment& enviro
     startup.hStdInput = in.reading;
     startup.hStdOutput = out.writing;
     startup.hStdError = err.writing;
-    PROCESS_INFORMATION child{};
-    std::wstring line = command_line(command);
     const Variables variables(environment);
-    const bool started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
-                                        nullptr, &startup, &child) != FALSE;
-    const DWORD error = GetLastError();
+    const PROCESS_INFORMATION child = start(command, startup);
     for (HANDLE childs : {in.reading, out.writing, err.writing}) {
         CloseHandle(childs);
     }
-    if (!started) {
-        throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
+    if (child.hProcess == nullptr) {
+        throw std::runtime_error("cannot start " + command.front());
     }
     if (!fed) {
         throw std::runtime_error("cannot write the input of " + command.front());

@@ -22,7 +22,7 @@ std::size_t own_threads()
     const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
     std::size_t count = 0;
     THREADENTRY32 entry = {};
-    entry.dwSize = sizeof(entry);
+    entry.dwSize = sizeof entry;
     for (BOOL more = Thread32First(snapshot, &entry); more != FALSE; more = Thread32Next(snapshot, &entry)) {
         count += entry.th32OwnerProcessID == GetCurrentProcessId() ? 1 : 0;
     }
@@ -47,7 +47,7 @@ std::size_t own_handles()
 Process_counts process_counts(const char* window_class)
 {
     WNDCLASSEXA description = {};
-    description.cbSize = sizeof(description);
+    description.cbSize = sizeof description;
     const bool has_class = GetClassInfoExA(GetModuleHandleA(nullptr), window_class, &description) != 0;
     return {{"threads", own_threads()},
             {"handles", own_handles()},

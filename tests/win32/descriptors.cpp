@@ -123,7 +123,7 @@ size_t caller_bytes(const char* bytes, size_t size, size_t written)
 {
     size_t count = 0;
     for (size_t on_disk = 0; count < size; ++count) {
-        on_disk += bytes[count] == '\n' ? 2u : 1u;
+        on_disk += bytes[count] == '\n' ? 2U : 1U;
         if (on_disk > written) {
             break;
         }

@@ -54,9 +54,9 @@ TEST_F(Alternative_driver_test, tells_its_identity_and_data)
     EXPECT_STREQ(info.version, "7.8.c");
     std::uint32_t number = 0;
     EXPECT_EQ(VyraBrenvoZultaGetPortType(handle_, &number), VYRA_OK);
-    EXPECT_EQ(number, 3u);
+    EXPECT_EQ(number, 3U);
     EXPECT_EQ(VyraBrenvoZultaGetGlobalParamSize(handle_, &number), VYRA_OK);
-    EXPECT_EQ(number, 4321u);
+    EXPECT_EQ(number, 4321U);
     std::uint8_t bytes[4] = {};
     EXPECT_EQ(VyraBrenvoZultaReadGlobalParam(handle_, bytes, 4), VYRA_OK);
     EXPECT_EQ(bytes[3], 0x42);

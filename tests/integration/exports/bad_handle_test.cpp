@@ -40,7 +40,7 @@ protected:
 TEST_F(Bad_handle_test, is_refused_when_nothing_is_open)
 {
     initialize();
-    for (const std::uint32_t handle : {0u, 1u, 7u, 8u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, VYRA_NO_HANDLE}) {
+    for (const std::uint32_t handle : {0U, 1U, 7U, 8U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFEU, VYRA_NO_HANDLE}) {
         expect_refused_everywhere(handle);
     }
 }

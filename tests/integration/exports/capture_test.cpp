@@ -185,7 +185,7 @@ TEST_F(Capture_test, stop_releases_a_callback_that_is_parked_for_want_of_a_reque
     const Pixels pixels = image_of(1);
     const auto image = delivery_of(pixels);
     const std::uint64_t ticket = brenvozulta_sim_deliver_async(&image);
-    ASSERT_NE(ticket, 0u);
+    ASSERT_NE(ticket, 0U);
     ASSERT_EQ(brenvozulta_sim_wait_callbacks_inside(1, patience_ms), 1);
     EXPECT_EQ(VyraStopVideo(handle_), VYRA_OK);
     ASSERT_EQ(brenvozulta_sim_wait_delivery_done(ticket, patience_ms, nullptr), 1);

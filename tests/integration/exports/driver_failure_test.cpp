@@ -34,7 +34,7 @@ protected:
         std::uint32_t handle = VYRA_NO_HANDLE;
         unsigned char pixel = 0;
         ASSERT_EQ(VyraOpenDevice(BRENVOZULTA_SIM_DEFAULT_SCANNER, &handle), VYRA_OK);
-        EXPECT_EQ(handle, 0u);
+        EXPECT_EQ(handle, 0U);
         EXPECT_EQ(VyraBrenvoStartVideo(handle, 1, 0), VYRA_OK);
         EXPECT_EQ(VyraSubmitVideoRequest(handle, &pixel, 0), VYRA_OK);
         EXPECT_EQ(VyraStopVideo(handle), VYRA_OK);

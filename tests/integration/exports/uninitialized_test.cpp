@@ -38,7 +38,7 @@ protected:
                     EXPECT_EQ(each.call(arguments), VYRA_NOT_INITIALIZED) << each.name;
                     EXPECT_EQ(arguments.result, untouched) << each.name;
                     EXPECT_EQ(arguments.handle, VYRA_NO_HANDLE) << each.name;
-                    EXPECT_EQ(arguments.number, 1u) << each.name;
+                    EXPECT_EQ(arguments.number, 1U) << each.name;
                     const auto line = test_support::error_line(each.operation, VYRA_NOT_INITIALIZED);
                     EXPECT_EQ(take_log(), logged ? std::vector<std::string>{line} : std::vector<std::string>{});
                 }
@@ -103,7 +103,7 @@ TEST_F(Uninitialized_test, cycle_may_start_again_after_terminate)
 {
     for (int cycle = 0; cycle < 3; ++cycle) {
         initialize();
-        EXPECT_EQ(open(), 0u);
+        EXPECT_EQ(open(), 0U);
         EXPECT_EQ(VyraCloseDevice_N(0), VYRA_OK);
         EXPECT_EQ(VyraTerminate(), VYRA_OK);
     }

@@ -30,7 +30,7 @@ protected:
     static void play(const Json& scenario)
     {
         char message[512] = "";
-        ASSERT_EQ(brenvozulta_sim_load_scenario_text(scenario.dump().c_str(), nullptr, message, sizeof(message)), 1)
+        ASSERT_EQ(brenvozulta_sim_load_scenario_text(scenario.dump().c_str(), nullptr, message, sizeof message), 1)
             << message;
     }
 

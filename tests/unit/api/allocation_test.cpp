@@ -45,7 +45,7 @@ TEST_F(Allocation_test, open_of_a_long_name_can_be_repeated_at_once)
         ASSERT_EQ(status, VYRA_OUT_OF_RESOURCE);
         ASSERT_EQ(handle, VYRA_NO_HANDLE);
     }
-    EXPECT_EQ(handle, 0u) << "no refused open took a handle";
+    EXPECT_EQ(handle, 0U) << "no refused open took a handle";
 }
 
 TEST_F(Allocation_test, device_lists)
@@ -64,7 +64,7 @@ TEST_F(Allocation_test, device_lists)
                               return VyraGetDeviceList_N(&count, records);
                           }),
               0);
-    EXPECT_EQ(count, 2u);
+    EXPECT_EQ(count, 2U);
 }
 
 TEST_F(Allocation_test, list_for_more_records_than_memory_can_hold_is_refused)

@@ -18,7 +18,7 @@ bool capturing = false;
 
 void describe(int number, DriverDeviceEntry* entry)
 {
-    std::memset(entry, 0, sizeof(*entry));
+    std::memset(entry, 0, sizeof *entry);
     std::strcpy(entry->name, number == 0 ? first_scanner : second_scanner);
     entry->driver_handle = &scanners[number];
 }

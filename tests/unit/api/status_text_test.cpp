@@ -26,7 +26,7 @@ const std::vector<std::pair<std::int32_t, std::string>> table = {
 TEST(Status_text_test, every_code_of_both_runs_has_its_text_of15_characters_with_trailing_blanks)
 {
     for (const auto& [code, text] : table) {
-        EXPECT_EQ(text.size(), 15u);
+        EXPECT_EQ(text.size(), 15U);
         EXPECT_EQ(vyra_error_text(code), text) << code;
     }
 }

@@ -18,7 +18,7 @@ TEST(Driver_result_test, every_known_result_has_its_status)
 
 TEST(Driver_result_test, every_unknown_result_is_an_internal_error)
 {
-    for (const std::uint32_t result : {20u, 21u, 255u, 256u, 9000u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t result : {20U, 21U, 255U, 256U, 9000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_EQ(brenvozulta_device::translate_driver_result(result), 9000) << result;
     }
 }

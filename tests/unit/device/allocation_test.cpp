@@ -35,7 +35,7 @@ protected:
     {
         Device_test::SetUp();
         running_device();
-        ASSERT_EQ(allocations_of([] { ::operator delete(::operator new(1)); }), 1u) << "the counter does not count";
+        ASSERT_EQ(allocations_of([] { ::operator delete(::operator new(1)); }), 1U) << "the counter does not count";
     }
 
     std::size_t of_callback(std::int32_t expected)
@@ -54,25 +54,25 @@ TEST_F(Allocations_test, the_callback_allocates_nothing)
         ASSERT_EQ(device().submit_video_request(buffer_.data(), 1), 0);
     }
     for (int i = 0; i < 8; ++i) {
-        EXPECT_EQ(of_callback(0), 0u) << "filling request " << i;
+        EXPECT_EQ(of_callback(0), 0U) << "filling request " << i;
     }
     EXPECT_EQ(buffer_, image_);
-    EXPECT_EQ(of_callback(0), 0u) << "dropping an image";
+    EXPECT_EQ(of_callback(0), 0U) << "dropping an image";
     ASSERT_EQ(device().stop_video(), 0);
-    EXPECT_EQ(of_callback(3), 0u) << "video is stopped";
-    EXPECT_EQ(allocations_of([&] { on_acquisition(image_.data(), 1, 1, this); }), 0u) << "no such device";
+    EXPECT_EQ(of_callback(3), 0U) << "video is stopped";
+    EXPECT_EQ(allocations_of([&] { on_acquisition(image_.data(), 1, 1, this); }), 0U) << "no such device";
 }
 
 TEST_F(Allocations_test, a_submit_and_a_get_allocate_nothing)
 {
     for (std::uint64_t i = 0; i < 8; ++i) {
-        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 0u);
+        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().submit_video_request(buffer_.data(), i), 0); }), 0U);
     }
     for (std::uint64_t i = 0; i < 8; ++i) {
         ASSERT_EQ(on_acquisition(image_.data(), image_width, image_height, &device()), 0);
         void* buffer = nullptr;
         std::uint64_t context = 0;
-        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().get_video_result(&buffer, &context), 0); }), 0u);
+        EXPECT_EQ(allocations_of([&] { EXPECT_EQ(device().get_video_result(&buffer, &context), 0); }), 0U);
         EXPECT_EQ(context, i);
     }
 }
@@ -89,7 +89,7 @@ TEST_F(Allocations_test, a_callback_that_waits_for_a_request_allocates_nothing)
     EXPECT_FALSE(waiting.try_join_for(moment));
     ASSERT_EQ(device().submit_video_request(buffer_.data(), 1), 0);
     waiting.join();
-    EXPECT_EQ(allocated, 0u);
+    EXPECT_EQ(allocated, 0U);
     EXPECT_EQ(buffer_, image_);
     EXPECT_TRUE(CloseHandle(event));
 }
@@ -101,7 +101,7 @@ TEST_F(Allocations_test, the_answer_to_a_stop_needs_none)
     Stop_handshake handshake;
     handshake.begin(video, {});
     video.video_state = VIDEO_STOP_REQUESTED;
-    EXPECT_EQ(allocations_of([&] { EXPECT_TRUE(handshake.answer(video)); }), 0u);
+    EXPECT_EQ(allocations_of([&] { EXPECT_TRUE(handshake.answer(video)); }), 0U);
 }
 
 // A handshake goes with its device, and a promise with the next start, also where nobody has answered.
@@ -110,8 +110,8 @@ TEST_F(Allocations_test, the_end_of_a_handshake_without_an_answer_needs_none)
     Video_data video;
     auto handshake = std::make_unique<Stop_handshake>();
     Stop_handshake::Promise next;
-    EXPECT_EQ(allocations_of([&] { handshake->begin(video, std::move(next)); }), 0u);
-    EXPECT_EQ(allocations_of([&] { handshake.reset(); }), 0u);
+    EXPECT_EQ(allocations_of([&] { handshake->begin(video, std::move(next)); }), 0U);
+    EXPECT_EQ(allocations_of([&] { handshake.reset(); }), 0U);
 }
 
 // The system's own functions may allocate.

@@ -24,7 +24,7 @@ TEST_F(Buzzer_test, patterns_0_to_3_succeed_in_every_state_of_the_device)
 
 TEST_F(Buzzer_test, any_other_pattern_is_9109)
 {
-    for (const std::uint32_t pattern : {4u, 5u, 256u, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t pattern : {4U, 5U, 256U, 0x80000000U, 0xFFFFFFFFU}) {
         EXPECT_EQ(device().set_buzzer(pattern), 9109);
         EXPECT_THAT(take_log(), ElementsAre(error_line("set_buzzer", 9109)));
     }

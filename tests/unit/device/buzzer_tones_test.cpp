@@ -56,7 +56,7 @@ TEST_F(Buzzer_tones_test, a_tone_that_cannot_be_played_is_ignored)
     win32_double::fail("Beep", win32_double::always);
     EXPECT_EQ(device().set_buzzer(0), 0);
     EXPECT_EQ(device().set_buzzer(3), 0);
-    EXPECT_EQ(win32_double::calls("Beep"), 3u);
+    EXPECT_EQ(win32_double::calls("Beep"), 3U);
 }
 
 }  // namespace

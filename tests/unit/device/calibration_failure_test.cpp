@@ -63,7 +63,7 @@ TEST_F(Calibration_failure_test, a_resource_of_another_size)
     static const unsigned char bytes[4] = {1, 2, 3, 4};
     unload_installed_library();
     win32_double::add_module("vyrabrenvozulta.dll");
-    win32_double_register_resource("vyrabrenvozulta.dll", "image_raw", 101, bytes, sizeof(bytes));
+    win32_double_register_resource("vyrabrenvozulta.dll", "image_raw", 101, bytes, sizeof bytes);
     std::vector<std::uint8_t> buffer(VYRA_CALIBRATION_SIZE, 0xA5);
     EXPECT_EQ(device().read_uniformity_buffers(buffer.data(), VYRA_CALIBRATION_SIZE), 9109);
     EXPECT_THAT(take_log(), ElementsAre("read_uniformity_buffers:   Invalid Image Uniformity resource size "
@@ -75,8 +75,8 @@ TEST_F(Calibration_failure_test, a_null_buffer_asks_the_system_for_nothing)
 {
     EXPECT_EQ(device().read_uniformity_buffers(nullptr, VYRA_CALIBRATION_SIZE), 9109);
     EXPECT_THAT(take_log(), ElementsAre("read_uniformity_buffers:    Error=9109: Error 9109\r\n"));
-    EXPECT_EQ(win32_double::calls("GetModuleHandleA"), 0u);
-    EXPECT_EQ(win32_double::calls("FindResourceA"), 0u);
+    EXPECT_EQ(win32_double::calls("GetModuleHandleA"), 0U);
+    EXPECT_EQ(win32_double::calls("FindResourceA"), 0U);
 }
 
 }  // namespace

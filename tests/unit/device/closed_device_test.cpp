@@ -34,7 +34,7 @@ protected:
         std::uint64_t context = 77;
         expect_refused(error_line("get_video_result", 9110), [&] { return d.get_video_result(&buffer, &context); });
         EXPECT_EQ(buffer, nullptr);
-        EXPECT_EQ(context, 77u);
+        EXPECT_EQ(context, 77U);
     }
 
     void expect_identity_refused()
@@ -43,7 +43,7 @@ protected:
         std::vector<std::uint8_t> record(64, 0xA5);
         expect_refused(error_line("get_device_info", 9110),
                        [&] { return d.get_device_info(reinterpret_cast<DeviceInfo*>(record.data())); });
-        for (const std::uint32_t index : {0u, 1u, 3u, 6u}) {
+        for (const std::uint32_t index : {0U, 1U, 3U, 6U}) {
             expect_refused(error_line("get_device_capabilities", 9110), [&] {
                 return d.get_device_capabilities(index, reinterpret_cast<VyraDeviceCapabilities*>(record.data()));
             });
@@ -122,7 +122,7 @@ TEST_F(Closed_device_test, a_closed_device_refuses_all_and_keeps_what_the_operat
 
     DevUI shown = {};
     EXPECT_EQ(device().get_device_ui(&shown), 0);
-    EXPECT_EQ(std::memcmp(&shown, &ui, sizeof(ui)), 0);
+    EXPECT_EQ(std::memcmp(&shown, &ui, sizeof ui), 0);
     EXPECT_EQ(device().set_ui_cb(nullptr, nullptr), 0);
     EXPECT_EQ(device().set_buzzer(2), 0);
 }

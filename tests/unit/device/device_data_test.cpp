@@ -35,7 +35,7 @@ TEST_F(Device_data_test, the_container_s_size_is_stored_by_the_driver)
     brenvozulta_sim_set_container(first_scanner, container.data(), container.size());
     std::uint32_t size = 0;
     EXPECT_EQ(device().get_global_param_size(&size), 0);
-    EXPECT_EQ(size, 4321u);
+    EXPECT_EQ(size, 4321U);
     EXPECT_THAT(take_calls(), ElementsAre(scanner_call("QXDR_GetContainerSize", "size=" + address_text(&size))));
 }
 
@@ -110,7 +110,7 @@ TEST_F(Device_data_test, failures_of_the_driver_are_translated)
     expect_translated("QXDR_ReadContainer", [&] { return device().read_global_param(buffer.data(), 8); });
     expect_translated("QXDR_GetSnapshotAcquisition",
                       [&] { return device().get_snapshot_acquisition(buffer.data(), 1, 2, 3); });
-    EXPECT_EQ(size, 77u);
+    EXPECT_EQ(size, 77U);
     EXPECT_THAT(buffer, Each(0xA5));
 }
 

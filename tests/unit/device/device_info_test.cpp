@@ -15,10 +15,10 @@ using testing::StartsWith;
 // A record of the host's with something around it.
 template <class Record>
 struct Fenced {
-    Fenced() { std::memset(this, 0xA5, sizeof(*this)); }
+    Fenced() { std::memset(this, 0xA5, sizeof *this); }
     bool fences_stand() const { return intact(before) && intact(after); }
     bool untouched() const { return bytes() == std::string(sizeof(Record), '\xA5'); }
-    std::string bytes() const { return std::string(reinterpret_cast<const char*>(&record), sizeof(record)); }
+    std::string bytes() const { return std::string(reinterpret_cast<const char*>(&record), sizeof record); }
 
     unsigned char before[16];
     Record record;
@@ -39,7 +39,7 @@ protected:
         EXPECT_EQ(device().get_device_capabilities(index, &out.record), 0);
         EXPECT_TRUE(out.fences_stand());
         std::vector<std::uint32_t> words(14);
-        std::memcpy(words.data(), &out.record, sizeof(out.record));
+        std::memcpy(words.data(), &out.record, sizeof out.record);
         return words;
     }
 };
@@ -53,7 +53,7 @@ TEST_F(Device_info_test, the_record_holds_the_model_and_what_the_driver_tells)
 {
     open_device();
     DriverDeviceInfo info;
-    std::memset(&info, 'x', sizeof(info));
+    std::memset(&info, 'x', sizeof info);
     std::memcpy(info.serial_number, "SN-123456789", 12);
     info.version_major = -12;
     info.version_minor = 100;
@@ -99,7 +99,7 @@ TEST_F(Device_info_test, a_driver_that_stores_no_version_gives_one_of_zeros)
 TEST_F(Device_info_test, the_port_type_passes_through_unchanged)
 {
     open_device();
-    for (const std::uint32_t type : {0u, 3u, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t type : {0U, 3U, 0x80000000U, 0xFFFFFFFFU}) {
         brenvozulta_sim_set_port_type(first_scanner, type);
         Fenced<std::uint32_t> out;
         EXPECT_EQ(device().get_port_type(&out.record), 0);
@@ -155,7 +155,7 @@ TEST_F(Device_info_test, indexes_1_and_2_are_flat_capture)
 TEST_F(Device_info_test, indexes_3_to_5_succeed_and_leave_the_record)
 {
     open_device();
-    for (const std::uint32_t index : {3u, 4u, 5u}) {
+    for (const std::uint32_t index : {3U, 4U, 5U}) {
         EXPECT_EQ(capabilities(index), untouched_words) << index;
         EXPECT_EQ(device().get_device_capabilities(index, nullptr), 0);
     }
@@ -164,7 +164,7 @@ TEST_F(Device_info_test, indexes_3_to_5_succeed_and_leave_the_record)
 TEST_F(Device_info_test, indexes_above_5_are_9109_with_a_line_of_their_own)
 {
     open_device();
-    for (const std::uint32_t index : {6u, 7u, 256u, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const std::uint32_t index : {6U, 7U, 256U, 0x80000000U, 0xFFFFFFFFU}) {
         Fenced<VyraDeviceCapabilities> out;
         EXPECT_EQ(device().get_device_capabilities(index, &out.record), 9109);
         EXPECT_TRUE(out.untouched());

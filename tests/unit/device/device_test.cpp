@@ -18,7 +18,7 @@ constexpr std::uint32_t nothing_to_stop = 19;
 std::string address_text(const void* address)
 {
     char text[24];
-    std::snprintf(text, sizeof(text), "0x%" PRIxPTR, reinterpret_cast<std::uintptr_t>(address));
+    std::snprintf(text, sizeof text, "0x%" PRIxPTR, reinterpret_cast<std::uintptr_t>(address));
     return text;
 }
 

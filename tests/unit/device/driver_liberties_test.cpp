@@ -34,7 +34,7 @@ TEST_F(Driver_liberties_test, an_image_before_the_start_has_returned_is_not_look
     image_at(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StartCapture");
     open_device();
     EXPECT_EQ(device().start_camera(), 0);
-    EXPECT_EQ(brenvozulta_sim_callbacks_returned(), 1u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_returned(), 1U);
     EXPECT_EQ(device().video_state(), video_running);
 
     auto buffer = image_of(0);
@@ -97,7 +97,7 @@ TEST_F(Driver_liberties_test, a_stop_and_a_close_that_wait_for_the_callback_find
     const std::uint64_t delivery = deliver_waiting(image_of(9));
     EXPECT_EQ(device().stop_video(), 0);
     EXPECT_EQ(result_of(delivery), 0);
-    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0U);
     EXPECT_EQ(device().close(), 0);
 }
 
@@ -109,7 +109,7 @@ TEST_F(Driver_liberties_test, a_release_that_waits_for_the_callback_finds_it_wok
     deliver_waiting(image_of(9));
     EXPECT_EQ(VyraStopVideo(handle), 0);
     EXPECT_EQ(VyraTerminate(), 0);
-    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0U);
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST_F(Firmware_test, the_image_is_transferred_and_the_scanner_reset)
 {
     EXPECT_EQ(device().update_firmware(image_.data(), image_.size()), 0);
     EXPECT_THAT(take_calls(), ElementsAre(transfer(1000), scanner_call("QXDR_ResetDevice")));
-    EXPECT_EQ(brenvozulta_sim_firmware_bytes(first_scanner), 1000u);
+    EXPECT_EQ(brenvozulta_sim_firmware_bytes(first_scanner), 1000U);
 }
 
 TEST_F(Firmware_test, a_length_of_0_and_one_beyond_32_bits_reach_the_driver)
@@ -43,8 +43,8 @@ TEST_F(Firmware_test, a_length_of_0_and_one_beyond_32_bits_reach_the_driver)
     EXPECT_THAT(take_calls(), ElementsAre(transfer(0, 8)));
     EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_UpdateFirmware", 8)));
     brenvozulta_sim_fail("QXDR_UpdateFirmware", driver_ok, 1);
-    EXPECT_EQ(device().update_firmware(image_.data(), 0x123456789ull), 0);
-    EXPECT_THAT(take_calls(), ElementsAre(transfer(0x123456789ull), scanner_call("QXDR_ResetDevice")));
+    EXPECT_EQ(device().update_firmware(image_.data(), 0x123456789ULL), 0);
+    EXPECT_THAT(take_calls(), ElementsAre(transfer(0x123456789ULL), scanner_call("QXDR_ResetDevice")));
 }
 
 TEST_F(Firmware_test, a_null_image_is_the_driver_s_business)

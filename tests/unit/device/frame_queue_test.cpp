@@ -80,18 +80,18 @@ TEST_F(Frame_queue_test, a_request_goes_from_pending_by_ready_to_taken)
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->frame_status, kvs::brenvozulta::FRAME_TAKEN);
     EXPECT_EQ(frame->buffer, buffers_[7].data());
-    EXPECT_EQ(frame->context, 7u);
+    EXPECT_EQ(frame->context, 7U);
     EXPECT_FALSE(queue_.take_ready());
     EXPECT_THAT(buffers_[7], Each(5));
 }
 
 TEST_F(Frame_queue_test, a_new_request_is_pending_and_holds_what_it_was_given)
 {
-    const Frame_data frame(buffers_.data(), 0xFEDCBA9876543210u, 0xFFFFFFFFu);
-    EXPECT_EQ(frame.frame_status, 0u);
+    const Frame_data frame(buffers_.data(), 0xFEDCBA9876543210U, 0xFFFFFFFFU);
+    EXPECT_EQ(frame.frame_status, 0U);
     EXPECT_EQ(frame.buffer, buffers_.data());
-    EXPECT_EQ(frame.context, 0xFEDCBA9876543210u);
-    EXPECT_EQ(frame.frame_id, 0xFFFFFFFFu);
+    EXPECT_EQ(frame.context, 0xFEDCBA9876543210U);
+    EXPECT_EQ(frame.frame_id, 0xFFFFFFFFU);
 }
 
 TEST_F(Frame_queue_test, the_oldest_pending_request_is_filled_and_the_oldest_ready_one_taken)
@@ -142,7 +142,7 @@ TEST_F(Frame_queue_test, clear_drops_requests_of_every_status)
     EXPECT_FALSE(queue_.take_ready());
     fill(3);
     EXPECT_THAT(buffers_[2], Each(0));
-    EXPECT_EQ(taken->context, 0u) << "who took a request keeps it";
+    EXPECT_EQ(taken->context, 0U) << "who took a request keeps it";
     add(8, 8);
     EXPECT_EQ(queue_.add_request(buffers_[16].data(), 16), 9104);
 }

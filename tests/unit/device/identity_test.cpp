@@ -14,7 +14,7 @@ using testing::Each;
 
 std::string bytes_of(const DeviceInfo& record)
 {
-    return std::string(reinterpret_cast<const char*>(&record), sizeof(record));
+    return std::string(reinterpret_cast<const char*>(&record), sizeof record);
 }
 
 // The version as it reaches the record.
@@ -68,7 +68,7 @@ TEST(Recorded_version_test, with_a_zero_revision_ends_in_the_point)
 TEST(Recorded_serial_number_test, of_12_characters_without_terminator_arrives_whole_and_terminated)
 {
     DriverDeviceInfo info;
-    std::memset(&info, 'x', sizeof(info));
+    std::memset(&info, 'x', sizeof info);
     std::memcpy(info.serial_number, "ABCDEFGHIJKL", 12);
     DeviceInfo record = {};
     write_driver_info(record, info);
@@ -78,7 +78,7 @@ TEST(Recorded_serial_number_test, of_12_characters_without_terminator_arrives_wh
 TEST(Recorded_serial_number_test, that_is_shorter_is_padded_with_zeros)
 {
     DriverDeviceInfo info;
-    std::memset(&info, 'x', sizeof(info));
+    std::memset(&info, 'x', sizeof info);
     std::memcpy(info.serial_number, "AB\0CDEFGHIJK", 12);
     DeviceInfo record = {};
     write_driver_info(record, info);
@@ -88,7 +88,7 @@ TEST(Recorded_serial_number_test, that_is_shorter_is_padded_with_zeros)
 TEST(Recorded_model_test, clears_the_record_and_writes_the_constants)
 {
     DeviceInfo record;
-    std::memset(&record, 0xA5, sizeof(record));
+    std::memset(&record, 0xA5, sizeof record);
     write_model(record);
     std::string expected(52, '\0');
     expected.replace(0, 6, "ORVANE").replace(8, 8, "RQ7-3050");

@@ -12,7 +12,7 @@ constexpr std::uint32_t values[] = {0, 1, 2, 3, 4, 5, 0x80000000, 0xFFFFFFFF};
 // The two bits of a value.
 unsigned code(std::uint32_t value)
 {
-    return value == 1 ? 1u : value == 2 ? 2u : value == 3 ? 3u : 0u;
+    return value == 1 ? 1U : value == 2 ? 2U : value == 3 ? 3U : 0U;
 }
 
 // Where each position of a group stands in the pattern.

@@ -28,7 +28,7 @@ protected:
     DevUI shown()
     {
         DevUI ui;
-        std::memset(&ui, 0xA5, sizeof(ui));
+        std::memset(&ui, 0xA5, sizeof ui);
         EXPECT_EQ(device().get_device_ui(&ui), 0);
         return ui;
     }
@@ -83,9 +83,9 @@ TEST_F(Leds_test, a_change_of_any_one_word_is_sent)
     DevUI ui = group_a_;
     for (std::size_t word = 0; word < 13; ++word) {
         std::uint32_t words[13];
-        std::memcpy(words, &ui, sizeof(ui));
+        std::memcpy(words, &ui, sizeof ui);
         words[word] += 0x10000;
-        std::memcpy(&ui, words, sizeof(ui));
+        std::memcpy(&ui, words, sizeof ui);
         EXPECT_EQ(device().set_device_ui(&ui), 0);
         EXPECT_THAT(take_driver_calls(), ElementsAre("QXDR_SetLeds")) << word;
         EXPECT_TRUE(shown() == ui) << word;
@@ -150,7 +150,7 @@ TEST_F(Leds_test, the_record_is_stored_before_the_command_and_the_host_told_afte
         &seen);
     EXPECT_EQ(device().set_device_ui(&group_a_), 0);
     EXPECT_TRUE(seen.ui == group_a_);
-    EXPECT_EQ(seen.commands, 1u);
+    EXPECT_EQ(seen.commands, 1U);
 }
 
 TEST_F(Leds_test, the_turn_off_line_comes_before_the_driver_s_failure)
@@ -217,7 +217,7 @@ TEST_F(Leds_test, commands_accept_every_parameter_and_value_without_effect)
 {
     open_device();
     for (const std::uint8_t parameter : {std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{255}}) {
-        for (const std::uint32_t value : {0u, 1u, 0xFFFFFFFFu}) {
+        for (const std::uint32_t value : {0U, 1U, 0xFFFFFFFFU}) {
             EXPECT_EQ(device().set_cmd_parameter(parameter, value), 0);
         }
     }

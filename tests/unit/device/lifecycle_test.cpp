@@ -116,7 +116,7 @@ TEST_F(Lifecycle_test, a_later_open_starts_with_fresh_records)
     EXPECT_EQ(device().video_state(), video_idle);
     DevUI shown;
     ASSERT_EQ(device().get_device_ui(&shown), 0);
-    EXPECT_EQ(std::memcmp(&shown, &(const DevUI&)DevUI{}, sizeof(shown)), 0);
+    EXPECT_EQ(std::memcmp(&shown, &(const DevUI&)DevUI{}, sizeof shown), 0);
     EXPECT_EQ(device().set_device_ui(&ui), 0);
 }
 

@@ -27,7 +27,7 @@ protected:
         std::uint64_t context = 77;
         EXPECT_EQ(device().get_video_result(&buffer, &context), 9105);
         EXPECT_EQ(buffer, nullptr);
-        EXPECT_EQ(context, 77u);
+        EXPECT_EQ(context, 77U);
         EXPECT_THAT(take_log(), ElementsAre(stopped_line(get)));
     }
 
@@ -37,7 +37,7 @@ protected:
         std::uint64_t context = 77;
         EXPECT_EQ(device().get_video_result(&buffer, &context), 9106);
         EXPECT_EQ(buffer, nullptr);
-        EXPECT_EQ(context, 77u);
+        EXPECT_EQ(context, 77U);
         EXPECT_THAT(take_log(), ElementsAre(error_line(get, 9106)));
     }
 
@@ -47,13 +47,13 @@ protected:
         std::uint64_t context = 0;
         EXPECT_EQ(device().get_video_result(&buffer, &context), 0);
         EXPECT_EQ(buffer, buffers_[number].data());
-        EXPECT_EQ(context, 0xABCD000000000000u + number);
+        EXPECT_EQ(context, 0xABCD000000000000U + number);
         EXPECT_EQ(buffers_[number], image_of(value));
     }
 
     std::int32_t submit_buffer(std::size_t number)
     {
-        return device().submit_video_request(buffers_[number].data(), 0xABCD000000000000u + number);
+        return device().submit_video_request(buffers_[number].data(), 0xABCD000000000000U + number);
     }
 
     std::vector<std::vector<std::uint8_t>> buffers_{9, image_of(0)};

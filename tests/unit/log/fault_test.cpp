@@ -40,8 +40,8 @@ TEST_F(Log_fault_test, line_costs_four_writes_and_one_flush)
         EXPECT_EQ(calls("_write"), 4 * count);
         EXPECT_EQ(calls("_commit"), count);
     }
-    EXPECT_EQ(calls("_sopen"), 0u);
-    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0u) << "the folder is only asked for when a file is opened or rotated";
+    EXPECT_EQ(calls("_sopen"), 0U);
+    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0U) << "the folder is only asked for when a file is opened or rotated";
 }
 
 TEST_F(Log_fault_test, disabled_line_is_not_even_formatted)
@@ -49,11 +49,11 @@ TEST_F(Log_fault_test, disabled_line_is_not_even_formatted)
     configure(1);
     win32_double::clear();
     log_printf(3, "%s\r\n", "text");
-    EXPECT_EQ(calls("wvsprintfA"), 0u);
-    EXPECT_EQ(calls("_sopen"), 0u);
-    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0u);
+    EXPECT_EQ(calls("wvsprintfA"), 0U);
+    EXPECT_EQ(calls("_sopen"), 0U);
+    EXPECT_EQ(calls("SHGetKnownFolderPath"), 0U);
     log_printf(1, "%s\r\n", "text");
-    EXPECT_EQ(calls("wvsprintfA"), 1u);
+    EXPECT_EQ(calls("wvsprintfA"), 1U);
 }
 
 TEST_F(Log_fault_test, write_that_fails_is_reported_and_not_flushed)
@@ -63,7 +63,7 @@ TEST_F(Log_fault_test, write_that_fails_is_reported_and_not_flushed)
     win32_double::clear();
     win32_double::fail("_write", 1, ENOSPC, 3);
     EXPECT_EQ(log_write("lost\r\n"), dropped);
-    EXPECT_EQ(calls("_commit"), 0u);
+    EXPECT_EQ(calls("_commit"), 0U);
     EXPECT_EQ(file_bytes(log_path()).size(), size_on_disk(line) + prefix_size) << "the earlier pieces stay";
 }
 
@@ -74,7 +74,7 @@ TEST_F(Log_fault_test, earlier_pieces_that_fail_are_not_missed)
     win32_double::clear();
     win32_double::fail("_write", 3, ENOSPC);
     EXPECT_EQ(log_write("kept\r\n"), written);
-    EXPECT_EQ(calls("_commit"), 1u);
+    EXPECT_EQ(calls("_commit"), 1U);
     EXPECT_EQ(file_bytes(log_path()).substr(size_on_disk(line)), "kept\r\r\n");
 }
 
@@ -105,7 +105,7 @@ TEST_F(Log_fault_test, full_file_that_cannot_be_moved_is_tried_once_by_the_line_
         _sopen(log_path().c_str(), _O_RDWR | _O_APPEND | _O_CREAT, _SH_DENYNO, _S_IREAD | _S_IWRITE);
     win32_double::clear();
     write_lines(1, line);
-    EXPECT_EQ(calls("MoveFileA"), 1u);
+    EXPECT_EQ(calls("MoveFileA"), 1U);
     EXPECT_EQ(file_bytes(log_path()).size(), 100 + size_on_disk(line)) << "the line is not lost";
     EXPECT_EQ(_close(other_hosts), 0);
 }
@@ -140,7 +140,7 @@ TEST_F(Log_fault_test, open_is_tried_again_by_every_line)
     EXPECT_EQ(log_write(line), dropped);
     EXPECT_EQ(log_write(line), dropped);
     EXPECT_EQ(log_write(line), dropped);
-    EXPECT_EQ(calls("_sopen"), 3u);
+    EXPECT_EQ(calls("_sopen"), 3U);
     EXPECT_EQ(log_write(line), written);
 }
 
@@ -150,9 +150,9 @@ TEST_F(Log_fault_test, rotation_closes_the_old_descriptor)
     for (int i = 0; i < 10; ++i) {
         write_lines(1, line);
     }
-    EXPECT_EQ(win32_double::live_objects().descriptors, 1u);
+    EXPECT_EQ(win32_double::live_objects().descriptors, 1U);
     VyraTerminate();
-    EXPECT_EQ(win32_double::live_objects().descriptors, 0u);
+    EXPECT_EQ(win32_double::live_objects().descriptors, 0U);
 }
 
 TEST_F(Log_fault_test, racing_first_lines_leave_one_descriptor_open)
@@ -160,7 +160,7 @@ TEST_F(Log_fault_test, racing_first_lines_leave_one_descriptor_open)
     for (int round = 0; round < 20; ++round) {
         configure(everything);
         run_at_once([](int) { log_printf(3, line); });
-        EXPECT_EQ(win32_double::live_objects().descriptors, 1u);
+        EXPECT_EQ(win32_double::live_objects().descriptors, 1U);
     }
 }
 

@@ -18,12 +18,12 @@ TEST_P(Log_level_test, line_is_written_up_to_the_level_and_no_level_outside_the_
     configure(level);
     log_printf(message_level, "level\r\n");
     const bool expected = level <= 3 && static_cast<std::uint32_t>(message_level) <= level;
-    EXPECT_EQ(file_bytes(log_path()).size(), expected ? size_on_disk("level\r\n") : 0u);
+    EXPECT_EQ(file_bytes(log_path()).size(), expected ? size_on_disk("level\r\n") : 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Levels, Log_level_test,
-    Combine(Values(0u, 1u, 2u, 3u, 4u, 5u, 100u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, 0xFFFFFFFFu), Values(1, 2, 3)));
+    Combine(Values(0U, 1U, 2U, 3U, 4U, 5U, 100U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFEU, 0xFFFFFFFFU), Values(1, 2, 3)));
 
 class Silent_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
 
@@ -37,7 +37,7 @@ TEST_P(Silent_level_test, no_file_is_created_by_a_cycle_with_failures)
     EXPECT_THAT(files_in_log_folder(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Off, Silent_level_test, Values(0u, 4u, 0x80000000u, 0xFFFFFFFFu));
+INSTANTIATE_TEST_SUITE_P(Off, Silent_level_test, Values(0U, 4U, 0x80000000U, 0xFFFFFFFFU));
 
 class Tracing_level_test : public Log_test, public ::testing::WithParamInterface<std::uint32_t> {};
 
@@ -50,7 +50,7 @@ TEST_P(Tracing_level_test, tracing_is_written_and_errors_are_not)
                 ::testing::ElementsAre("initialize:    clear current initialized api before the initialize\r\n"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Tracing_only, Tracing_level_test, Values(1u, 2u));
+INSTANTIATE_TEST_SUITE_P(Tracing_only, Tracing_level_test, Values(1U, 2U));
 
 TEST_F(Log_test, level_three_writes_errors_and_tracing)
 {

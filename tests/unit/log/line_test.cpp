@@ -38,7 +38,7 @@ std::int64_t moment(const std::string& timestamp, const __timeb64& first, const 
 std::string thread_piece()
 {
     char text[64];
-    std::snprintf(text, sizeof(text), "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
+    std::snprintf(text, sizeof text, "Thd %16lu ", static_cast<unsigned long>(GetCurrentThreadId()));
     return text;
 }
 

@@ -56,7 +56,7 @@ TEST_F(Log_path_length_test, line_is_dropped_and_nothing_touched_when_the_path_h
     for (int tries = 0; tries < 2; ++tries) {
         EXPECT_EQ(log_write("x\r\n"), dropped);
         EXPECT_EQ(log_descriptor(), log_closed);
-        EXPECT_EQ(win32_double::live_objects().descriptors, 0u);
+        EXPECT_EQ(win32_double::live_objects().descriptors, 0U);
     }
     EXPECT_THAT(files_in_log_folder(), ElementsAre("vyrabrenvozulta.log"));
     EXPECT_EQ(file_bytes(log_path()), std::string(100, 'o'));

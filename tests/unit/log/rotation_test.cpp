@@ -25,7 +25,7 @@ TEST_F(Log_test, file_rotates_when_a_line_finds_it_exactly_at_the_limit)
     write_lines(2, line);
     EXPECT_FALSE(exists(previous_log_path()));
     write_lines(1, "new\r\n");
-    EXPECT_EQ(file_bytes(previous_log_path()).size(), 2u * size_on_disk(line));
+    EXPECT_EQ(file_bytes(previous_log_path()).size(), 2U * size_on_disk(line));
     EXPECT_EQ(file_bytes(log_path()).substr(prefix_size), "new\r\r\n");
 }
 
@@ -34,7 +34,7 @@ TEST_F(Log_test, file_does_not_rotate_one_byte_below_the_limit)
     configure(everything, 2 * line_size + 1);
     write_lines(3, line);
     EXPECT_FALSE(exists(previous_log_path()));
-    EXPECT_EQ(file_bytes(log_path()).size(), 3u * size_on_disk(line));
+    EXPECT_EQ(file_bytes(log_path()).size(), 3U * size_on_disk(line));
 }
 
 TEST_F(Log_test, limit_counts_the_bytes_on_disk_and_not_those_of_the_messages)
@@ -56,7 +56,7 @@ TEST_F(Log_test, file_found_at_the_limit_is_rotated_before_the_first_line)
 
 TEST_F(Log_test, file_found_at_or_above_the_limit_is_rotated_by_the_opening_itself)
 {
-    for (const std::size_t size : {200u, 201u}) {
+    for (const std::size_t size : {200U, 201U}) {
         configure(everything, 200);
         create_file(log_path(), std::string(size, 'o'));
         EXPECT_NE(log_open(), log_closed);

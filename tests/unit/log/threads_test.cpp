@@ -39,7 +39,7 @@ TEST_F(Log_test, every_piece_of_every_threads_line_is_whole_and_there_once)
         for (int number = 0; number < lines_each; ++number) {
             std::string on_disk = message(thread, number);
             on_disk.insert(on_disk.size() - 1, "\r");
-            EXPECT_EQ(occurrences(bytes, on_disk), 1u) << on_disk;
+            EXPECT_EQ(occurrences(bytes, on_disk), 1U) << on_disk;
             size += size_on_disk(message(thread, number));
         }
     }
@@ -54,7 +54,7 @@ TEST_F(Log_test, first_lines_of_many_threads_are_all_written)
     run_at_once([](int thread) { log_printf(3, "%s", message(thread, 0).c_str()); });
     const std::string bytes = file_bytes(log_path());
     for (int thread = 0; thread < thread_count; ++thread) {
-        EXPECT_EQ(occurrences(bytes, "<thread " + std::to_string(thread) + " line 0>"), 1u);
+        EXPECT_EQ(occurrences(bytes, "<thread " + std::to_string(thread) + " line 0>"), 1U);
     }
 }
 
@@ -71,7 +71,7 @@ TEST_F(Log_test, limit_holds_again_after_many_threads_have_rotated)
     });
     write_lines(1, "last\r\n");
     EXPECT_LT(file_bytes(log_path()).size(), limit + size_on_disk("last\r\n"));
-    EXPECT_LE(files_in_log_folder().size(), 2u);
+    EXPECT_LE(files_in_log_folder().size(), 2U);
 }
 
 }  // namespace

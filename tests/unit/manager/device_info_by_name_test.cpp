@@ -13,7 +13,7 @@ namespace {
 
 class Device_info_by_name_test : public Manager_test {
 protected:
-    Device_info_by_name_test() { std::memset(&record, 0x5A, sizeof(record)); }
+    Device_info_by_name_test() { std::memset(&record, 0x5A, sizeof record); }
 
     void initialize_with_serial_number(const char* serial_number)
     {
@@ -25,7 +25,7 @@ protected:
     std::int32_t ask(const char* name) { return VyraBrenvoMGGetDeviceInfo(name, nullptr, &record); }
     bool untouched() const
     {
-        const std::string bytes(sizeof(record), 0x5A);
+        const std::string bytes(sizeof record, 0x5A);
         return std::memcmp(&record, bytes.data(), bytes.size()) == 0;
     }
     static DeviceInfo expected(const char* serial_number, const char* version)
@@ -37,7 +37,7 @@ protected:
         std::strcpy(info.version, version);
         return info;
     }
-    void expect_record(const DeviceInfo& info) { EXPECT_EQ(std::memcmp(&record, &info, sizeof(info)), 0); }
+    void expect_record(const DeviceInfo& info) { EXPECT_EQ(std::memcmp(&record, &info, sizeof info), 0); }
 
     DeviceInfo record;
 };
@@ -91,7 +91,7 @@ TEST_F(Device_info_by_name_test, name_in_another_case_goes_to_the_driver)
     EXPECT_EQ(ask("rq7-3050 #1"), VYRA_OK);
     expect_record(expected("A", "1.0.A"));
     char name[32];
-    brenvozulta_sim_call_argument(0, "name", name, sizeof(name));
+    brenvozulta_sim_call_argument(0, "name", name, sizeof name);
     EXPECT_STREQ(name, "rq7-3050 #1");
     EXPECT_EQ(take_driver_calls(), Calls({"QXDR_GetDeviceInfoSN"}));
 }
@@ -111,7 +111,7 @@ TEST_F(Device_info_by_name_test, driver_failure_is_9000_with_manufacturer_and_mo
     initialize_with_serial_number("A");
     for (const auto& [result, status] : test_support::driver_failures) {
         brenvozulta_sim_fail("QXDR_GetDeviceInfoSN", result, 1);
-        std::memset(&record, 0x5A, sizeof(record));
+        std::memset(&record, 0x5A, sizeof record);
         EXPECT_EQ(ask("nobody"), VYRA_INTERNAL);
         expect_record(expected("", ""));
         EXPECT_THAT(take_log(), ElementsAre(driver_error_line("QXDR_GetDeviceInfoSN", result)));

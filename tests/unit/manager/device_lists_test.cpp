@@ -40,7 +40,7 @@ protected:
     std::string slot_name(std::size_t i) const { return slots.data() + i * slot; }
     std::string record_name(std::size_t i) const
     {
-        return {records[i].name, strnlen(records[i].name, sizeof(records[i].name))};
+        return {records[i].name, strnlen(records[i].name, sizeof records[i].name)};
     }
     bool slot_is_untouched(std::size_t i) const
     {
@@ -64,7 +64,7 @@ protected:
     std::vector<char> slots = std::vector<char>(12 * slot, static_cast<char>(untouched));
     std::vector<DeviceListRecord> records = std::vector<DeviceListRecord>(9, [] {
         DeviceListRecord record;
-        std::memset(&record, untouched, sizeof(record));
+        std::memset(&record, untouched, sizeof record);
         return record;
     }());
 };
@@ -326,9 +326,9 @@ TEST_F(Device_lists_test, records_are_padded_with_zeros_and_keep_their_reserved_
     count = 2;
     EXPECT_EQ(list_records(), VYRA_OK);
     for (const std::size_t i : {0U, 1U}) {
-        std::string padded(sizeof(records[i].name), '\0');
+        std::string padded(sizeof records[i].name, '\0');
         padded[0] = static_cast<char>('A' + i);
-        EXPECT_EQ(std::string(records[i].name, sizeof(records[i].name)), padded);
+        EXPECT_EQ(std::string(records[i].name, sizeof records[i].name), padded);
         EXPECT_THAT(records[i].reserved_0, ElementsAre(untouched, untouched, untouched, untouched));
         EXPECT_EQ(records[i].reserved_259, untouched);
     }

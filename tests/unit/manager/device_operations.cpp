@@ -146,7 +146,7 @@ std::vector<Device_operation> data_operations()
         {"VyraPutMemory",
          "update_firmware",
          logged,
-         [&](auto handle) { return VyraPutMemory(handle, with.bytes, sizeof(with.bytes)); },
+         [&](auto handle) { return VyraPutMemory(handle, with.bytes, sizeof with.bytes); },
          VYRA_OK,
          {"QXDR_UpdateFirmware", "QXDR_ResetDevice"},
          {}},

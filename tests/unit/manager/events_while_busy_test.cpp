@@ -23,7 +23,7 @@ protected:
     // An image for which no request is queued: its callback waits.
     std::uint64_t park_the_callback()
     {
-        const brenvozulta_sim_image image = {pixels_, sizeof(pixels_), 4, 2, nullptr, 0, nullptr};
+        const brenvozulta_sim_image image = {pixels_, sizeof pixels_, 4, 2, nullptr, 0, nullptr};
         const std::uint64_t ticket = brenvozulta_sim_deliver_async(&image);
         EXPECT_EQ(brenvozulta_sim_wait_callbacks_inside(1, patience_ms), 1);
         EXPECT_EQ(brenvozulta_sim_wait_delivery_done(ticket, 50, nullptr), 0) << "the callback does not return";
@@ -33,7 +33,7 @@ protected:
     void release_the_callback(std::uint64_t ticket)
     {
         ASSERT_EQ(VyraBrenvoZultaStartCamera(0), VYRA_OK);
-        unsigned char buffer[sizeof(pixels_)] = {};
+        unsigned char buffer[sizeof pixels_] = {};
         ASSERT_EQ(VyraSubmitVideoRequest(0, buffer, 0), VYRA_OK);
         std::int32_t result = -1;
         EXPECT_EQ(brenvozulta_sim_wait_delivery_done(ticket, patience_ms, &result), 1);

@@ -145,7 +145,7 @@ TEST_F(Initialize_test, count_that_result_5_left_untouched_lists_empty_entries)
     initialize();
     for (const auto& entry : access::detected_devices()) {
         const DriverDeviceEntry empty = {};
-        EXPECT_EQ(std::memcmp(&entry, &empty, sizeof(entry)), 0);
+        EXPECT_EQ(std::memcmp(&entry, &empty, sizeof entry), 0);
     }
     EXPECT_EQ(access::detected_devices().size(), 8U);
 }

@@ -15,7 +15,7 @@ TEST_F(Cycles_test, two_hundred_starts_get_their_events_and_leave_nothing_behind
         ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
         plug(device_path);
         unplug(device_path);
-        ASSERT_EQ(take_events().size(), 2u);
+        ASSERT_EQ(take_events().size(), 2U);
         stop();
     };
     cycle();  // what is made on first use is made before the count

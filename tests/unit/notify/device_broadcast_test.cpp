@@ -29,7 +29,7 @@ TEST(Device_broadcast_test, an_empty_name_is_empty)
 
 TEST(Device_broadcast_test, other_device_types_have_no_name)
 {
-    for (const DWORD type : {0u, 1u, 2u, 3u, 4u, 6u, 7u, 0x80000005u, 0xFFFFFFFFu}) {
+    for (const DWORD type : {0U, 1U, 2U, 3U, 4U, 6U, 7U, 0x80000005U, 0xFFFFFFFFU}) {
         const Device_record record("VID_1A2B&PID_00FF", name_offset + 17, name_offset + 17, type);
         EXPECT_EQ(broadcast_device_name(record.address()), "") << type;
     }
@@ -47,7 +47,7 @@ TEST(Device_broadcast_test, a_size_up_to_the_fixed_records_says_nothing_of_the_n
 
 TEST(Device_broadcast_test, of_another_type_nothing_behind_the_header_is_read)
 {
-    for (const DWORD size : {0u, 12u, 28u, 32u}) {
+    for (const DWORD size : {0U, 12U, 28U, 32U}) {
         const Device_record record("", sizeof(DEV_BROADCAST_HDR), size, DBT_DEVTYP_DEVICEINTERFACE + 1);
         EXPECT_EQ(broadcast_device_name(record.address()), "") << size;
     }
@@ -71,7 +71,7 @@ TEST(Device_broadcast_test, a_size_that_claims_too_little_cuts_the_name)
 
 TEST(Device_broadcast_test, a_size_that_claims_too_much_does_not_lead_behind_the_terminator)
 {
-    for (const DWORD size : {100u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
+    for (const DWORD size : {100U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         const Device_record record({"VID_1A2B\0", 9}, name_offset + 9, size);
         EXPECT_EQ(broadcast_device_name(record.address()), "VID_1A2B") << size;
     }

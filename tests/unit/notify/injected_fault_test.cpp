@@ -25,11 +25,11 @@ protected:
         win32_double::clear();
         Notifier_test::TearDown();
         const auto live = win32_double::live_objects();
-        EXPECT_EQ(live.windows, 0u);
-        EXPECT_EQ(live.window_classes, 0u);
-        EXPECT_EQ(live.device_notifications, 0u);
-        EXPECT_EQ(live.events, 0u);
-        EXPECT_EQ(live.thread_handles, 0u);
+        EXPECT_EQ(live.windows, 0U);
+        EXPECT_EQ(live.window_classes, 0U);
+        EXPECT_EQ(live.device_notifications, 0U);
+        EXPECT_EQ(live.events, 0U);
+        EXPECT_EQ(live.thread_handles, 0U);
     }
 
     // A start with the order to fail given, the log line that it leaves, and a start after it without a stop.
@@ -155,7 +155,7 @@ TEST_F(Injected_fault_test, a_thread_that_cannot_be_created_raises_its_error_and
     EXPECT_EQ(window(), nullptr);
     stop();
     // There was no window to close: that of the start before is none of this one's.
-    EXPECT_EQ(win32_double::calls("SendMessageA"), 0u);
+    EXPECT_EQ(win32_double::calls("SendMessageA"), 0U);
     expect_service_works();
 }
 
@@ -163,7 +163,7 @@ TEST_F(Injected_fault_test, a_start_without_an_event_raises_its_error_and_a_stop
 {
     win32_double::fail("CreateEventA");
     EXPECT_THROW(InitUsbNotifier(class_name()), boost::thread_resource_error);
-    EXPECT_EQ(win32_double::live_objects().events, 0u);
+    EXPECT_EQ(win32_double::live_objects().events, 0U);
     // The notifier counts as running all the same.
     EXPECT_TRUE(InitUsbNotifier(class_name()));
     EXPECT_EQ(window(), nullptr);
@@ -222,7 +222,7 @@ TEST_F(Injected_fault_test, a_stop_of_a_notifier_that_does_not_run_touches_nothi
     for (const char* function : {"CreateEventA", "OpenThread"}) {
         win32_double::fail(function);
         EXPECT_TRUE(TerminateUsbNotifier(class_name()));
-        EXPECT_EQ(win32_double::calls(function), 0u) << function;
+        EXPECT_EQ(win32_double::calls(function), 0U) << function;
     }
 }
 
@@ -240,10 +240,10 @@ TEST_F(Injected_fault_test, the_window_is_registered_for_usb_devices_and_no_othe
 {
     start();
     ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
-    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, other_devices, device_path), 0u);
+    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, other_devices, device_path), 0U);
     EXPECT_TRUE(take_events().empty());
-    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, usb_devices, device_path), 1u);
-    EXPECT_EQ(win32_double::device_event(DBT_DEVICEREMOVECOMPLETE, usb_devices, device_path), 1u);
+    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, usb_devices, device_path), 1U);
+    EXPECT_EQ(win32_double::device_event(DBT_DEVICEREMOVECOMPLETE, usb_devices, device_path), 1U);
     EXPECT_EQ(take_events(), (std::vector<Event>{usb(device_vendor, device_product, UsbDevicePlugged),
                                                  usb(device_vendor, device_product, UsbDeviceUnplugged)}));
 }
@@ -263,7 +263,7 @@ TEST_F(Injected_fault_test, the_default_procedure_is_never_called)
     start();
     send(WM_USER, 0);
     stop();
-    EXPECT_EQ(win32_double::calls("DefWindowProcA"), 0u);
+    EXPECT_EQ(win32_double::calls("DefWindowProcA"), 0U);
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ TEST_F(Notifier_lifecycle_test, a_second_start_changes_nothing)
     EXPECT_TRUE(InitUsbNotifier(class_name()));
     EXPECT_EQ(window(), first);
     plug(device_path);
-    EXPECT_EQ(take_events().size(), 1u);
+    EXPECT_EQ(take_events().size(), 1U);
 }
 
 TEST_F(Notifier_lifecycle_test, a_start_erases_subscriptions_made_while_stopped)

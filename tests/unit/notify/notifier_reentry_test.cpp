@@ -93,8 +93,8 @@ TEST_F(Notifier_reentry_test, the_deadlock_error_of_a_subscriber_that_lets_it_ou
     ASSERT_TRUE(SubscribeToUsbEvent(1, 2, [](int, int, UsbPlugEventType) { TerminateUsbNotifier(class_name()); }));
     plug("VID_0001&PID_0002");
     const auto lines = captured_log::take();
-    ASSERT_EQ(lines.size(), 1u);
-    EXPECT_EQ(lines[0].text.find("Exception : boost thread: trying joining itself"), 0u) << lines[0].text;
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].text.find("Exception : boost thread: trying joining itself"), 0U) << lines[0].text;
     expect_service_works();
 }
 
@@ -106,7 +106,7 @@ TEST_F(Notifier_reentry_test, a_start_from_a_usb_subscriber_changes_nothing)
     }));
     plug("VID_0001&PID_0002");
     plug("VID_0001&PID_0002");
-    EXPECT_EQ(take_events().size(), 2u);
+    EXPECT_EQ(take_events().size(), 2U);
 }
 
 TEST_F(Notifier_reentry_test, a_subscriber_may_stop_and_start_the_notifier_again)
@@ -121,7 +121,7 @@ TEST_F(Notifier_reentry_test, a_subscriber_may_stop_and_start_the_notifier_again
     EXPECT_EQ(outcome, Outcome::deadlock_error);
     wait_until([=] { return window() != nullptr && window() != first; });
     plug("VID_0003&PID_0004");
-    EXPECT_EQ(take_events().size(), 1u);
+    EXPECT_EQ(take_events().size(), 1U);
     stop();
     EXPECT_EQ(window(), nullptr);
 }
@@ -233,7 +233,7 @@ TEST_F(Notifier_reentry_test, a_stop_leaves_posted_messages_to_the_host)
     sender.join();
     MSG message;
     ASSERT_TRUE(PeekMessageA(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
-    EXPECT_EQ(message.wParam, 3u);
+    EXPECT_EQ(message.wParam, 3U);
     EXPECT_EQ(message.lParam, 4);
 }
 

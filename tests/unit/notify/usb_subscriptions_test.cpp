@@ -157,7 +157,7 @@ TEST_F(Usb_subscriptions_test, threads_may_change_the_table_while_events_are_dis
         table.dispatch(1, 1, UsbDevicePlugged);
     }
     threads.join_all();
-    EXPECT_EQ(take_events().size(), 1000u);
+    EXPECT_EQ(take_events().size(), 1000U);
 }
 
 }  // namespace

@@ -191,11 +191,11 @@ TEST_F(Calibration_image_test, has_a_faint_column_structure_and_no_rows)
 
 TEST_F(Calibration_image_test, is_the_same_whatever_compiler_built_its_generator)
 {
-    std::uint64_t checksum = 0xCBF29CE484222325u;  // FNV-1a
+    std::uint64_t checksum = 0xCBF29CE484222325U;  // FNV-1a
     for (const std::uint8_t byte : image()) {
-        checksum = (checksum ^ byte) * 0x100000001B3u;
+        checksum = (checksum ^ byte) * 0x100000001B3U;
     }
-    EXPECT_EQ(checksum, 0x1535A7AD32E62BD3u);
+    EXPECT_EQ(checksum, 0x1535A7AD32E62BD3U);
 }
 
 }  // namespace

@@ -12,20 +12,20 @@ TEST_F(Call_record_test, calls_stand_in_order_with_arguments_result_and_thread)
     initialize();
     void* handle = open();
     QXDR_SetLeds(handle, 2, 0x163, 1, 7);
-    ASSERT_EQ(brenvozulta_sim_call_count(), 3u);
+    ASSERT_EQ(brenvozulta_sim_call_count(), 3U);
     brenvozulta_sim_call call;
     ASSERT_TRUE(brenvozulta_sim_get_call(2, &call));
-    EXPECT_EQ(call.order, 3u);
+    EXPECT_EQ(call.order, 3U);
     EXPECT_STREQ(call.function, "QXDR_SetLeds");
     EXPECT_EQ(call.thread, brenvozulta_sim_thread_id());
     EXPECT_EQ(call.finished, 1);
-    EXPECT_EQ(call.result, 0u);
-    ASSERT_EQ(call.argument_count, 5u);
+    EXPECT_EQ(call.result, 0U);
+    ASSERT_EQ(call.argument_count, 5U);
     EXPECT_EQ(call.arguments[0], reinterpret_cast<std::uintptr_t>(handle));
-    EXPECT_EQ(call.arguments[1], 2u);
-    EXPECT_EQ(call.arguments[2], 0x163u);
-    EXPECT_EQ(call.arguments[3], 1u);
-    EXPECT_EQ(call.arguments[4], 7u);
+    EXPECT_EQ(call.arguments[1], 2U);
+    EXPECT_EQ(call.arguments[2], 0x163U);
+    EXPECT_EQ(call.arguments[3], 1U);
+    EXPECT_EQ(call.arguments[4], 7U);
     EXPECT_FALSE(brenvozulta_sim_get_call(3, &call));
 }
 
@@ -48,7 +48,7 @@ TEST_F(Call_record_test, a_text_is_cut_at_the_capacity_and_its_length_told)
 {
     initialize();
     char text[5];
-    EXPECT_EQ(brenvozulta_sim_call_text(0, text, sizeof text), 21u);
+    EXPECT_EQ(brenvozulta_sim_call_text(0, text, sizeof text), 21U);
     EXPECT_STREQ(text, "QXDR");
 }
 
@@ -57,16 +57,16 @@ TEST_F(Call_record_test, arguments_are_found_by_name)
     initialize();
     QXDR_SetLeds(open(), 1, 30, 1, 0);
     char value[32];
-    EXPECT_EQ(brenvozulta_sim_call_argument(2, "pattern", value, sizeof value), 2u);
+    EXPECT_EQ(brenvozulta_sim_call_argument(2, "pattern", value, sizeof value), 2U);
     EXPECT_STREQ(value, "30");
-    EXPECT_EQ(brenvozulta_sim_call_argument(2, "nothing", value, sizeof value), 0u);
-    EXPECT_EQ(brenvozulta_sim_call_argument(9, "pattern", value, sizeof value), 0u);
+    EXPECT_EQ(brenvozulta_sim_call_argument(2, "nothing", value, sizeof value), 0U);
+    EXPECT_EQ(brenvozulta_sim_call_argument(9, "pattern", value, sizeof value), 0U);
 }
 
 TEST_F(Call_record_test, a_call_under_way_is_there_but_not_finished)
 {
     ASSERT_TRUE(brenvozulta_sim_block("QXDR_Initialize"));
-    std::thread host([] { EXPECT_EQ(QXDR_Initialize(), 0u); });
+    std::thread host([] { EXPECT_EQ(QXDR_Initialize(), 0U); });
     ASSERT_TRUE(brenvozulta_sim_wait_blocked("QXDR_Initialize", 1, patience_ms));
     EXPECT_EQ(call_text(0), "QXDR_Initialize()");
     EXPECT_FALSE(brenvozulta_sim_wait_returned("QXDR_Initialize", 1, 0));
@@ -83,14 +83,14 @@ TEST_F(Call_record_test, clearing_starts_the_order_and_the_counts_again)
 {
     initialize();
     open();
-    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_OpenDevice"), 1u);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_OpenDevice"), 1U);
     brenvozulta_sim_clear_calls();
-    EXPECT_EQ(brenvozulta_sim_call_count(), 0u);
-    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_OpenDevice"), 0u);
+    EXPECT_EQ(brenvozulta_sim_call_count(), 0U);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_OpenDevice"), 0U);
     open();
     brenvozulta_sim_call call;
     ASSERT_TRUE(brenvozulta_sim_get_call(0, &call));
-    EXPECT_EQ(call.order, 1u);
+    EXPECT_EQ(call.order, 1U);
 }
 
 TEST_F(Call_record_test, a_call_that_was_cleared_while_under_way_is_not_counted_as_returned)
@@ -101,7 +101,7 @@ TEST_F(Call_record_test, a_call_that_was_cleared_while_under_way_is_not_counted_
     brenvozulta_sim_clear_calls();
     ASSERT_TRUE(brenvozulta_sim_unblock("QXDR_Initialize"));
     host.join();
-    EXPECT_EQ(brenvozulta_sim_call_count(), 0u);
+    EXPECT_EQ(brenvozulta_sim_call_count(), 0U);
     EXPECT_FALSE(brenvozulta_sim_wait_returned("QXDR_Initialize", 1, 0));
 }
 
@@ -110,11 +110,11 @@ TEST_F(Call_record_test, the_oldest_calls_go_when_there_are_too_many)
     for (int i = 0; i < 65'540; ++i) {
         QXDR_Release();
     }
-    EXPECT_EQ(brenvozulta_sim_call_count(), 65'536u);
+    EXPECT_EQ(brenvozulta_sim_call_count(), 65'536U);
     brenvozulta_sim_call call;
     ASSERT_TRUE(brenvozulta_sim_get_call(0, &call));
-    EXPECT_EQ(call.order, 5u);
-    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_Release"), 65'540u);
+    EXPECT_EQ(call.order, 5U);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_Release"), 65'540U);
     EXPECT_TRUE(brenvozulta_sim_wait_returned("QXDR_Release", 65'540, 0));
 }
 

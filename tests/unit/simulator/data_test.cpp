@@ -16,16 +16,16 @@ TEST_F(Data_test, the_same_information_by_handle_by_name_and_in_the_list)
     ASSERT_TRUE(brenvozulta_sim_set_version(scanner, -128, 127, 'z'));
     ASSERT_TRUE(brenvozulta_sim_set_port_type(scanner, 0xFFFFFFFF));
     DriverDeviceInfo by_name{};
-    ASSERT_EQ(QXDR_GetDeviceInfoSN(scanner, &by_name), 0u);
+    ASSERT_EQ(QXDR_GetDeviceInfoSN(scanner, &by_name), 0U);
     EXPECT_EQ(std::string(by_name.serial_number, 12), "123456789012");
     EXPECT_EQ(by_name.version_major, -128);
     EXPECT_EQ(by_name.version_minor, 127);
     EXPECT_EQ(by_name.version_revision, 'z');
-    EXPECT_EQ(by_name.port_type, 0xFFFFFFFFu);
+    EXPECT_EQ(by_name.port_type, 0xFFFFFFFFU);
     DriverDeviceInfo by_handle{};
-    ASSERT_EQ(QXDR_GetDeviceInfo(open(), &by_handle), 0u);
+    ASSERT_EQ(QXDR_GetDeviceInfo(open(), &by_handle), 0U);
     DriverDeviceEntry entry{};
-    ASSERT_EQ(QXDR_GetUsbInfo(brenvozulta_sim_handle(scanner), &entry), 0u);
+    ASSERT_EQ(QXDR_GetUsbInfo(brenvozulta_sim_handle(scanner), &entry), 0U);
     EXPECT_EQ(std::memcmp(&by_name, &by_handle, sizeof by_name), 0);
     EXPECT_EQ(std::memcmp(&by_name, &entry.info, sizeof by_name), 0);
 }
@@ -34,7 +34,7 @@ TEST_F(Data_test, the_default_version_is_2_5_b)
 {
     initialize();
     DriverDeviceInfo info{};
-    ASSERT_EQ(QXDR_GetDeviceInfoSN(scanner, &info), 0u);
+    ASSERT_EQ(QXDR_GetDeviceInfoSN(scanner, &info), 0U);
     EXPECT_EQ(info.version_major, 2);
     EXPECT_EQ(info.version_minor, 5);
     EXPECT_EQ(info.version_revision, 'b');
@@ -50,7 +50,7 @@ TEST_F(Data_test, raw_information_comes_back_byte_for_byte)
     }
     ASSERT_TRUE(brenvozulta_sim_set_device_info(scanner, raw));
     DriverDeviceInfo info{};
-    ASSERT_EQ(QXDR_GetDeviceInfo(open(), &info), 0u);
+    ASSERT_EQ(QXDR_GetDeviceInfo(open(), &info), 0U);
     EXPECT_EQ(std::memcmp(&info, raw, sizeof raw), 0);
     EXPECT_FALSE(brenvozulta_sim_set_device_info("nobody", raw));
     EXPECT_FALSE(brenvozulta_sim_set_serial_number(scanner, "1234567890123"));
@@ -63,16 +63,16 @@ TEST_F(Data_test, a_configuration_describes_itself_within_the_room_given)
     char description[128];
     std::memset(description, '#', sizeof description);
     std::uint8_t size = sizeof description;
-    ASSERT_EQ(QXDR_GetCaptureConfig(handle, 13, description, &size), 0u);
+    ASSERT_EQ(QXDR_GetCaptureConfig(handle, 13, description, &size), 0U);
     EXPECT_STREQ(description, "RQ7 roll 1608x1000");
     EXPECT_EQ(size, 18);
     EXPECT_EQ(description[19], '#');
     size = 3;
     std::memset(description, '#', sizeof description);
-    ASSERT_EQ(QXDR_GetCaptureConfig(handle, 13, description, &size), 0u);
+    ASSERT_EQ(QXDR_GetCaptureConfig(handle, 13, description, &size), 0U);
     EXPECT_EQ(std::string(description, 4), "RQ7#");
-    EXPECT_EQ(QXDR_GetCaptureConfig(handle, 14, description, &size), 12u);
-    EXPECT_EQ(QXDR_GetCaptureConfig(handle, 13, nullptr, &size), 1u);
+    EXPECT_EQ(QXDR_GetCaptureConfig(handle, 14, description, &size), 12U);
+    EXPECT_EQ(QXDR_GetCaptureConfig(handle, 13, nullptr, &size), 1U);
 }
 
 TEST_F(Data_test, a_description_of_128_bytes_has_no_terminator)
@@ -83,7 +83,7 @@ TEST_F(Data_test, a_description_of_128_bytes_has_no_terminator)
     char description[129];
     description[128] = '#';
     std::uint8_t size = 128;
-    ASSERT_EQ(QXDR_GetCaptureConfig(open(), 13, description, &size), 0u);
+    ASSERT_EQ(QXDR_GetCaptureConfig(open(), 13, description, &size), 0U);
     EXPECT_EQ(std::string(description, 129), bytes + "#");
     EXPECT_FALSE(brenvozulta_sim_set_config_description(99, bytes.data(), 1));
 }
@@ -95,17 +95,17 @@ TEST_F(Data_test, a_container_is_read_whole_or_from_its_beginning)
     ASSERT_TRUE(brenvozulta_sim_set_container(scanner, bytes.data(), bytes.size()));
     void* handle = open();
     std::uint32_t size = 0;
-    ASSERT_EQ(QXDR_GetContainerSize(handle, &size), 0u);
+    ASSERT_EQ(QXDR_GetContainerSize(handle, &size), 0U);
     EXPECT_EQ(size, bytes.size());
     std::string buffer(20, '#');
-    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), size), 0u);
+    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), size), 0U);
     EXPECT_EQ(buffer, bytes + "####");
     buffer.assign(20, '#');
-    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), 3), 0u);
+    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), 3), 0U);
     EXPECT_EQ(buffer, "cal#################");
-    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), size + 1), 8u);
-    EXPECT_EQ(QXDR_ReadContainer(handle, nullptr, size), 1u);
-    EXPECT_EQ(QXDR_GetContainerSize(handle, nullptr), 1u);
+    EXPECT_EQ(QXDR_ReadContainer(handle, buffer.data(), size + 1), 8U);
+    EXPECT_EQ(QXDR_ReadContainer(handle, nullptr, size), 1U);
+    EXPECT_EQ(QXDR_GetContainerSize(handle, nullptr), 1U);
 }
 
 TEST_F(Data_test, the_default_container_differs_between_scanners)
@@ -116,9 +116,9 @@ TEST_F(Data_test, the_default_container_differs_between_scanners)
     for (int i = 0; i < 2; ++i) {
         void* handle = open(i == 0 ? scanner : "second");
         std::uint32_t size = 0;
-        ASSERT_EQ(QXDR_GetContainerSize(handle, &size), 0u);
+        ASSERT_EQ(QXDR_GetContainerSize(handle, &size), 0U);
         containers[i].resize(size);
-        ASSERT_EQ(QXDR_ReadContainer(handle, containers[i].data(), size), 0u);
+        ASSERT_EQ(QXDR_ReadContainer(handle, containers[i].data(), size), 0U);
         EXPECT_EQ(containers[i].substr(0, 14), "RQ7 PARAMETERS");
     }
     EXPECT_NE(containers[0], containers[1]);
@@ -133,12 +133,12 @@ TEST_F(Data_test, a_snapshot_is_the_middle_of_an_image)
     ASSERT_TRUE(brenvozulta_sim_set_capture_config(5, "small", 4, 4));
     void* handle = open();
     std::vector<std::uint8_t> buffer(5, 99);
-    ASSERT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 5), 0u);
+    ASSERT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 5), 0U);
     EXPECT_THAT(buffer, testing::ElementsAre(5, 6, 9, 10, 99));
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 5, 4, 5), 8u);
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 0, 4, 5), 8u);
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 6), 12u);
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, nullptr, 2, 2, 5), 1u);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 5, 4, 5), 8U);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 0, 4, 5), 8U);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 6), 12U);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, nullptr, 2, 2, 5), 1U);
 }
 
 TEST_F(Data_test, given_snapshot_bytes_are_stored_whatever_is_asked_for)
@@ -147,10 +147,10 @@ TEST_F(Data_test, given_snapshot_bytes_are_stored_whatever_is_asked_for)
     ASSERT_TRUE(brenvozulta_sim_set_snapshot(scanner, "snap", 4));
     void* handle = open();
     char buffer[6] = "#####";
-    ASSERT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 0xFFFFFFFF, 0, 7), 0u);
+    ASSERT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 0xFFFFFFFF, 0, 7), 0U);
     EXPECT_STREQ(buffer, "snap#");
     ASSERT_TRUE(brenvozulta_sim_set_snapshot(scanner, nullptr, 0));
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 0xFFFFFFFF, 0, 1), 8u);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 0xFFFFFFFF, 0, 1), 8U);
 }
 
 // As for an image that cannot be drawn.

@@ -26,7 +26,7 @@ TEST_F(Debug_output_test, tells_why_a_scenario_cannot_be_used)
     set_environment("BRENVOZULTA_SCENARIO", R"({"frame_rate": -1})");
     void* const noting = AddVectoredExceptionHandler(1, note_debug_output);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(QXDR_Initialize(), 14u);
+    EXPECT_EQ(QXDR_Initialize(), 14U);
     RemoveVectoredExceptionHandler(noting);
     set_environment("BRENVOZULTA_SCENARIO", "");
     EXPECT_EQ(debug_output, "BrenvoZulta_USB: BRENVOZULTA_SCENARIO:1: frame_rate: is not from 0 to 1000\n");

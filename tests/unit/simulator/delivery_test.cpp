@@ -14,7 +14,7 @@ TEST_F(Delivery_test, without_a_callback_nothing_is_delivered)
 {
     initialize();
     EXPECT_FALSE(brenvozulta_sim_deliver(&image_, patience_ms, nullptr));
-    EXPECT_EQ(brenvozulta_sim_deliver_async(&image_), 0u);
+    EXPECT_EQ(brenvozulta_sim_deliver_async(&image_), 0U);
     EXPECT_FALSE(brenvozulta_sim_deliver(nullptr, 0, nullptr));
 }
 
@@ -23,7 +23,7 @@ TEST_F(Delivery_test, the_callback_gets_the_image_and_its_result_comes_back)
     initialize();
     int context = 0;
     start_capture();
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &context), 0u);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &context), 0U);
     EXPECT_EQ(brenvozulta_sim_callback_context(), &context);
     std::int32_t result = 0;
     ASSERT_TRUE(brenvozulta_sim_deliver(&image_, patience_ms, &result));
@@ -43,8 +43,8 @@ TEST_F(Delivery_test, the_last_registration_wins)
     int first = 0;
     int second = 0;
     start_capture();
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &first), 0u);
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &second), 0u);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &first), 0U);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, &second), 0U);
     ASSERT_TRUE(brenvozulta_sim_deliver(&image_, patience_ms, nullptr));
     EXPECT_EQ(Host::images().at(0).context, &second);
 }
@@ -78,7 +78,7 @@ TEST_F(Delivery_test, null_pixels_and_lying_sizes_are_passed_on)
 TEST_F(Delivery_test, while_nothing_captures_it_comes_on_a_thread_of_its_own)
 {
     initialize();
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0u);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0U);
     ASSERT_TRUE(brenvozulta_sim_deliver(&image_, patience_ms, nullptr));
     EXPECT_NE(Host::images().at(0).thread, brenvozulta_sim_thread_id());
     EXPECT_TRUE(brenvozulta_sim_wait_acquisition_threads(0, patience_ms));
@@ -88,13 +88,13 @@ TEST_F(Delivery_test, a_scanner_that_does_not_capture_cannot_be_named)
 {
     initialize();
     open();
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0u);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0U);
     brenvozulta_sim_image image = image_;
     image.scanner = scanner;
     EXPECT_FALSE(brenvozulta_sim_deliver(&image, patience_ms, nullptr));
     image.scanner = "nobody";
     EXPECT_FALSE(brenvozulta_sim_deliver(&image, patience_ms, nullptr));
-    EXPECT_EQ(brenvozulta_sim_deliver_next(nullptr), 0u);
+    EXPECT_EQ(brenvozulta_sim_deliver_next(nullptr), 0U);
 }
 
 TEST_F(Delivery_test, a_parked_callback_is_seen_and_images_queue_behind_it)
@@ -113,7 +113,7 @@ TEST_F(Delivery_test, a_parked_callback_is_seen_and_images_queue_behind_it)
     EXPECT_TRUE(brenvozulta_sim_wait_delivery_done(second, patience_ms, &result));
     EXPECT_EQ(result, 2);
     EXPECT_TRUE(brenvozulta_sim_wait_callbacks_inside(0, patience_ms));
-    EXPECT_EQ(brenvozulta_sim_callbacks_entered(), 2u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_entered(), 2U);
 }
 
 TEST_F(Delivery_test, the_next_image_of_the_source_can_be_asked_for)

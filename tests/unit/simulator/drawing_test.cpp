@@ -84,9 +84,9 @@ TEST_F(Drawing_test, a_snapshot_fails_and_the_driver_goes_on)
     void* const handle = open();
     std::vector<std::uint8_t> buffer(4);
     large_is_refused = true;
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 1), 16u);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 1), 16U);
     large_is_refused = false;
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 1), 0u);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer.data(), 2, 2, 1), 0U);
 }
 
 TEST_F(Drawing_test, an_image_is_lost_and_the_capture_goes_on)
@@ -99,7 +99,7 @@ TEST_F(Drawing_test, an_image_is_lost_and_the_capture_goes_on)
     large_is_refused = false;
     const std::uint64_t next = brenvozulta_sim_deliver_next(nullptr);
     EXPECT_TRUE(brenvozulta_sim_wait_delivery_done(next, patience_ms, nullptr));
-    EXPECT_EQ(Host::images().size(), 1u);
+    EXPECT_EQ(Host::images().size(), 1U);
 }
 
 TEST_F(Drawing_test, for_one_scanner_does_not_hold_up_another)
@@ -124,9 +124,9 @@ TEST_F(Drawing_test, is_waited_for_by_a_stop_whatever_its_patience)
     void* const handle = start_capture();
     hold_drawing(scanner);
     std::thread host([handle] {
-        EXPECT_EQ(QXDR_StopCapture(handle), 0u);
+        EXPECT_EQ(QXDR_StopCapture(handle), 0U);
         EXPECT_FALSE(large_is_held);
-        EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+        EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
     });
     EXPECT_TRUE(brenvozulta_sim_wait_called("QXDR_StopCapture", 1, patience_ms));
     EXPECT_FALSE(brenvozulta_sim_wait_returned("QXDR_StopCapture", 1, 20)) << "it did not wait";
@@ -145,7 +145,7 @@ TEST_F(Drawing_test, an_event_is_told_without_memory_for_its_thread)
 {
     events_heard = 0;
     initialize();
-    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(count_event), 0u);
+    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(count_event), 0U);
     ASSERT_TRUE(brenvozulta_sim_plug("second"));
     ASSERT_TRUE(brenvozulta_sim_wait_events_delivered(1, patience_ms));
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));

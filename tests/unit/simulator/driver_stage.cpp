@@ -35,16 +35,16 @@ void Driver_test::TearDown()
 void* Driver_test::open(const char* name)
 {
     void* handle = nullptr;
-    EXPECT_EQ(QXDR_OpenDevice(name, &handle), 0u);
+    EXPECT_EQ(QXDR_OpenDevice(name, &handle), 0U);
     return handle;
 }
 
 void* Driver_test::start_capture(const char* name, std::uint8_t config)
 {
     void* handle = open(name);
-    EXPECT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0u);
-    EXPECT_EQ(QXDR_SelectCaptureConfig(handle, config), 0u);
-    EXPECT_EQ(QXDR_StartCapture(handle), 0u);
+    EXPECT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0U);
+    EXPECT_EQ(QXDR_SelectCaptureConfig(handle, config), 0U);
+    EXPECT_EQ(QXDR_StartCapture(handle), 0U);
     return handle;
 }
 

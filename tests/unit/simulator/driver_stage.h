@@ -31,7 +31,7 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    static void initialize() { ASSERT_EQ(QXDR_Initialize(), 0u); }
+    static void initialize() { ASSERT_EQ(QXDR_Initialize(), 0U); }
     static void* open(const char* name = scanner);
     // Opens the scanner, registers the host's callback and starts a capture.
     static void* start_capture(const char* name = scanner, std::uint8_t config = 1);

@@ -33,7 +33,7 @@ std::vector<std::string> exported_names()
 TEST(Export_test, the_twenty_driver_functions_come_first)
 {
     const std::vector<std::string> names = exported_names();
-    ASSERT_GT(names.size(), 20u);
+    ASSERT_GT(names.size(), 20U);
     for (std::size_t i = 0; i < names.size(); ++i) {
         EXPECT_EQ(names[i].rfind("QXDR_", 0) == 0, i < 20) << names[i];
         EXPECT_EQ(brenvozulta_sim_fail(names[i].c_str(), 0, 0) == 1, i < 20) << names[i];

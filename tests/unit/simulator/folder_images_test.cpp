@@ -101,8 +101,8 @@ TEST_F(Folder_images_test, files_come_in_name_order_pixel_for_pixel_and_over_aga
     EXPECT_EQ(images[2].pixels, all);
     EXPECT_EQ(images[2].width, 32);
     EXPECT_EQ(images[3].pixels, images[0].pixels);
-    ASSERT_EQ(QXDR_StopCapture(handle), 0u);
-    ASSERT_EQ(QXDR_StartCapture(handle), 0u);
+    ASSERT_EQ(QXDR_StopCapture(handle), 0U);
+    ASSERT_EQ(QXDR_StartCapture(handle), 0U);
     deliver_next(1);
     EXPECT_EQ(Host::images().back().pixels, images[0].pixels) << "a new capture starts with the first image";
 }
@@ -116,7 +116,7 @@ TEST_F(Folder_images_test, colours_become_grey)
     start_capture();
     deliver_next(1);
     const Received_image image = Host::images().at(0);
-    ASSERT_EQ(image.pixels.size(), 3u);
+    ASSERT_EQ(image.pixels.size(), 3U);
     EXPECT_EQ(image.pixels[0], 255);
     EXPECT_EQ(image.pixels[1], 0);
     EXPECT_GT(image.pixels[2], 150) << "green is bright";

@@ -8,7 +8,7 @@ protected:
     static void listen()
     {
         initialize();
-        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0u);
+        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0U);
     }
 };
 
@@ -20,14 +20,14 @@ TEST_F(Hot_plug_test, plug_and_unplug_are_announced_on_driver_threads)
     ASSERT_TRUE(brenvozulta_sim_unplug("second"));
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     const auto events = Listener::events();
-    ASSERT_EQ(events.size(), 2u);
+    ASSERT_EQ(events.size(), 2U);
     EXPECT_EQ(events[0].code, driver_event_plugged);
     EXPECT_EQ(events[1].code, driver_event_unplugged);
     for (const Received_event& event : events) {
         EXPECT_EQ(event.driver_handle, handle);
         EXPECT_NE(event.thread, brenvozulta_sim_thread_id());
     }
-    EXPECT_EQ(brenvozulta_sim_events_delivered(), 2u);
+    EXPECT_EQ(brenvozulta_sim_events_delivered(), 2U);
 }
 
 TEST_F(Hot_plug_test, attach_and_remove_are_silent)
@@ -57,14 +57,14 @@ TEST_F(Hot_plug_test, the_listener_may_call_the_driver)
     initialize();
     ASSERT_EQ(QXDR_SetListenerCallbackHotPlug([](std::int32_t code, void* handle) {
                   DriverDeviceEntry entry{};
-                  EXPECT_EQ(QXDR_GetUsbInfo(handle, &entry), 0u);
+                  EXPECT_EQ(QXDR_GetUsbInfo(handle, &entry), 0U);
                   EXPECT_STREQ(entry.name, "second");
                   Listener::listen(code, handle);
               }),
-              0u);
+              0U);
     ASSERT_TRUE(brenvozulta_sim_plug("second"));
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
-    EXPECT_EQ(Listener::codes().size(), 1u);
+    EXPECT_EQ(Listener::codes().size(), 1U);
 }
 
 TEST_F(Hot_plug_test, without_a_listener_events_are_dropped)
@@ -72,18 +72,18 @@ TEST_F(Hot_plug_test, without_a_listener_events_are_dropped)
     initialize();
     ASSERT_TRUE(brenvozulta_sim_plug("second"));
     EXPECT_TRUE(brenvozulta_sim_wait_events_done(0));
-    EXPECT_EQ(brenvozulta_sim_events_delivered(), 0u);
+    EXPECT_EQ(brenvozulta_sim_events_delivered(), 0U);
 }
 
 TEST_F(Hot_plug_test, any_code_with_any_handle_can_be_sent_even_after_release)
 {
     listen();
-    ASSERT_EQ(QXDR_Release(), 0u);
+    ASSERT_EQ(QXDR_Release(), 0U);
     int anything = 0;
     brenvozulta_sim_send_event(-5, &anything);
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     const auto events = Listener::events();
-    ASSERT_EQ(events.size(), 1u);
+    ASSERT_EQ(events.size(), 1U);
     EXPECT_EQ(events[0].code, -5);
     EXPECT_EQ(events[0].driver_handle, &anything);
 }

@@ -36,7 +36,7 @@ protected:
     static void listen()
     {
         initialize();
-        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0u);
+        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0U);
     }
 
     static std::size_t images_now() { return Host::images().size(); }
@@ -54,11 +54,11 @@ TEST_F(Liberty_test, the_handle_of_a_scanner_that_is_gone_and_closed_can_come_ag
     ASSERT_TRUE(brenvozulta_sim_remove(scanner));
     ASSERT_TRUE(brenvozulta_sim_attach("second"));
     EXPECT_NE(brenvozulta_sim_handle("second"), opened) << "the host still holds it";
-    EXPECT_EQ(QXDR_CloseDevice(&first), 4u);
+    EXPECT_EQ(QXDR_CloseDevice(&first), 4U);
     ASSERT_TRUE(brenvozulta_sim_attach("third"));
     EXPECT_EQ(brenvozulta_sim_handle("third"), opened);
     DriverDeviceEntry entry{};
-    EXPECT_EQ(QXDR_GetUsbInfo(opened, &entry), 0u);
+    EXPECT_EQ(QXDR_GetUsbInfo(opened, &entry), 0U);
     EXPECT_STREQ(entry.name, "third");
     ASSERT_TRUE(brenvozulta_sim_attach(scanner));
     EXPECT_NE(brenvozulta_sim_handle(scanner), opened);
@@ -79,7 +79,7 @@ TEST_F(Liberty_test, a_release_closes_the_handles_of_scanners_that_are_gone)
     initialize();
     void* const first = open();
     ASSERT_TRUE(brenvozulta_sim_remove(scanner));
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
     ASSERT_TRUE(brenvozulta_sim_attach("second"));
     EXPECT_EQ(brenvozulta_sim_handle("second"), first);
 }
@@ -93,7 +93,7 @@ TEST_F(Liberty_test, a_handle_can_come_again_while_the_host_still_holds_it)
     ASSERT_TRUE(brenvozulta_sim_attach("second"));
     EXPECT_EQ(brenvozulta_sim_handle("second"), first);
     DriverDeviceInfo info{};
-    EXPECT_EQ(QXDR_GetDeviceInfo(first, &info), 19u) << "it is the second scanner's, which is not open";
+    EXPECT_EQ(QXDR_GetDeviceInfo(first, &info), 19U) << "it is the second scanner's, which is not open";
     EXPECT_FALSE(brenvozulta_sim_set_handle_reuse(3));
     EXPECT_FALSE(brenvozulta_sim_set_handle_reuse(-1));
 }
@@ -102,8 +102,8 @@ TEST_F(Liberty_test, a_second_initialize_can_be_refused)
 {
     load(R"({"reinitialize_result": 2})");
     initialize();
-    EXPECT_EQ(QXDR_Initialize(), 2u);
-    EXPECT_EQ(QXDR_Release(), 0u) << "the first one holds";
+    EXPECT_EQ(QXDR_Initialize(), 2U);
+    EXPECT_EQ(QXDR_Release(), 0U) << "the first one holds";
     initialize();
 }
 
@@ -113,9 +113,9 @@ TEST_F(Liberty_test, a_second_open_can_be_refused)
     initialize();
     void* handle = open();
     void* again = nullptr;
-    EXPECT_EQ(QXDR_OpenDevice(scanner, &again), 19u);
+    EXPECT_EQ(QXDR_OpenDevice(scanner, &again), 19U);
     EXPECT_EQ(again, nullptr);
-    EXPECT_EQ(QXDR_CloseDevice(&handle), 0u);
+    EXPECT_EQ(QXDR_CloseDevice(&handle), 0U);
     open();
 }
 
@@ -127,7 +127,7 @@ TEST_F(Liberty_test, an_image_can_come_before_the_start_of_the_capture_has_retur
     ASSERT_TRUE(brenvozulta_sim_block_return("QXDR_StartCapture"));
     auto host = std::async(std::launch::async, [] { start_capture(); });
     ASSERT_TRUE(brenvozulta_sim_wait_blocked("QXDR_StartCapture", 1, patience_ms));
-    ASSERT_EQ(images_now(), 1u);
+    ASSERT_EQ(images_now(), 1U);
     const Received_image image = Host::images().at(0);
     EXPECT_EQ(image.width, 3);
     EXPECT_EQ(image.height, 2);
@@ -144,7 +144,7 @@ TEST_F(Liberty_test, a_call_does_not_wait_for_ever_for_a_callback_that_its_image
     add_image(BRENVOZULTA_SIM_ON_RETURN, "QXDR_StartCapture", image_);
     initialize();
     start_capture();
-    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 1u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 1U);
 }
 
 TEST_F(Liberty_test, an_image_can_come_after_a_stop_and_after_a_close)
@@ -153,9 +153,9 @@ TEST_F(Liberty_test, an_image_can_come_after_a_stop_and_after_a_close)
     add_image(BRENVOZULTA_SIM_AFTER_CALL, "QXDR_CloseDevice", image_);
     initialize();
     void* handle = start_capture();
-    EXPECT_EQ(QXDR_StopCapture(handle), 0u);
+    EXPECT_EQ(QXDR_StopCapture(handle), 0U);
     EXPECT_TRUE(brenvozulta_sim_wait_callbacks_returned(1, patience_ms));
-    EXPECT_EQ(QXDR_CloseDevice(&handle), 0u);
+    EXPECT_EQ(QXDR_CloseDevice(&handle), 0U);
     EXPECT_TRUE(brenvozulta_sim_wait_callbacks_returned(2, patience_ms));
     EXPECT_EQ(Host::images().at(1).pixels, pixels_);
 }
@@ -169,7 +169,7 @@ TEST_F(Liberty_test, an_event_can_come_inside_a_call_on_the_callers_thread)
     void* const handle = open();
     EXPECT_EQ(handle, first) << "it was there when it was opened";
     const auto events = Listener::events();
-    ASSERT_EQ(events.size(), 2u) << "told before the call has returned";
+    ASSERT_EQ(events.size(), 2U) << "told before the call has returned";
     EXPECT_EQ(events[0].code, driver_event_plugged);
     EXPECT_EQ(events[0].driver_handle, brenvozulta_sim_handle("second"));
     EXPECT_EQ(events[1].code, driver_event_unplugged);
@@ -188,7 +188,7 @@ TEST_F(Liberty_test, what_happens_on_entry_comes_before_the_work)
     open();
     EXPECT_TRUE(Listener::events().empty());
     void* handle = nullptr;
-    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 5u);
+    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 5U);
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged));
 }
 
@@ -196,7 +196,7 @@ TEST_F(Liberty_test, an_event_on_the_entry_of_a_release_comes_before_the_silence
 {
     add(BRENVOZULTA_SIM_ON_ENTRY, "QXDR_Release", BRENVOZULTA_SIM_UNPLUG, scanner);
     listen();
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged));
 }
 
@@ -213,7 +213,7 @@ TEST_F(Liberty_test, an_event_can_come_late_when_its_handle_is_another_scanners)
     Listener::release();
     void* const first = opening.get();
     const auto events = Listener::events();
-    ASSERT_EQ(events.size(), 2u);
+    ASSERT_EQ(events.size(), 2U);
     EXPECT_EQ(events[0].code, driver_event_plugged);
     EXPECT_EQ(events[0].driver_handle, first);
     EXPECT_EQ(events[1].code, driver_event_unplugged);
@@ -236,7 +236,7 @@ TEST_F(Liberty_test, images_can_be_null_or_empty_or_of_another_size)
     EXPECT_TRUE(images[0].pixels.empty()) << "null";
     EXPECT_EQ(images[1].width, 0);
     EXPECT_EQ(images[1].height, 1500);
-    EXPECT_EQ(images[2].pixels.size(), 7u);
+    EXPECT_EQ(images[2].pixels.size(), 7U);
 }
 
 TEST_F(Liberty_test, a_call_can_return_late_after_its_work)
@@ -244,12 +244,12 @@ TEST_F(Liberty_test, a_call_can_return_late_after_its_work)
     ASSERT_TRUE(brenvozulta_sim_block_return("QXDR_Initialize"));
     auto host = std::async(std::launch::async, QXDR_Initialize);
     ASSERT_TRUE(brenvozulta_sim_wait_blocked("QXDR_Initialize", 1, patience_ms));
-    EXPECT_EQ(QXDR_Release(), 0u) << "its work is done";
+    EXPECT_EQ(QXDR_Release(), 0U) << "its work is done";
     brenvozulta_sim_call call{};
     ASSERT_TRUE(brenvozulta_sim_get_call(0, &call));
     EXPECT_FALSE(call.finished);
     ASSERT_TRUE(brenvozulta_sim_unblock("QXDR_Initialize"));
-    EXPECT_EQ(host.get(), 0u);
+    EXPECT_EQ(host.get(), 0U);
 }
 
 // Whose work gives way to others, as a stop's does, so that they look too early.
@@ -265,14 +265,14 @@ TEST_F(Liberty_test, who_waits_for_a_call_to_be_held_before_its_return_is_told)
     EXPECT_EQ(held.wait_for(std::chrono::milliseconds(patience_ms / 2)), std::future_status::ready);
     EXPECT_TRUE(held.get());
     ASSERT_TRUE(brenvozulta_sim_unblock("QXDR_StopCapture"));
-    EXPECT_EQ(host.get(), 0u);
+    EXPECT_EQ(host.get(), 0U);
 }
 
 TEST_F(Liberty_test, a_call_whose_return_is_delayed_takes_no_less)
 {
     load(R"({"faults": [{"function": "QXDR_Initialize", "return_delay_ms": 30}]})");
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(QXDR_Initialize(), 0u);
+    EXPECT_EQ(QXDR_Initialize(), 0U);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
     ASSERT_TRUE(brenvozulta_sim_set_return_delay("QXDR_Initialize", 0));
     EXPECT_FALSE(brenvozulta_sim_set_return_delay("QXDR_Nothing", 0));
@@ -299,15 +299,15 @@ TEST_P(Waiting_test, waits_for_the_callback_under_way)
     Host::park();
     ASSERT_TRUE(brenvozulta_sim_wait_delivery_begun(brenvozulta_sim_deliver_async(&image_), patience_ms));
     auto returned_before = std::async(std::launch::async, [handle] {
-        EXPECT_EQ(make_call(handle), 0u);
+        EXPECT_EQ(make_call(handle), 0U);
         return brenvozulta_sim_callbacks_returned();
     });
     ASSERT_TRUE(brenvozulta_sim_wait_called(GetParam(), 1, patience_ms));
     // Longer than the patience that it has by default.
     EXPECT_EQ(returned_before.wait_for(std::chrono::milliseconds(150)), std::future_status::timeout);
     Host::release();
-    EXPECT_EQ(returned_before.get(), 1u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(returned_before.get(), 1U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Stops, Waiting_test, testing::Values("QXDR_StopCapture", "QXDR_CloseDevice", "QXDR_Release"),
@@ -323,7 +323,7 @@ TEST_F(Liberty_test, a_callback_that_stops_its_own_capture_is_not_waited_for)
                       return static_cast<std::int32_t>(QXDR_StopCapture(context)) + 7;
                   },
                   handle),
-              0u);
+              0U);
     std::int32_t result = 0;
     ASSERT_TRUE(brenvozulta_sim_deliver(&image_, patience_ms, &result));
     EXPECT_EQ(result, 7);

@@ -39,10 +39,10 @@ protected:
         initialize();
         void* const handle = start_capture(letters.c_str());
         char container[10]{};
-        EXPECT_EQ(QXDR_ReadContainer(handle, container, 9), 0u);
+        EXPECT_EQ(QXDR_ReadContainer(handle, container, 9), 0U);
         EXPECT_STREQ(container, "container");
         char snapshot[5]{};
-        EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, snapshot, 1, 1, 1), 0u);
+        EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, snapshot, 1, 1, 1), 0U);
         EXPECT_STREQ(snapshot, "snap");
         ASSERT_TRUE(brenvozulta_sim_wait_delivery_done(brenvozulta_sim_deliver_next(nullptr), patience_ms, nullptr));
         EXPECT_THAT(Host::images().at(0).pixels, testing::ElementsAre(43));
@@ -71,8 +71,8 @@ TEST_F(Path_test, the_variable_is_a_scenario)
                         std::filesystem::u8path(folder_ + "/c " + letters + ".bin").generic_u8string() + R"("}}]})");
     initialize();
     std::uint32_t size = 0;
-    EXPECT_EQ(QXDR_GetContainerSize(open(letters.c_str()), &size), 0u);
-    EXPECT_EQ(size, 9u);
+    EXPECT_EQ(QXDR_GetContainerSize(open(letters.c_str()), &size), 0U);
+    EXPECT_EQ(size, 9U);
 }
 
 TEST_F(Path_test, messages_name_them)

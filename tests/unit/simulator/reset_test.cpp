@@ -13,7 +13,7 @@ protected:
     static void* open_listened()
     {
         initialize();
-        EXPECT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0u);
+        EXPECT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0U);
         return open();
     }
 
@@ -29,23 +29,23 @@ TEST_F(Reset_test, a_scanner_goes_and_comes_back_under_its_handle_and_open)
     void* handle = open_listened();
     const brenvozulta_sim_restart restart{1, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     wait_for_return();
     const auto events = Listener::events();
-    ASSERT_EQ(events.size(), 2u);
+    ASSERT_EQ(events.size(), 2U);
     EXPECT_EQ(events[0].code, driver_event_unplugged);
     EXPECT_EQ(events[1].code, driver_event_plugged);
     EXPECT_EQ(events[0].driver_handle, handle);
     EXPECT_EQ(events[1].driver_handle, handle);
     DriverDeviceInfo info{};
-    EXPECT_EQ(QXDR_GetDeviceInfo(handle, &info), 0u);
+    EXPECT_EQ(QXDR_GetDeviceInfo(handle, &info), 0U);
 }
 
 TEST_F(Reset_test, the_return_is_announced_while_the_listener_is_still_busy_with_the_removal)
 {
     void* handle = open_listened();
     Listener::hold([](const Received_event& event) { return event.code == driver_event_unplugged; });
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_events_delivered(1, patience_ms));
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged, driver_event_plugged));
 }
@@ -55,12 +55,12 @@ TEST_F(Reset_test, while_it_restarts_its_calls_fail_and_a_second_reset_joins_the
     void* handle = open_listened();
     const brenvozulta_sim_restart restart{3'600'000, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
     DriverDeviceInfo info{};
-    EXPECT_EQ(QXDR_GetDeviceInfo(handle, &info), 4u);
-    EXPECT_EQ(QXDR_GetDeviceInfoSN(scanner, &info), 5u);
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_GetDeviceInfo(handle, &info), 4U);
+    EXPECT_EQ(QXDR_GetDeviceInfoSN(scanner, &info), 5U);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged));
 }
@@ -70,7 +70,7 @@ TEST_F(Reset_test, a_restarting_scanner_that_is_pulled_is_not_announced_twice_an
     void* handle = open_listened();
     const brenvozulta_sim_restart restart{3'600'000, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     EXPECT_TRUE(brenvozulta_sim_unplug(scanner));
     ASSERT_TRUE(brenvozulta_sim_plug(scanner));
     EXPECT_NE(brenvozulta_sim_handle(scanner), handle);
@@ -85,11 +85,11 @@ TEST_F(Reset_test, a_restarting_scanner_that_is_removed_stays_away)
     void* second = open("second");
     brenvozulta_sim_restart restart{50, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     EXPECT_TRUE(brenvozulta_sim_remove(scanner));
     restart.delay_ms = 60;
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(second), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(second), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
     EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
 }
@@ -99,7 +99,7 @@ TEST_F(Reset_test, a_scanner_may_never_come_back)
     void* handle = open_listened();
     const brenvozulta_sim_restart restart{0, 0, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_unplugged));
     EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
@@ -111,7 +111,7 @@ TEST_F(Reset_test, the_return_alone_can_be_announced)
     void* handle = open_listened();
     const brenvozulta_sim_restart restart{1, 1, 0};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     wait_for_return();
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(driver_event_plugged));
 }
@@ -120,17 +120,17 @@ TEST_F(Reset_test, a_restart_ends_the_capture_and_clears_leds_and_configuration)
 {
     initialize();
     void* handle = start_capture(scanner, 13);
-    ASSERT_EQ(QXDR_SetLeds(handle, 1, 0x1E, 1, 0), 0u);
+    ASSERT_EQ(QXDR_SetLeds(handle, 1, 0x1E, 1, 0), 0U);
     const brenvozulta_sim_restart restart{1, 1, 1};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
     EXPECT_TRUE(brenvozulta_sim_wait_acquisition_threads(0, patience_ms));
     wait_for_return();
     brenvozulta_sim_leds leds{};
     ASSERT_TRUE(brenvozulta_sim_led_state(scanner, 1, &leds));
     EXPECT_EQ(leds.pattern, 0);
     EXPECT_EQ(brenvozulta_sim_selected_config(scanner), 1);
-    EXPECT_EQ(brenvozulta_sim_led_history_count(scanner), 1u);
+    EXPECT_EQ(brenvozulta_sim_led_history_count(scanner), 1U);
 }
 
 TEST_F(Reset_test, the_simulators_reset_brings_the_unconfigured_state_back)
@@ -141,16 +141,16 @@ TEST_F(Reset_test, the_simulators_reset_brings_the_unconfigured_state_back)
     ASSERT_TRUE(brenvozulta_sim_fail("QXDR_Release", 9, BRENVOZULTA_SIM_ALWAYS));
     void* const old = open();
     brenvozulta_sim_reset();
-    EXPECT_EQ(brenvozulta_sim_call_count(), 0u);
-    EXPECT_EQ(QXDR_Release(), 3u);
+    EXPECT_EQ(brenvozulta_sim_call_count(), 0U);
+    EXPECT_EQ(QXDR_Release(), 3U);
     initialize();
     std::int32_t count = 0;
     DriverDeviceEntry entries[driver_list_capacity]{};
-    ASSERT_EQ(QXDR_GetDevicesList(&count, entries), 0u);
+    ASSERT_EQ(QXDR_GetDevicesList(&count, entries), 0U);
     EXPECT_EQ(count, 1);
     EXPECT_EQ(entries[0].info.version_major, 2);
     DriverDeviceInfo info{};
-    EXPECT_EQ(QXDR_GetDeviceInfo(old, &info), 10u);
+    EXPECT_EQ(QXDR_GetDeviceInfo(old, &info), 10U);
 }
 
 TEST_F(Reset_test, the_simulators_reset_waits_for_a_listener)
@@ -163,7 +163,7 @@ TEST_F(Reset_test, the_simulators_reset_waits_for_a_listener)
                   Listener::listen(code, driver_handle);
                   listened = true;
               }),
-              0u);
+              0U);
     Listener::hold([](const Received_event&) { return true; });
     ASSERT_TRUE(brenvozulta_sim_plug("second"));
     ASSERT_TRUE(brenvozulta_sim_wait_listener_inside(1, patience_ms));
@@ -188,11 +188,11 @@ TEST_F(Reset_test, a_callback_parked_through_the_simulators_reset_touches_nothin
     Host::park();
     ASSERT_TRUE(brenvozulta_sim_wait_delivery_begun(brenvozulta_sim_deliver_async(&image), patience_ms));
     brenvozulta_sim_reset();
-    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 1u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_inside(), 0U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 1U);
     Host::release();
     EXPECT_TRUE(brenvozulta_sim_wait_acquisition_threads(0, patience_ms));
-    EXPECT_EQ(brenvozulta_sim_callbacks_returned(), 0u);
+    EXPECT_EQ(brenvozulta_sim_callbacks_returned(), 0U);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ protected:
     static DriverDeviceInfo info(const char* name)
     {
         DriverDeviceInfo found{};
-        EXPECT_EQ(QXDR_GetDeviceInfoSN(name, &found), 0u);
+        EXPECT_EQ(QXDR_GetDeviceInfoSN(name, &found), 0U);
         return found;
     }
 
@@ -31,7 +31,7 @@ protected:
     {
         char text[128]{};
         std::uint8_t size = sizeof text;
-        EXPECT_EQ(QXDR_GetCaptureConfig(handle, config, text, &size), 0u);
+        EXPECT_EQ(QXDR_GetCaptureConfig(handle, config, text, &size), 0U);
         return text;
     }
 };
@@ -53,7 +53,7 @@ TEST_F(Scenario_test, scanners_with_all_they_can_have)
     initialize();
     std::int32_t count = 0;
     DriverDeviceEntry entries[driver_list_capacity]{};
-    ASSERT_EQ(QXDR_GetDevicesList(&count, entries), 0u);
+    ASSERT_EQ(QXDR_GetDevicesList(&count, entries), 0U);
     ASSERT_EQ(count, 2);
     EXPECT_STREQ(entries[0].name, "A");
     EXPECT_STREQ(entries[1].name, "B");
@@ -61,12 +61,12 @@ TEST_F(Scenario_test, scanners_with_all_they_can_have)
     EXPECT_EQ(info("A").version_major, -128);
     EXPECT_EQ(info("A").version_minor, 127);
     EXPECT_EQ(info("A").version_revision, 'z');
-    EXPECT_EQ(info("A").port_type, 4294967295u);
+    EXPECT_EQ(info("A").port_type, 4294967295U);
     EXPECT_EQ(info("B").serial_number[0], '\0');
     EXPECT_EQ(info("B").version_revision, '\0');
     std::uint32_t size = 0;
-    EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0u);
-    EXPECT_EQ(size, 100u);
+    EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0U);
+    EXPECT_EQ(size, 100U);
     EXPECT_FALSE(brenvozulta_sim_is_attached("C"));
     EXPECT_TRUE(brenvozulta_sim_attach("C"));
 }
@@ -77,7 +77,7 @@ TEST_F(Scenario_test, an_empty_list_of_scanners_is_an_empty_bus)
     initialize();
     std::int32_t count = 0;
     DriverDeviceEntry entries[driver_list_capacity]{};
-    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 5u);
+    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 5U);
 }
 
 TEST_F(Scenario_test, configurations_are_changed_added_and_taken_away)
@@ -90,7 +90,7 @@ TEST_F(Scenario_test, configurations_are_changed_added_and_taken_away)
     void* handle = start_capture(scanner, 7);
     EXPECT_EQ(description(handle, 1), "changed");
     EXPECT_EQ(description(handle, 7), "added");
-    EXPECT_EQ(QXDR_SelectCaptureConfig(handle, 13), 6u);
+    EXPECT_EQ(QXDR_SelectCaptureConfig(handle, 13), 6U);
     ASSERT_TRUE(brenvozulta_sim_wait_delivery_done(brenvozulta_sim_deliver_next(nullptr), patience_ms, nullptr));
     EXPECT_EQ(Host::images().at(0).width, 20);
     EXPECT_EQ(Host::images().at(0).height, 10);
@@ -115,17 +115,17 @@ TEST_F(Scenario_test, faults_delays_and_the_list_count)
     initialize();
     std::int32_t count = 0;
     DriverDeviceEntry entries[driver_list_capacity]{};
-    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 18u);
-    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 0u);
+    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 18U);
+    EXPECT_EQ(QXDR_GetDevicesList(&count, entries), 0U);
     EXPECT_EQ(count, -1);
     void* handle = open();
-    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 9u);
-    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 9u);
-    EXPECT_EQ(QXDR_StopCapture(handle), 19u);
-    EXPECT_EQ(QXDR_CloseDevice(&handle), 7u);
+    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 9U);
+    EXPECT_EQ(QXDR_OpenDevice(scanner, &handle), 9U);
+    EXPECT_EQ(QXDR_StopCapture(handle), 19U);
+    EXPECT_EQ(QXDR_CloseDevice(&handle), 7U);
     EXPECT_EQ(handle, nullptr);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(20));
 }
 
@@ -136,8 +136,8 @@ TEST_F(Scenario_test, restart_and_firmware)
                           "fail_at_byte": 4, "fail_result": 15, "reset_result": 11}})");
     initialize();
     void* handle = open();
-    EXPECT_EQ(QXDR_UpdateFirmware(handle, "12345", 5), 15u);
-    EXPECT_EQ(QXDR_UpdateFirmware(handle, "1234", 4), 0u);
+    EXPECT_EQ(QXDR_UpdateFirmware(handle, "12345", 5), 15U);
+    EXPECT_EQ(QXDR_UpdateFirmware(handle, "1234", 4), 0U);
     EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
 }
 
@@ -152,9 +152,9 @@ TEST_F(Scenario_test, files_are_found_from_the_scenarios_folder)
     initialize();
     void* handle = open("A");
     char buffer[8]{};
-    EXPECT_EQ(QXDR_ReadContainer(handle, buffer, 7), 0u);
+    EXPECT_EQ(QXDR_ReadContainer(handle, buffer, 7), 0U);
     EXPECT_STREQ(buffer, "content");
-    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 1, 2, 3), 0u);
+    EXPECT_EQ(QXDR_GetSnapshotAcquisition(handle, buffer, 1, 2, 3), 0U);
     EXPECT_EQ(std::string(buffer, 4), "snap");
 }
 
@@ -165,7 +165,7 @@ TEST_F(Scenario_test, the_environments_scenario_is_read_once_and_not_over_a_load
     set_environment(variable, folder + "/s.json");
     initialize();
     ASSERT_TRUE(brenvozulta_sim_attach("B"));
-    ASSERT_EQ(QXDR_Release(), 0u);
+    ASSERT_EQ(QXDR_Release(), 0U);
     initialize();
     open("B");
     brenvozulta_sim_reset();
@@ -179,15 +179,15 @@ TEST_F(Scenario_test, the_environment_may_hold_the_scenario_itself)
     const std::string message = "BRENVOZULTA_SCENARIO:1: scanners[0].name: has 0 characters, not 1 to 559";
     set_environment(variable, R"({"scanners": [{"name": ""}]})");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(QXDR_Initialize(), 14u);
+    EXPECT_EQ(QXDR_Initialize(), 14U);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "BrenvoZulta_USB: " + message + "\n");
     const std::string container = std::filesystem::path(make_folder() + "/container.bin").generic_string();
     write_file(container, "content");
     set_environment(variable, R"({"scanners": [{"name": "A", "container": {"file": ")" + container + R"("}}]})");
     initialize();
     std::uint32_t size = 0;
-    EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0u);
-    EXPECT_EQ(size, 7u);
+    EXPECT_EQ(QXDR_GetContainerSize(open("A"), &size), 0U);
+    EXPECT_EQ(size, 7U);
 }
 
 TEST_F(Scenario_test, the_environments_scenario_may_begin_with_blanks)
@@ -200,8 +200,8 @@ TEST_F(Scenario_test, the_environments_scenario_may_begin_with_blanks)
 TEST_F(Scenario_test, a_fault_of_initialize_meets_the_call_that_reads_it)
 {
     set_environment(variable, R"({"faults": [{"function": "QXDR_Initialize", "result": 9, "times": 1}]})");
-    EXPECT_EQ(QXDR_Initialize(), 9u);
-    EXPECT_EQ(QXDR_Release(), 3u) << "it did nothing";
+    EXPECT_EQ(QXDR_Initialize(), 9U);
+    EXPECT_EQ(QXDR_Release(), 3U) << "it did nothing";
     initialize();
 }
 
@@ -217,20 +217,20 @@ TEST_F(Scenario_test, a_bad_scenario_makes_initialize_fail_until_it_is_right)
     const std::string path = make_folder() + "/s.json";
     set_environment(variable, path);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(QXDR_Initialize(), 14u);
+    EXPECT_EQ(QXDR_Initialize(), 14U);
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr(path + ":1: cannot read"));
     write_file(path, "{\n \"frame_rate\": -1}");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(QXDR_Initialize(), 14u);
+    EXPECT_EQ(QXDR_Initialize(), 14U);
     const std::string message = path + ":2: frame_rate: is not from 0 to 1000";
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "BrenvoZulta_USB: " + message + "\n");
     char stored[512];
     brenvozulta_sim_last_error(stored, sizeof stored);
     EXPECT_EQ(stored, message);
-    EXPECT_EQ(QXDR_Release(), 3u);
+    EXPECT_EQ(QXDR_Release(), 3U);
     write_file(path, "{}");
-    EXPECT_EQ(QXDR_Initialize(), 0u);
-    EXPECT_EQ(brenvozulta_sim_last_error(stored, sizeof stored), 0u);
+    EXPECT_EQ(QXDR_Initialize(), 0U);
+    EXPECT_EQ(brenvozulta_sim_last_error(stored, sizeof stored), 0U);
 }
 
 TEST_F(Scenario_test, loading_replaces_scanners_and_ends_their_captures)
@@ -239,7 +239,7 @@ TEST_F(Scenario_test, loading_replaces_scanners_and_ends_their_captures)
     void* handle = start_capture();
     load(R"({"scanners": [{"name": "A"}], "frame_rate": 0})");
     EXPECT_TRUE(brenvozulta_sim_wait_acquisition_threads(0, patience_ms));
-    EXPECT_EQ(QXDR_StopCapture(handle), 4u);
+    EXPECT_EQ(QXDR_StopCapture(handle), 4U);
     open("A");
 }
 

@@ -15,7 +15,7 @@ protected:
         initialize();
         brenvozulta_sim_set_stop_patience(1);
         void* const handle = start_capture();
-        EXPECT_NE(brenvozulta_sim_deliver_next(nullptr), 0u);
+        EXPECT_NE(brenvozulta_sim_deliver_next(nullptr), 0U);
         EXPECT_FALSE(brenvozulta_sim_wait_callbacks_entered(1, moment_ms));
         return handle;
     }
@@ -25,7 +25,7 @@ protected:
     static void listen()
     {
         initialize();
-        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0u);
+        ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0U);
     }
 
     const std::vector<std::uint8_t> pixels_{1};
@@ -34,35 +34,35 @@ protected:
 
 TEST_F(Silence_test, a_stop_waits_for_a_thread_that_draws)
 {
-    EXPECT_EQ(QXDR_StopCapture(start_drawing()), 0u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(QXDR_StopCapture(start_drawing()), 0U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
 }
 
 TEST_F(Silence_test, a_close_waits_for_a_thread_that_draws)
 {
     void* handle = start_drawing();
-    EXPECT_EQ(QXDR_CloseDevice(&handle), 0u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(QXDR_CloseDevice(&handle), 0U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
 }
 
 TEST_F(Silence_test, a_release_waits_for_a_thread_that_draws_also_for_a_scanner_that_is_gone)
 {
     start_drawing();
     ASSERT_TRUE(brenvozulta_sim_remove(scanner));
-    EXPECT_EQ(QXDR_Release(), 0u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
 }
 
 TEST_F(Silence_test, a_release_ends_deliveries_that_no_capture_carries)
 {
     initialize();
     brenvozulta_sim_set_stop_patience(patience_ms);
-    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0u);
+    ASSERT_EQ(QXDR_SetCallbackAcquisition(Host::callback, nullptr), 0U);
     for (int i = 0; i < 10; ++i) {
-        ASSERT_NE(brenvozulta_sim_deliver_async(&image_), 0u);
+        ASSERT_NE(brenvozulta_sim_deliver_async(&image_), 0U);
     }
-    EXPECT_EQ(QXDR_Release(), 0u);
-    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
+    EXPECT_EQ(brenvozulta_sim_acquisition_threads(), 0U);
     EXPECT_EQ(brenvozulta_sim_callbacks_entered(), brenvozulta_sim_callbacks_returned());
 }
 
@@ -74,7 +74,7 @@ TEST_F(Silence_test, after_a_release_no_event_that_was_queued_is_told)
     brenvozulta_sim_send_event(1, nullptr);
     ASSERT_TRUE(brenvozulta_sim_wait_listener_inside(1, patience_ms));
     brenvozulta_sim_send_event(2, nullptr);
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
     Listener::release();
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     EXPECT_THAT(Listener::codes(), testing::ElementsAre(1));
@@ -88,19 +88,19 @@ TEST_F(Silence_test, a_release_waits_for_the_listener)
     brenvozulta_sim_send_event(1, nullptr);
     ASSERT_TRUE(brenvozulta_sim_wait_listener_inside(1, patience_ms));
     auto delivered_before = std::async(std::launch::async, [] {
-        EXPECT_EQ(QXDR_Release(), 0u);
+        EXPECT_EQ(QXDR_Release(), 0U);
         return brenvozulta_sim_events_delivered();
     });
     ASSERT_TRUE(brenvozulta_sim_wait_called("QXDR_Release", 1, patience_ms));
     Listener::release();
-    EXPECT_EQ(delivered_before.get(), 1u);
+    EXPECT_EQ(delivered_before.get(), 1U);
 }
 
 TEST_F(Silence_test, a_release_inside_the_listener_does_not_wait_for_itself)
 {
     initialize();
     brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
-    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug([](std::int32_t, void*) { EXPECT_EQ(QXDR_Release(), 0u); }), 0u);
+    ASSERT_EQ(QXDR_SetListenerCallbackHotPlug([](std::int32_t, void*) { EXPECT_EQ(QXDR_Release(), 0U); }), 0U);
     ASSERT_TRUE(brenvozulta_sim_unplug(scanner));
     EXPECT_TRUE(brenvozulta_sim_wait_returned("QXDR_Release", 1, patience_ms));
     EXPECT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
@@ -109,7 +109,7 @@ TEST_F(Silence_test, a_release_inside_the_listener_does_not_wait_for_itself)
 TEST_F(Silence_test, after_a_release_a_scanner_comes_without_a_word)
 {
     listen();
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_Release(), 0U);
     ASSERT_TRUE(brenvozulta_sim_plug("second"));
     EXPECT_TRUE(brenvozulta_sim_is_attached("second"));
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
@@ -122,8 +122,8 @@ TEST_F(Silence_test, after_a_release_a_scanner_that_restarted_comes_back_without
     void* const handle = open();
     const brenvozulta_sim_restart restart{30, 1, 0};
     ASSERT_TRUE(brenvozulta_sim_set_restart(&restart));
-    EXPECT_EQ(QXDR_ResetDevice(handle), 0u);
-    EXPECT_EQ(QXDR_Release(), 0u);
+    EXPECT_EQ(QXDR_ResetDevice(handle), 0U);
+    EXPECT_EQ(QXDR_Release(), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_attached(scanner, patience_ms));
     ASSERT_TRUE(brenvozulta_sim_wait_events_done(patience_ms));
     EXPECT_TRUE(Listener::codes().empty());
@@ -135,7 +135,7 @@ TEST_F(Silence_test, a_delivery_that_is_over_keeps_no_pixels)
     initialize();
     ASSERT_EQ(QXDR_SetCallbackAcquisition(
                   [](const std::uint8_t*, std::uint16_t, std::uint16_t, void*) { return std::int32_t{0}; }, nullptr),
-              0u);
+              0U);
     const std::vector<std::uint8_t> pixels(std::size_t{32} << 20, 7);
     const brenvozulta_sim_image image = small_image(pixels, 32768);
     const std::size_t before = memory_in_use();

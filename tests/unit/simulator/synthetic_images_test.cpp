@@ -19,7 +19,7 @@ protected:
             const std::uint64_t ticket = brenvozulta_sim_deliver_next(nullptr);
             EXPECT_TRUE(brenvozulta_sim_wait_delivery_done(ticket, patience_ms, nullptr));
         }
-        EXPECT_EQ(QXDR_StopCapture(handle), 0u);
+        EXPECT_EQ(QXDR_StopCapture(handle), 0U);
         return Host::images();
     }
 
@@ -102,7 +102,7 @@ TEST_F(Synthetic_images_test, the_smallest_image_can_be_drawn)
 {
     initialize();
     ASSERT_TRUE(brenvozulta_sim_set_capture_config(5, "tiny", 1, 1));
-    EXPECT_EQ(images(1, 5, 2).at(1).pixels.size(), 1u);
+    EXPECT_EQ(images(1, 5, 2).at(1).pixels.size(), 1U);
     EXPECT_FALSE(brenvozulta_sim_set_capture_config(5, "none", 0, 1));
     EXPECT_FALSE(brenvozulta_sim_set_capture_config(5, "huge", 65535, 65535));
 }

@@ -5,14 +5,14 @@ namespace {
 
 class Timeline_test : public Driver_test {
 protected:
-    static void listen() { ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0u); }
+    static void listen() { ASSERT_EQ(QXDR_SetListenerCallbackHotPlug(Listener::listen), 0U); }
 };
 
 TEST_F(Timeline_test, scanners_come_and_go_by_the_clock_in_order)
 {
     initialize();
     listen();
-    ASSERT_EQ(QXDR_Release(), 0u);
+    ASSERT_EQ(QXDR_Release(), 0U);
     ASSERT_TRUE(brenvozulta_sim_add_timeline(60, nullptr, 0, 0, "second"));
     ASSERT_TRUE(brenvozulta_sim_add_timeline(30, nullptr, 0, 1, "second"));
     ASSERT_TRUE(brenvozulta_sim_add_timeline(90, nullptr, 0, 0, scanner));
@@ -32,12 +32,12 @@ TEST_F(Timeline_test, a_scanner_goes_after_a_number_of_calls)
     listen();
     void* handle = start_capture();
     ASSERT_TRUE(brenvozulta_sim_is_attached(scanner));
-    ASSERT_EQ(QXDR_StopCapture(handle), 0u);
-    EXPECT_EQ(QXDR_StartCapture(handle), 0u);
+    ASSERT_EQ(QXDR_StopCapture(handle), 0U);
+    EXPECT_EQ(QXDR_StartCapture(handle), 0U);
     ASSERT_TRUE(brenvozulta_sim_wait_events_delivered(1, patience_ms));
     EXPECT_FALSE(brenvozulta_sim_is_attached(scanner));
     EXPECT_FALSE(brenvozulta_sim_is_capturing(scanner));
-    EXPECT_EQ(QXDR_StopCapture(handle), 4u);
+    EXPECT_EQ(QXDR_StopCapture(handle), 4U);
 }
 
 TEST_F(Timeline_test, initialize_starts_it_over)
@@ -46,7 +46,7 @@ TEST_F(Timeline_test, initialize_starts_it_over)
     initialize();
     ASSERT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
     ASSERT_TRUE(brenvozulta_sim_remove("second"));
-    ASSERT_EQ(QXDR_Release(), 0u);
+    ASSERT_EQ(QXDR_Release(), 0U);
     initialize();
     EXPECT_TRUE(brenvozulta_sim_wait_attached("second", patience_ms));
 }
@@ -78,7 +78,7 @@ TEST_F(Timeline_test, release_stops_it)
 {
     ASSERT_TRUE(brenvozulta_sim_add_timeline(0, "QXDR_Release", 1, 1, "second"));
     initialize();
-    ASSERT_EQ(QXDR_Release(), 0u);
+    ASSERT_EQ(QXDR_Release(), 0U);
     EXPECT_FALSE(brenvozulta_sim_wait_attached("second", 30));
 }
 

@@ -10,7 +10,7 @@
 namespace simulator_test {
 namespace {
 
-TEST(Version_resource, says_what_the_file_is)
+TEST(Version_resource_test, says_what_the_file_is)
 {
     DWORD ignored = 0;
     std::vector<char> resource(GetFileVersionInfoSizeA("BrenvoZulta_USB.dll", &ignored));

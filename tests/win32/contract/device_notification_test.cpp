@@ -36,9 +36,9 @@ protected:
 
 TEST_F(Device_notification_contract_test, the_records_layout)
 {
-    EXPECT_EQ(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A), 32u);
-    EXPECT_EQ(offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), 28u);
-    EXPECT_EQ(offsetof(DEV_BROADCAST_HDR, dbch_devicetype), 4u);
+    EXPECT_EQ(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A), 32U);
+    EXPECT_EQ(offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), 28U);
+    EXPECT_EQ(offsetof(DEV_BROADCAST_HDR, dbch_devicetype), 4U);
     EXPECT_EQ(DBT_DEVICEARRIVAL, 0x8000);
     EXPECT_EQ(DBT_DEVICEREMOVECOMPLETE, 0x8004);
 }

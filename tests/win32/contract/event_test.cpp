@@ -124,7 +124,7 @@ TEST_F(Event_contract_test, a_sent_message_ends_the_wait_for_it)
     EXPECT_EQ(wait_for_event_or_message(INFINITE), DWORD{WAIT_OBJECT_0 + 1});
     // It is there until it is handled, for every wait.
     EXPECT_EQ(wait_for_event_or_message(0), DWORD{WAIT_OBJECT_0 + 1});
-    EXPECT_EQ(recorder().handler_of(sent_message), 0u);
+    EXPECT_EQ(recorder().handler_of(sent_message), 0U);
     EXPECT_FALSE(handle_sent_messages());
     EXPECT_EQ(recorder().handler_of(sent_message), GetCurrentThreadId());
     EXPECT_EQ(wait_for_event_or_message(0), DWORD{WAIT_TIMEOUT});

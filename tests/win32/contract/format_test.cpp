@@ -32,9 +32,9 @@ void expect(const Formatted& formatted, const std::string& text)
 
 TEST(Format_contract_test, integers)
 {
-    expect(format("%d %i %u", -5, 7, 3000000000u), "-5 7 3000000000");
-    expect(format("%ld %lu", INT32_MIN, 4294967295u), "-2147483648 4294967295");
-    expect(format("%x %X %lx %lX", 255, 255, 0xABCDEFu, 0xABCDEFu), "ff FF abcdef ABCDEF");
+    expect(format("%d %i %u", -5, 7, 3000000000U), "-5 7 3000000000");
+    expect(format("%ld %lu", INT32_MIN, 4294967295U), "-2147483648 4294967295");
+    expect(format("%x %X %lx %lX", 255, 255, 0xABCDEFU, 0xABCDEFU), "ff FF abcdef ABCDEF");
     expect(format("%#x %#X %#x", 255, 255, 0), "0xff 0XFF 0x0");
     expect(format("%hu %hd", 999, -9), "999 -9");
     expect(format("%I64d %I64u %I64x", INT64_C(-1234567890123), UINT64_C(12345678901234), INT64_C(0xabcdef012345)),
@@ -96,7 +96,7 @@ TEST(Format_contract_test, text_is_cut_at1023_characters)
     EXPECT_EQ(format("%s", (full + "y").c_str()).text, full);
     EXPECT_EQ(format("%s", std::string(5000, 'x').c_str()).text, full);
     EXPECT_EQ(format((full + "tail").c_str()).text, full);
-    EXPECT_EQ(format("%1500d", 5).text.size(), 1023u);
+    EXPECT_EQ(format("%1500d", 5).text.size(), 1023U);
     // A line that is cut loses its line end.
     EXPECT_EQ(format("%s%d\r\n", std::string(1020, 'y').c_str(), 12345).text, std::string(1020, 'y') + "123");
     EXPECT_EQ(format("%s\r\n", std::string(1022, 'y').c_str()).text, std::string(1022, 'y') + "\r");

@@ -72,11 +72,11 @@ TEST_F(Message_contract_test, a_posted_message_is_dispatched_to_its_window)
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
     }
     EXPECT_TRUE(PostMessageA(window, first_message, 5, -6));
-    EXPECT_EQ(recorder().handler_of(first_message), 0u);
+    EXPECT_EQ(recorder().handler_of(first_message), 0U);
     ASSERT_EQ(GetMessageA(&message, nullptr, first_message, first_message), 1);
     EXPECT_EQ(message.hwnd, window);
     EXPECT_EQ(message.message, first_message);
-    EXPECT_EQ(message.wParam, 5u);
+    EXPECT_EQ(message.wParam, 5U);
     EXPECT_EQ(message.lParam, -6);
     EXPECT_FALSE(TranslateMessage(&message));
     recorder().answer(first_message, 42);
@@ -98,7 +98,7 @@ TEST_F(Message_contract_test, the_quit_comes_behind_everything_posted)
     EXPECT_EQ(message.message, second_message);
     EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
     EXPECT_EQ(message.message, UINT{WM_QUIT});
-    EXPECT_EQ(message.wParam, 3u);
+    EXPECT_EQ(message.wParam, 3U);
     EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
 }
 
@@ -107,7 +107,7 @@ TEST_F(Message_contract_test, a_posted_quit_message_ends_a_loop_too)
     MSG message;
     EXPECT_TRUE(PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 9, 0));
     EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
-    EXPECT_EQ(message.wParam, 9u);
+    EXPECT_EQ(message.wParam, 9U);
 }
 
 TEST_F(Message_contract_test, peeking_leaves_or_takes_a_message)
@@ -179,7 +179,7 @@ TEST_F(Message_contract_test, threads_have_numbers_of_their_own)
 {
     DWORD other = 0;
     std::thread([&] { other = GetCurrentThreadId(); }).join();
-    EXPECT_NE(other, 0u);
+    EXPECT_NE(other, 0U);
     EXPECT_NE(other, GetCurrentThreadId());
     EXPECT_EQ(GetCurrentThreadId(), GetCurrentThreadId());
 }
@@ -203,8 +203,8 @@ TEST_F(Message_contract_test, the_last_error_belongs_to_the_thread)
     set_here = true;
     const DWORD here = GetLastError();
     other.join();
-    EXPECT_EQ(here, 5u);
-    EXPECT_EQ(there, 7u);
+    EXPECT_EQ(here, 5U);
+    EXPECT_EQ(there, 7U);
 }
 
 }  // namespace

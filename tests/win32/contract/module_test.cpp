@@ -29,7 +29,7 @@ TEST(Module_contract_test, the_executables_path)
     EXPECT_EQ(length, std::strlen(path));
     EXPECT_NE(std::string(path).find("win32_contract_tests"), std::string::npos);
     SetLastError(0);
-    EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 5u);
+    EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 5U);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
 }
 
@@ -55,7 +55,7 @@ TEST(Resource_contract_test, a_resource_is_found_under_either_spelling_of_its_ty
     for (const char* const type : {"contract_raw", "CONTRACT_RAW"}) {
         const HRSRC found = FindResourceA(self, MAKEINTRESOURCEA(101), type);
         ASSERT_NE(found, nullptr);
-        EXPECT_EQ(SizeofResource(self, found), 8u);
+        EXPECT_EQ(SizeofResource(self, found), 8U);
         const HGLOBAL loaded = LoadResource(self, found);
         ASSERT_NE(loaded, nullptr);
         const void* const bytes = LockResource(loaded);

@@ -63,7 +63,7 @@ TEST(Wide_text_contract_test, without_a_buffer_the_size_is_counted)
 {
     size_t size = 0;
     EXPECT_EQ(wcstombs_s(&size, nullptr, 0, L"abc", 0), 0);
-    EXPECT_EQ(size, 4u);
+    EXPECT_EQ(size, 4U);
 }
 
 TEST(Time_contract_test, the_day_of_a_time_text_has_two_digits)

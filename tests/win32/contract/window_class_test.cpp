@@ -31,7 +31,7 @@ protected:
 
 TEST_F(Window_class_contract_test, the_record_has80_bytes)
 {
-    EXPECT_EQ(sizeof(WNDCLASSEXA), 80u);
+    EXPECT_EQ(sizeof(WNDCLASSEXA), 80U);
 }
 
 // Seen under Wine only: that the case of the letters does not matter follows from the documentation of atoms alone.

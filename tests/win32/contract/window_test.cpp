@@ -44,7 +44,7 @@ TEST_F(Window_contract_test, a_refused_first_message_fails_the_creation)
 {
     recorder().answer(WM_NCCREATE, FALSE);
     EXPECT_EQ(create_recorder_window(), nullptr);
-    EXPECT_EQ(recorder().handler_of(WM_CREATE), 0u);
+    EXPECT_EQ(recorder().handler_of(WM_CREATE), 0U);
     EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), nullptr);
 }
 
@@ -53,7 +53,7 @@ TEST_F(Window_contract_test, a_refused_creation_message_fails_the_creation)
 {
     recorder().answer(WM_CREATE, -1);
     EXPECT_EQ(create_recorder_window(), nullptr);
-    EXPECT_NE(recorder().handler_of(WM_NCDESTROY), 0u);
+    EXPECT_NE(recorder().handler_of(WM_NCDESTROY), 0U);
     EXPECT_EQ(FindWindowExA(nullptr, nullptr, contract::class_name, nullptr), nullptr);
 }
 
@@ -88,7 +88,7 @@ TEST_F(Window_contract_test, a_destroyed_window_is_refused_everywhere)
     SetLastError(0);
     EXPECT_FALSE(PostMessageA(window, WM_CLOSE, 0, 0));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
-    EXPECT_EQ(GetWindowThreadProcessId(window, nullptr), 0u);
+    EXPECT_EQ(GetWindowThreadProcessId(window, nullptr), 0U);
 }
 
 // Seen under Wine only: that its windows end with a thread is documented, that their procedures are not called is not.
@@ -98,7 +98,7 @@ TEST_F(Window_contract_test, a_threads_windows_end_with_it)
     std::thread([&] { window = create_recorder_window(); }).join();
     EXPECT_NE(window, nullptr);
     EXPECT_FALSE(IsWindow(window));
-    EXPECT_EQ(recorder().handler_of(WM_DESTROY), 0u);
+    EXPECT_EQ(recorder().handler_of(WM_DESTROY), 0U);
 }
 
 // Seen under Wine only: the error is not documented.

@@ -59,9 +59,9 @@ TEST_P(Failing_test, an_ordered_failure_gives_the_failure_value_and_the_error)
     if (call.by_errno) {
         EXPECT_EQ(errno, 1234);
     } else if (!call.by_result) {
-        EXPECT_EQ(GetLastError(), 1234u);
+        EXPECT_EQ(GetLastError(), 1234U);
     }
-    EXPECT_EQ(win32_double::calls(call.function), 1u);
+    EXPECT_EQ(win32_double::calls(call.function), 1U);
 }
 
 MSG message{};
@@ -218,9 +218,9 @@ TEST_F(Failure_orders_test, calls_are_counted_until_cleared)
     Beep(1000, 1);
     win32_double::fail("Beep");
     Beep(1000, 1);
-    EXPECT_EQ(win32_double::calls("Beep"), 2u);
+    EXPECT_EQ(win32_double::calls("Beep"), 2U);
     win32_double::clear();
-    EXPECT_EQ(win32_double::calls("Beep"), 0u);
+    EXPECT_EQ(win32_double::calls("Beep"), 0U);
 }
 
 TEST_F(Failure_orders_test, an_unknown_function_is_an_error_of_the_test)

@@ -18,7 +18,7 @@ TEST(Modules_test, a_shared_object_is_loaded_found_and_freed_under_its_module_na
     ASSERT_NE(answer, nullptr);
     EXPECT_EQ(answer(), 42);
     char path[4096];
-    EXPECT_NE(GetModuleFileNameA(loaded, path, sizeof path), 0u);
+    EXPECT_NE(GetModuleFileNameA(loaded, path, sizeof path), 0U);
     EXPECT_NE(std::strstr(path, "libwin32_double_sample.so"), nullptr);
     EXPECT_TRUE(FreeLibrary(loaded));
     EXPECT_EQ(GetModuleHandleA("win32_double_sample.dll"), nullptr);
@@ -62,7 +62,7 @@ TEST(Resources_test, a_module_has_the_resources_that_were_registered_for_it)
     // A module that is loaded anew registers again; its bytes lie elsewhere then.
     win32_double_register_resource("owner.dll", "kind", 7, "second", 6);
     EXPECT_EQ(FindResourceA(owner, MAKEINTRESOURCEA(7), "kind"), found);
-    EXPECT_EQ(SizeofResource(owner, found), 6u);
+    EXPECT_EQ(SizeofResource(owner, found), 6U);
     EXPECT_EQ(std::memcmp(LockResource(LoadResource(owner, found)), "second", 6), 0);
 
     win32_double::remove_module("owner.dll");

@@ -103,8 +103,8 @@ TEST_F(System_events_test, a_broadcast_has_been_handled_when_it_returns)
 TEST_F(System_events_test, a_device_event_reaches_the_windows_registered_for_its_class)
 {
     const std::string name = "\\\\?\\USB#VID_1A2B&PID_00FF#1#{a5dcbf10-6530-11d2-901f-00c04fb951ed}";
-    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, usb_devices, name), 1u);
-    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, other_devices, name), 0u);
+    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, usb_devices, name), 1U);
+    EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, other_devices, name), 0U);
     EXPECT_EQ(
         events,
         (std::vector<Event>{{WM_DEVICECHANGE, DBT_DEVICEARRIVAL, name, static_cast<DWORD>(28 + name.size() + 1)}}));
@@ -125,11 +125,11 @@ TEST(Beeps_test, are_recorded_in_order_and_forgotten_by_clear)
     EXPECT_TRUE(Beep(1000, 200));
     EXPECT_TRUE(Beep(800, 600));
     const auto tones = win32_double::beeps();
-    ASSERT_EQ(tones.size(), 2u);
-    EXPECT_EQ(tones[0].frequency, 1000u);
-    EXPECT_EQ(tones[0].duration, 200u);
-    EXPECT_EQ(tones[1].frequency, 800u);
-    EXPECT_EQ(tones[1].duration, 600u);
+    ASSERT_EQ(tones.size(), 2U);
+    EXPECT_EQ(tones[0].frequency, 1000U);
+    EXPECT_EQ(tones[0].duration, 200U);
+    EXPECT_EQ(tones[1].frequency, 800U);
+    EXPECT_EQ(tones[1].duration, 600U);
     win32_double::clear();
     EXPECT_TRUE(win32_double::beeps().empty());
 }

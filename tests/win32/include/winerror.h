@@ -39,4 +39,4 @@
 #define E_OUTOFMEMORY ((HRESULT)0x8007000E)
 #define SUCCEEDED(result) (((HRESULT)(result)) >= 0)
 #define FAILED(result) (((HRESULT)(result)) < 0)
-#define HRESULT_FROM_WIN32(code) ((HRESULT)((code) == 0 ? 0u : (((DWORD)(code)&0x0000FFFFu) | 0x80070000u)))
+#define HRESULT_FROM_WIN32(code) ((HRESULT)((code) == 0 ? 0U : (((DWORD)(code)&0x0000FFFFU) | 0x80070000U)))
