@@ -9,6 +9,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 EXAMPLES = ROOT / "examples"
+TESTS = ROOT / "tests" / "bindings"
 BINARIES = pathlib.Path(os.environ["VYRA_BINARIES"])  # where the libraries were built
 NAME = "Dáktylos 7"
 WIDTH, HEIGHT = 1600, 1500
@@ -36,6 +37,7 @@ class Stage(unittest.TestCase):
     def scenario(self, **fields):
         """The environment of a program that finds this scenario."""
         text = {"scanners": [{"name": NAME, "serial_number": "RQ7000000042", "version": "3.1.c"}],
+                "idle_stop_result": 4,  # a start of video then makes no pause
                 "images": {"source": "folder", "folder": str(self.folder / "images")}, **fields}
         return dict(os.environ, BRENVOZULTA_SCENARIO=json.dumps(text))
 
@@ -43,6 +45,11 @@ class Stage(unittest.TestCase):
         """As above; the scanner goes half a second after the first capture starts, and comes back."""
         after = {"after_call": {"function": "QXDR_StartCapture", "count": 1}}
         return self.scenario(timeline=[{**after, "at_ms": 500, "unplug": NAME}, {**after, "at_ms": 1000, "plug": NAME}])
+
+    def file(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        return str(path)
 
     def run_to_end(self, command, environment):
         # To files: Node.js does not take Wine's pipes.

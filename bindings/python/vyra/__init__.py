@@ -8,7 +8,7 @@
 
 All methods may be called from any thread. One library works in a process at a time, and one of its scanners delivers
 images: the one that was opened last. Callbacks run on threads of the library's and delay what comes after them: they must
-return soon and not wait for another thread that is inside this module.
+return soon and not wait for another thread that is inside this module. What they raise goes to sys.unraisablehook.
 """
 import atexit
 import ctypes
@@ -20,15 +20,16 @@ import time
 from typing import Callable, Iterator, List, NamedTuple, Optional, Tuple
 
 from . import _interface
-from ._interface import (CALIBRATION_HEIGHT, CALIBRATION_WIDTH, LOG_ALL, LOG_OFF, LOG_TRACE, MODE_FLAT, MODE_ROLL,
-                         TONE_DOUBLE, TONE_LONG, TONE_LOW, TONE_SHORT)
+from ._interface import (CALIBRATION_HEIGHT, CALIBRATION_WIDTH, LED_LIT_1, LED_LIT_2, LED_LIT_3, LED_OFF, LOG_ALL, LOG_OFF,
+                         LOG_TRACE, MODE_FLAT, MODE_ROLL, TONE_DOUBLE, TONE_LONG, TONE_LOW, TONE_SHORT)
 
-__all__ = ["CALIBRATION_HEIGHT", "CALIBRATION_WIDTH", "Capabilities", "DeviceInfo", "Error", "Image", "LOG_ALL", "LOG_OFF",
-           "LOG_TRACE", "Leds", "Library", "MODE_FLAT", "MODE_ROLL", "SIMULATOR", "Scanner", "ScannerGone", "Subscription",
-           "TONE_DOUBLE", "TONE_LONG", "TONE_LOW", "TONE_SHORT", "Video"]
+__all__ = ["CALIBRATION_HEIGHT", "CALIBRATION_WIDTH", "Capabilities", "DeviceInfo", "Error", "Image", "LED_LIT_1", "LED_LIT_2",
+           "LED_LIT_3", "LED_OFF", "LOG_ALL", "LOG_OFF", "LOG_TRACE", "Leds", "Library", "MODE_FLAT", "MODE_ROLL", "SIMULATOR",
+           "Scanner", "ScannerGone", "Subscription", "TONE_DOUBLE", "TONE_LONG", "TONE_LOW", "TONE_SHORT", "Video"]
 
 _FOLDER = pathlib.Path(__file__).resolve().parent
 _POLL_S = 0.002
+_CLOSE_TRIES = 12  # each waits up to 5 s for a library that is busy
 
 #: The simulated driver library of this package, for Library(driver=SIMULATOR).
 SIMULATOR = str(_FOLDER / "simulator" / "BrenvoZulta_USB.dll")
@@ -74,7 +75,8 @@ class _Functions:
 
 _loaded: Optional[_Functions] = None
 _working = threading.Lock()  # held by the library that is initialized
-# The driver keeps the addresses of callbacks beyond the end of what it was told for: they stay for the process's life.
+# What the library may still call or write into stays for the process's life: callbacks, whose addresses the driver keeps,
+# and the buffers of a scanner that could not be closed.
 _kept: list = []
 
 
@@ -95,7 +97,7 @@ class Capabilities(NamedTuple):
 
 
 class Leds(NamedTuple):
-    """The LEDs in three groups, of which the first that is on is shown. A position is 0 (off) or 1 to 3 (lit)."""
+    """The LEDs in three groups, of which the first that is on is shown. A position is LED_OFF or LED_LIT_1 to LED_LIT_3."""
     group_a: Tuple[int, ...] = (0, 0, 0, 0)
     group_b: Tuple[int, ...] = (0, 0, 0, 0)
     group_c: Tuple[int, ...] = (0, 0)
@@ -154,40 +156,59 @@ class Video:
     def __init__(self, scanner: "Scanner", mode: int, requests: int, size: Tuple[int, int]):
         self._scanner = scanner
         self._functions = scanner._functions
-        self._pending: dict = {}
+        self._calls = threading.RLock()
+        self._requests = requests
+        self._pending: dict = {}  # number of a request: its buffer
         self._next = 0
+        self._restarts = scanner._restarts
         self.width, self.height = size
         _check("VyraBrenvoStartVideo", self._functions.VyraBrenvoStartVideo(scanner.handle, mode, 0))
         self._running = True
         try:
-            for _ in range(requests):
-                self._submit()
+            self._submit_missing()
         except BaseException:
             self.close()
             raise
 
-    def _submit(self) -> None:
-        buffer = (ctypes.c_uint8 * (self.width * self.height))()
-        number = self._next
-        self._next += 1
-        self._pending[number] = buffer
-        status = self._functions.VyraSubmitVideoRequest(self._scanner.handle, buffer, number)
-        if status != _interface.OK:
-            del self._pending[number]
-            _check("VyraSubmitVideoRequest", status)
+    def _submit_missing(self) -> None:
+        while len(self._pending) < self._requests:
+            buffer = (ctypes.c_uint8 * (self.width * self.height))()
+            number = self._next
+            self._next += 1
+            self._pending[number] = buffer
+            status = self._functions.VyraSubmitVideoRequest(self._scanner.handle, buffer, number)
+            if status != _interface.OK:
+                del self._pending[number]
+                _check("VyraSubmitVideoRequest", status)
+
+    def _refuse_endless_wait(self) -> None:
+        scanner = self._scanner
+        if scanner.gone:
+            raise ScannerGone("VyraGetVideoResult", _interface.DEVICE_UNAVAIL, "The scanner was unplugged")
+        if scanner._restarts != self._restarts:
+            raise RuntimeError("this video ended with the scanner's restart: close it and start it anew")
+        if scanner._library._last_opened is not scanner:
+            raise RuntimeError(f'"{scanner.name}" delivers no images, since another scanner was opened: open it anew')
 
     def poll(self) -> Optional[Image]:
-        """The oldest image that is ready, or None; at once. Raises ScannerGone when the scanner was unplugged."""
-        buffer, number = ctypes.c_void_p(), ctypes.c_uint64()
-        status = self._functions.VyraGetVideoResult(self._scanner.handle, ctypes.byref(buffer), ctypes.byref(number))
-        if status == _interface.VIDEO_TIMEOUT:
-            if self._scanner.gone:
-                raise ScannerGone("VyraGetVideoResult", _interface.DEVICE_UNAVAIL, "The scanner was unplugged")
-            return None
-        _check("VyraGetVideoResult", status)
-        image = Image(self.width, self.height, self._pending.pop(number.value))
-        self._submit()
-        return image
+        """The oldest image that is ready, or None; at once. Raises ScannerGone when the scanner was unplugged, RuntimeError
+        when no image can come: the video was closed, the scanner restarted, or another one opened since."""
+        with self._calls:
+            if not self._running:
+                raise RuntimeError("this video was closed")
+            self._submit_missing()
+            buffer, number = ctypes.c_void_p(), ctypes.c_uint64()
+            status = self._functions.VyraGetVideoResult(self._scanner.handle, ctypes.byref(buffer), ctypes.byref(number))
+            if status == _interface.VIDEO_TIMEOUT:
+                self._refuse_endless_wait()
+                return None
+            _check("VyraGetVideoResult", status)
+            image = Image(self.width, self.height, self._pending.pop(number.value))
+            try:
+                self._submit_missing()
+            except Error:
+                pass  # the next poll tells; this image is not to be lost for it
+            return image
 
     def wait(self, timeout: Optional[float] = None, stop: Optional[threading.Event] = None) -> Optional[Image]:
         """The next image. Raises TimeoutError after timeout seconds; returns None as soon as stop is set."""
@@ -210,13 +231,15 @@ class Video:
 
     def close(self) -> None:
         """Stops the capture; the requests are dropped. Waits for an image that is being copied."""
-        if not self._running:
-            return
-        self._running = False
-        self._scanner._video = None
-        status = self._functions.VyraStopVideo(self._scanner.handle)
-        # After a refusal too, no request is served any more.
-        self._pending.clear()
+        with self._calls:
+            if not self._running:
+                return
+            self._running = False
+            self._scanner._video = None
+            status = self._functions.VyraStopVideo(self._scanner.handle)
+            if status != _interface.OK:
+                self._scanner._unreturned.append(self._pending)  # it may not have stopped: the library's until the close
+            self._pending = {}
         if not self._scanner.gone:
             _check("VyraStopVideo", status)
 
@@ -234,9 +257,16 @@ class Scanner:
         self._library = library
         self._functions = library._functions
         self._video: Optional[Video] = None
+        self._unreturned: list = []  # buffers that are the library's until the scanner is closed
+        self._restarting = False
+        self._restarts = 0
         self.name = name
         self.gone = False
+        self.handle = _interface.NO_HANDLE
         handle = ctypes.c_uint32(_interface.NO_HANDLE)
+        for other in library._scanners:
+            if other.handle == len(library._scanners):
+                raise RuntimeError(f'opening "{name}" would displace "{other.name}": close scanners in reverse order of opening')
         library._scanners.append(self)  # from now on its unplugging is heard of
         try:
             _check("VyraOpenDevice", self._functions.VyraOpenDevice(_encoded(name), ctypes.byref(handle)))
@@ -244,6 +274,23 @@ class Scanner:
             library._scanners.remove(self)
             raise
         self.handle = handle.value
+        library._last_opened = self
+
+    def _notice(self, plugged: bool) -> None:
+        # The driver tells of a restart as of any other going and coming: the first of the two events belongs to it.
+        of_restart, self._restarting = self._restarting, False
+        if not plugged and not of_restart:
+            self.gone = True
+
+    def _restart(self, function: str, *arguments) -> None:
+        self._restarting = True
+        status = getattr(self._functions, function)(self.handle, *arguments)
+        if status == _interface.OK:
+            self._restarts += 1
+        else:
+            self._restarting = False
+            self.gone = self.gone or status == _interface.DEVICE_UNAVAIL
+        _check(function, status)
 
     def info(self) -> DeviceInfo:
         record = _interface.DeviceInfo()
@@ -285,7 +332,7 @@ class Scanner:
         _check("VyraBrenvoSetBuzzer", self._functions.VyraBrenvoSetBuzzer(self.handle, tone, None, None))
 
     def parameters(self) -> bytes:
-        """The parameter container."""
+        """The parameter container that the scanner stores; its layout is the driver's."""
         size = ctypes.c_uint32()
         _check("VyraBrenvoZultaGetGlobalParamSize",
                self._functions.VyraBrenvoZultaGetGlobalParamSize(self.handle, size))
@@ -294,9 +341,27 @@ class Scanner:
                self._functions.VyraBrenvoZultaReadGlobalParam(self.handle, buffer, size.value))
         return bytes(buffer)
 
+    def calibration(self) -> Image:
+        """The flat-field image of the scanner's model."""
+        buffer = (ctypes.c_uint8 * _interface.CALIBRATION_SIZE)()
+        _check("VyraBrenvoZultaReadUniformityBuffers",
+               self._functions.VyraBrenvoZultaReadUniformityBuffers(self.handle, buffer, _interface.CALIBRATION_SIZE))
+        return Image(CALIBRATION_WIDTH, CALIBRATION_HEIGHT, buffer)
+
+    def snapshot(self, size: int, a: int = 0, b: int = 0, c: int = 0) -> bytes:
+        """One image beside video. The three values are the driver's own, and with them how many bytes it writes: size must
+        be as many at least, since the library is not told it."""
+        buffer = (ctypes.c_uint8 * size)()
+        _check("VyraBrenvoZultaGetSnapshotAcquisition",
+               self._functions.VyraBrenvoZultaGetSnapshotAcquisition(self.handle, buffer, a, b, c))
+        return bytes(buffer)
+
     def wait_for_change(self) -> bool:
-        """Blocks, without a limit, until a scanner comes or goes or is closed: False when this one is unplugged. Belongs
-        on a thread of its own; closing the library ends it."""
+        """Blocks, without a limit, until a scanner comes or goes or is closed, or the system sleeps: False when this one is
+        unplugged. One change ends one wait, and one that nobody waited for ends the next. Belongs on a daemon thread;
+        closing the library ends it. Raises RuntimeError when this scanner was closed."""
+        if self not in self._library._scanners:
+            raise RuntimeError(f'"{self.name}" was closed')
         status = self._functions.VyraGetStatus(self.handle)
         if status == _interface.DEVICE_UNAVAIL:
             return False
@@ -304,12 +369,14 @@ class Scanner:
         return True
 
     def reset(self) -> None:
-        """Restarts the scanner and waits up to 2 s for its return."""
-        _check("VyraBusReset_N", self._functions.VyraBusReset_N(self.handle))
+        """Restarts the scanner and waits up to 2 s for its return, while which every other call waits. It stays open, with
+        its LEDs off; its video ends. Raises ScannerGone when it does not come back."""
+        self._restart("VyraBusReset_N")
 
     def load_firmware(self, image: bytes) -> None:
-        """Blocks for as long as the transfer takes; every other call that waits longer than 5 s fails meanwhile."""
-        _check("VyraPutMemory", self._functions.VyraPutMemory(self.handle, bytes(image), len(image)))
+        """Loads a firmware image and restarts the scanner, without waiting for its return; its video ends. Blocks for as long
+        as the transfer takes; every other call that waits longer than 5 s fails meanwhile."""
+        self._restart("VyraPutMemory", bytes(image), len(image))
 
     def video(self, mode: int = MODE_FLAT, requests: int = 4, size: Optional[Tuple[int, int]] = None) -> Video:
         """Starts a capture, which takes 200 ms. requests, 1 to 8: images that can arrive before one is fetched. size is
@@ -325,16 +392,27 @@ class Scanner:
         return self._video
 
     def close(self) -> None:
-        """Stops its video and closes the scanner. What the driver refuses counts as closed too."""
-        if self not in self._library._scanners:
+        """Stops its video and closes the scanner. What the driver refuses counts as closed too. While another call holds the
+        library, this waits, up to a minute."""
+        try:
+            self._library._scanners.remove(self)
+        except ValueError:
             return
         try:
             if self._video:
                 self._video.close()
         except Error:
             pass  # the close ends the capture in any case
-        self._library._scanners.remove(self)
-        _check("VyraCloseDevice_N", self._functions.VyraCloseDevice_N(self.handle))
+        status = _interface.INTERNAL
+        for _ in range(_CLOSE_TRIES):
+            status = self._functions.VyraCloseDevice_N(self.handle)
+            if status not in (_interface.INTERNAL, _interface.OUT_OF_RESOURCE):
+                break
+        else:
+            _kept.append(self._unreturned)
+        self._unreturned = []
+        self.handle = _interface.NO_HANDLE
+        _check("VyraCloseDevice_N", status)
 
     def __enter__(self) -> "Scanner":
         return self
@@ -360,6 +438,8 @@ class Library:
             raise RuntimeError("the library works already in this process: close it first")
         self._open = False
         self._scanners: List[Scanner] = []
+        self._last_opened: Optional[Scanner] = None
+        self._subscriptions: List[Subscription] = []
         self._on_plug = on_plug
         try:
             _loaded = _loaded or _Functions(path, driver)
@@ -379,8 +459,8 @@ class Library:
     def _plugged(self, _event: int, name: bytes, plugged: int) -> int:
         text = _decoded(name)
         for scanner in list(self._scanners):
-            if scanner.name.casefold() == text.casefold() and not plugged:
-                scanner.gone = True
+            if scanner.name.casefold() == text.casefold():
+                scanner._notice(plugged != 0)
         if self._on_plug:
             self._on_plug(text, plugged != 0)
         return 0
@@ -407,21 +487,27 @@ class Library:
         return _info(record)
 
     def on_usb(self, vendor: int, product: int, callback: Callable[[bool], None]) -> Subscription:
-        """callback(plugged) for every arrival and removal of a USB device with these identifiers. One subscription for a
-        pair, nine in all."""
+        """callback(plugged) for every arrival and removal of a USB device with these identifiers, until the subscription or
+        the library is closed. One subscription for a pair, nine in all."""
         kept = _interface.VyraUsbEventCallback(lambda _v, _p, event: callback(event == _interface.USB_PLUGGED))
         _kept.append(kept)
         if not self._functions.SubscribeToUsbEvent(vendor, product, kept):
             raise RuntimeError(f"{vendor:04x}:{product:04x} is subscribed already, or nine pairs are")
-        return Subscription(lambda: self._functions.UnSubscribeToUsbEvent(vendor, product))
+        return self._subscription(lambda: self._functions.UnSubscribeToUsbEvent(vendor, product))
 
     def on_power(self, callback: Callable[[bool], None]) -> Subscription:
-        """callback(asleep) when the system is about to sleep and when it has resumed. Ten subscriptions in all."""
+        """callback(asleep) when the system is about to sleep and when it has resumed, until the subscription or the library
+        is closed. Ten subscriptions in all."""
         kept = _interface.VyraPowerEventCallback(lambda event: callback(event == _interface.POWER_SLEEP))
         _kept.append(kept)
         if not self._functions.SubscribeToPowerEvent(kept):
             raise RuntimeError("ten power subscriptions exist already")
-        return Subscription(lambda: self._functions.UnsubscribeToPowerEvent(kept))
+        return self._subscription(lambda: self._functions.UnsubscribeToPowerEvent(kept))
+
+    def _subscription(self, end: Callable[[], None]) -> Subscription:
+        subscription = Subscription(end)
+        self._subscriptions.append(subscription)
+        return subscription
 
     def close(self) -> None:
         """Closes the scanners, the one opened last first, and terminates the library."""
@@ -430,6 +516,8 @@ class Library:
         self._open = False
         atexit.unregister(self.close)
         try:
+            for subscription in self._subscriptions:  # those of power would outlive the library
+                subscription.close()
             for scanner in reversed(list(self._scanners)):
                 try:
                     scanner.close()
