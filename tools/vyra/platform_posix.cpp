@@ -39,8 +39,10 @@ Interrupt_listener::Interrupt_listener()
     struct sigaction action = {};
     action.sa_handler = wake_up;  // no SA_RESTART: a question that waits for its answer ends as well
     sigaction(wake_up_signal, &action, nullptr);
-    // A reader that goes away is noticed as a failed write, which ends the command in order.
+    // A reader that goes away, and a file that may not grow, are noticed as failed writes, which end the command in
+    // order.
     signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
     thread_ = std::thread([signals, first = pthread_self()] {
         int number = 0;
         while (sigwait(&signals, &number) == 0 && number != end_signal) {
