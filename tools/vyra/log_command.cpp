@@ -1,8 +1,6 @@
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <deque>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -12,9 +10,9 @@
 #include "interrupt.h"
 #include "library_log.h"
 #include "log_files.h"
+#include "log_printer.h"
 #include "option_values.h"
 #include "output.h"
-#include "status_text.h"
 
 namespace vyra_tool {
 namespace {
@@ -22,8 +20,8 @@ namespace {
 const char* const log_guide =
     R"(Prints the log that the library writes when a host asks for it (vyra does with
 --log all), from its older generation on, oldest line first. A line that comes again and
-again is printed once, with the number of times and the time of the last. Times are
-those of the computer's clock. A line whose pieces stood between those of others, since
+again is printed once, with the number of times and the time of the last; --follow counts
+what it has just shown until something else comes. Times are those of the computer's clock. A line whose pieces stood between those of others, since
 all programs write to the same file, is marked with a ~: its time and thread may be
 another line's. Without --tail and --since the last 50 lines are printed.
 
@@ -44,13 +42,6 @@ struct Log_options {
     std::size_t tail = default_tail;  // 0: all
     bool tail_given = false;
     std::string since;
-};
-
-// A line and how often it came.
-struct Repeated_line {
-    Log_entry entry;
-    std::size_t times = 1;
-    std::string until;
 };
 
 std::string local_time_text(std::time_t time)
@@ -109,90 +100,6 @@ std::string parse_since(const std::string& text)
     return since;
 }
 
-std::string text_of(const Repeated_line& line)
-{
-    std::string text = line.entry.time.empty() ? "(no time)" : line.entry.time;
-    std::replace(text.begin(), text.end(), 'T', ' ');
-    text += line.entry.mixed ? " ~" : "  ";
-    text += line.entry.thread ? "thread " + std::to_string(*line.entry.thread) : "(no thread)";
-    text += "  " + line.entry.message;
-    if (line.times > 1) {
-        text += "  (" + std::to_string(line.times) + " times, the last at " +
-                line.until.substr(std::min<std::size_t>(line.until.size(), 11)) + ")";
-    }
-    return text;
-}
-
-nlohmann::ordered_json json_of(const Repeated_line& line)
-{
-    nlohmann::ordered_json object = {{"time", line.entry.time}, {"thread", nullptr}, {"message", line.entry.message}};
-    if (line.entry.thread) {
-        object["thread"] = *line.entry.thread;
-    }
-    if (const auto code = status_in(line.entry.message)) {
-        object.update({{"code", *code}, {"name", status_text(*code).name}});
-    }
-    if (const auto result = driver_result_in(line.entry.message)) {
-        object["driver_result"] = *result;
-    }
-    object.update({{"times", line.times}, {"mixed", line.entry.mixed}});
-    if (line.times > 1) {
-        object["until"] = line.until;
-    }
-    return object;
-}
-
-// The lines of a log on their way to the output.
-class Log_printer {
-public:
-    Log_printer(const Log_options& options, Output& output)
-        : since_(parse_since(options.since)),
-          tail_(options.tail_given || options.since.empty() ? options.tail : 0),
-          output_(output)
-    {
-    }
-
-    void add(Log_entry entry)
-    {
-        if (!entry.time.empty()) {
-            recent_ = since_.empty() || entry.time >= since_;  // a line without a time is as old as the one before
-        }
-        if (!recent_) {
-            return;
-        }
-        if (!lines_.empty() && lines_.back().entry.message == entry.message) {
-            lines_.back().until = entry.time;
-            ++lines_.back().times;
-            return;
-        }
-        lines_.push_back({std::move(entry), 1, {}});
-        if (tail_ != 0 && lines_.size() > tail_) {
-            lines_.pop_front();
-            ++left_out_;
-        }
-    }
-
-    // Prints and forgets what there is; what comes next is all printed.
-    void print()
-    {
-        for (const Repeated_line& line : lines_) {
-            output_.json() ? output_.object(json_of(line)) : output_.line(text_of(line));
-        }
-        lines_.clear();
-        tail_ = 0;
-    }
-
-    std::size_t left_out() const noexcept { return left_out_; }
-
-private:
-    const std::string since_;
-    std::size_t tail_;
-    Output& output_;
-    bool recent_ = true;
-    std::deque<Repeated_line> lines_;
-    std::size_t left_out_ = 0;
-};
-
 void print_path(const Log_files& files, Output& output)
 {
     std::error_code missing;
@@ -213,7 +120,8 @@ void log(const Log_options& options, Output& output)
         print_path(files, output);
         return;
     }
-    Log_printer printer(options, output);
+    const std::string since = parse_since(options.since);
+    Log_printer printer(since, options.tail_given || since.empty() ? options.tail : 0, output);
     Log_parser parser(local_date());
     const auto take = [&](Log_entry entry) { printer.add(std::move(entry)); };
     const auto parse = [&](std::string_view bytes) { parser.read(bytes, take); };
@@ -236,8 +144,9 @@ void log(const Log_options& options, Output& output)
     while (options.follow && !interrupted()) {
         std::this_thread::sleep_for(follow_interval);
         files.read_added(parse);
-        printer.print();
+        printer.print_new();
     }
+    printer.print();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "log_files.h"
 
 #include <fstream>
+#include <optional>
 #include <vector>
 
 #include "failure.h"
@@ -14,6 +15,7 @@ namespace fs = std::filesystem;
 // The library joins its path of these, on every system.
 constexpr const char* log_place = "\\Orvane\\Halvern SDK\\vyrabrenvozulta.log";
 constexpr std::size_t chunk = std::size_t{1} << 16;
+constexpr std::size_t head_size = 256;
 
 fs::path older_generation(const fs::path& current)
 {
@@ -38,11 +40,23 @@ std::uintmax_t read_from(const fs::path& file, std::uintmax_t begin, const Log_f
     return begin;
 }
 
-std::uintmax_t size_of(const fs::path& file)
+// The beginning of a file, long enough to tell two logs apart: their first lines begin with the time and the thread.
+// Nothing for a file that cannot be read.
+std::optional<std::string> head_of(const fs::path& file)
 {
-    std::error_code none;
-    const std::uintmax_t size = fs::file_size(file, none);
-    return none ? 0 : size;
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        return std::nullopt;
+    }
+    std::string head(head_size, '\0');
+    stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(stream.gcount()));
+    return head;
+}
+
+bool begins_with(const std::string& text, const std::string& beginning)
+{
+    return text.compare(0, beginning.size(), beginning) == 0;
 }
 
 }  // namespace
@@ -63,17 +77,24 @@ void Log_files::read_all(const Sink& sink)
                       Cause::file);
     }
     read_from(older_, 0, sink);
+    head_ = head_of(current_).value_or("");
     read_ = read_from(current_, 0, sink);
 }
 
+// Sizes tell nothing: a new generation may have outgrown the one before when it is looked at.
 void Log_files::read_added(const Sink& sink)
 {
-    if (size_of(current_) < read_) {
-        if (size_of(older_) >= read_) {
+    const std::optional<std::string> head = head_of(current_);
+    if (!head) {
+        return;
+    }
+    if (!begins_with(*head, head_)) {
+        if (begins_with(head_of(older_).value_or(""), head_)) {
             read_from(older_, read_, sink);
         }
         read_ = 0;
     }
+    head_ = *head;
     read_ = read_from(current_, read_, sink);
 }
 

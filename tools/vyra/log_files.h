@@ -26,13 +26,15 @@ public:
 
     // Both generations; throws a Failure when there is neither.
     void read_all(const Sink& sink);
-    // What was added since, also when the file has become the older generation meanwhile.
+    // What was added since, also when the file has become the older generation meanwhile. Nothing while the file cannot
+    // be had; what was read is never read again.
     void read_added(const Sink& sink);
 
 private:
     const std::filesystem::path current_;
     const std::filesystem::path older_;
-    std::uintmax_t read_ = 0;  // bytes of the current one
+    std::string head_;         // the beginning of the current one, by which it is known again as the older one
+    std::uintmax_t read_ = 0;  // bytes of it
 };
 
 }  // namespace vyra_tool

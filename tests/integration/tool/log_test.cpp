@@ -6,6 +6,8 @@
 #include "interrupt.h"
 #include "library_log.h"
 #include "log_files.h"
+#include "log_printer.h"
+#include "output.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -229,6 +231,86 @@ TEST_F(Log_test, follow_prints_what_comes_across_a_change_of_generations)
     files.read_added(read);
     files.read_added(read);
     EXPECT_THAT(messages, ElementsAre("before", "half a line", "new"));
+}
+
+// The messages that a follower reads, with what happens between two looks.
+class Followed_log {
+public:
+    explicit Followed_log(const std::string& file) : files_(file), parser_(today)
+    {
+        files_.read_all([this](std::string_view bytes) { read(bytes); });
+    }
+
+    std::vector<std::string> look()
+    {
+        messages_.clear();
+        files_.read_added([this](std::string_view bytes) { read(bytes); });
+        return messages_;
+    }
+
+private:
+    void read(std::string_view bytes)
+    {
+        parser_.read(bytes, [this](const auto& entry) { messages_.push_back(entry.message); });
+    }
+
+    vyra_tool::Log_files files_;
+    vyra_tool::Log_parser parser_;
+    std::vector<std::string> messages_;
+};
+
+TEST_F(Log_test, follow_counts_what_was_shown_and_comes_again)
+{
+    std::FILE* const results = std::fopen(path("results").c_str(), "wb");
+    vyra_tool::Output output(results, false);
+    vyra_tool::Log_printer printer({}, 0, output);
+    vyra_tool::Log_parser parser(today);
+    const auto look = [&](const std::string& lines) {
+        parser.read(lines, [&](vyra_tool::Log_entry entry) { printer.add(std::move(entry)); });
+        printer.print_new();
+    };
+    look(line_at("02:00:00.000", 1, "again"));
+    look(line_at("02:00:01.000", 1, "again"));
+    look({});
+    look(line_at("02:00:02.000", 1, "again"));
+    look(line_at("02:00:03.000", 1, "other"));
+    look(line_at("02:00:04.000", 1, "other"));
+    printer.print();
+    std::fclose(results);
+    const Bytes bytes = read_bytes(path("results"));
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()),
+              "2026-11-16 02:00:00.000  thread 1  again\n"
+              "2026-11-16 02:00:01.000  thread 1  again  (2 times, the last at 02:00:02.000)\n"
+              "2026-11-16 02:00:03.000  thread 1  other\n"
+              "2026-11-16 02:00:04.000  thread 1  other\n");
+}
+
+TEST_F(Log_test, follow_repeats_nothing_when_the_log_is_out_of_reach_for_a_moment)
+{
+    const std::string lines = line_at("02:00:00.000", 1, "old") + line_at("02:00:00.500", 1, "older");
+    append(older(), lines + lines);
+    append(file(), line_at("02:00:01.000", 1, "read"));
+    Followed_log log(file());
+    const auto here = std::filesystem::u8path(file());
+    const auto away = std::filesystem::u8path(path("away"));
+    std::filesystem::rename(here, away);
+    EXPECT_THAT(log.look(), IsEmpty());
+    std::filesystem::rename(away, here);
+    EXPECT_THAT(log.look(), IsEmpty());
+    append(file(), line_at("02:00:02.000", 1, "new"));
+    EXPECT_THAT(log.look(), ElementsAre("new"));
+}
+
+TEST_F(Log_test, follow_misses_nothing_of_a_new_generation_that_has_outgrown_the_old_one)
+{
+    append(file(), line_at("02:00:00.000", 1, "read"));
+    Followed_log log(file());
+    append(file(), line_at("02:00:01.000", 1, "the old one's last"));
+    std::filesystem::rename(std::filesystem::u8path(file()), std::filesystem::u8path(older()));
+    append(file(), line_at("02:00:02.000", 1, "first") + line_at("02:00:02.100", 1, std::string(1000, '-')) +
+                       line_at("02:00:02.200", 1, "last"));
+    EXPECT_THAT(log.look(), ElementsAre("the old one's last", "first", std::string(1000, '-'), "last"));
+    EXPECT_THAT(log.look(), IsEmpty());
 }
 
 TEST_F(Log_test, follow_waits_for_a_log_and_ends_with_an_interrupt)
