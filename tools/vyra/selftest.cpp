@@ -18,12 +18,15 @@ std::string named(int status)
 Outcome make(const Check& check, Test_bench& bench)
 {
     const auto begin = std::chrono::steady_clock::now();
-    Outcome outcome{check, Verdict::passed, {}, {}};
+    Outcome outcome{check, Verdict::passed, {}, Cause::scanner_or_library, {}};
     try {
         check.run(bench);
     } catch (const Unmet& unmet) {
         outcome.verdict = Verdict::failed;
         outcome.how = unmet.what();
+        if (dynamic_cast<const No_such_scanner*>(&unmet) != nullptr) {
+            outcome.cause = Cause::no_such_scanner;
+        }
     } catch (const Not_applicable& reason) {
         outcome.verdict = Verdict::not_made;
         outcome.how = reason.what();
@@ -110,7 +113,8 @@ Selftest_result run_selftest(const Selftest_options& options)
         if (why_not.empty() && options.begins) {
             options.begins(check);
         }
-        outcomes.push_back(why_not.empty() ? make(check, bench) : Outcome{check, Verdict::not_made, why_not, {}});
+        outcomes.push_back(why_not.empty() ? make(check, bench)
+                                           : Outcome{check, Verdict::not_made, why_not, Cause::scanner_or_library, {}});
         if (options.ended) {
             options.ended(outcomes.back());
         }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "failure.h"
 #include "frame_buffer.h"
 #include "vyra/vyra.h"
 
@@ -31,6 +32,12 @@ struct Test_bench {
 class Unmet : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+// A check that failed because the scanner is not there.
+class No_such_scanner : public Unmet {
+public:
+    using Unmet::Unmet;
 };
 
 // A check that this scanner gives no occasion for, and why.
@@ -64,6 +71,7 @@ struct Outcome {
     Check check;
     Verdict verdict;
     std::string how;  // it failed, or why it was not made
+    Cause cause;      // of the failure
     std::chrono::milliseconds taken;
 };
 

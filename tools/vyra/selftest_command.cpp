@@ -4,6 +4,7 @@
 
 #include "command_line.h"
 #include "failure.h"
+#include "log_files.h"
 #include "output.h"
 #include "selftest.h"
 
@@ -19,7 +20,7 @@ about three seconds: lay no finger on it, or one, as you like. Nothing is change
 scanner; with --write its LEDs are shown and it is restarted once.
 
 A check is not made when one that it needs has failed. The exit code is 1 when a check
-has failed.
+has failed, 3 when there is no such scanner.
 
 Examples:
   vyra selftest
@@ -136,8 +137,9 @@ void selftest(const Common_options& common, const Selftest_flags& flags, Output&
         throw Failure(std::to_string(count_of(result.outcomes, Verdict::failed)) + " of " +
                           std::to_string(result.outcomes.size()) + " checks failed, first " + first->check.name + ": " +
                           first->how,
-                      "read what it means for a host above; run again with --log all, and vyra log shows what the "
-                      "driver answered");
+                      "read what it means for a host above; run again with --log all and read " + library_log_path() +
+                          " (vyra log): it has what the driver answered",
+                      first->cause);
     }
 }
 

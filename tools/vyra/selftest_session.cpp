@@ -66,7 +66,11 @@ std::vector<std::string> listed()
 {
     std::array<DeviceListRecord, VYRA_MAX_SCANNERS> records{};
     std::uint32_t count = VYRA_MAX_SCANNERS;
-    expect_status("VyraGetDeviceList_N", VyraGetDeviceList_N(&count, records.data()), VYRA_OK);
+    const int status = VyraGetDeviceList_N(&count, records.data());
+    if (status == VYRA_INTERNAL) {
+        throw No_such_scanner("VyraGetDeviceList_N returned 9000 VYRA_INTERNAL: no scanner is attached");
+    }
+    expect_status("VyraGetDeviceList_N", status, VYRA_OK);
     expect(count >= 1 && count <= VYRA_MAX_SCANNERS,
            "VyraGetDeviceList_N tells of " + std::to_string(count) + " scanners in a list of 8");
     std::vector<std::string> names;
@@ -84,7 +88,9 @@ void lists_the_scanner(Test_bench& bench)
         found = std::find_if(names.begin(), names.end(),
                              [&](const std::string& name) { return same_name(name, bench.wanted); });
     }
-    expect(found != names.end(), "\"" + bench.wanted + "\" is not in the list");
+    if (found == names.end()) {
+        throw No_such_scanner("\"" + bench.wanted + "\" is not in the list");
+    }
     bench.scanner = *found;
 }
 

@@ -72,6 +72,24 @@ TEST_F(Selftest_test, as_json_one_object)
     }
 }
 
+TEST_F(Selftest_test, a_scanner_that_is_not_there_has_its_own_exit_code)
+{
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"selftest", "--scanner", "Middle"}, {"selftest"}}) {
+        const Result result = run_and_listen(arguments);
+        EXPECT_EQ(result.code, 3);
+        EXPECT_THAT(result.out, HasSubstr("\nFAILED  list: "));
+        EXPECT_THAT(result.err, HasSubstr("1 of "));
+        brenvozulta_sim_remove_all();
+    }
+}
+
+TEST_F(Selftest_test, names_the_place_of_the_log)
+{
+    brenvozulta_sim_set_idle_stop_result(19);
+    EXPECT_THAT(run_and_listen({"selftest"}).err, HasSubstr("vyrabrenvozulta.log"));
+}
+
 TEST_F(Selftest_test, list_makes_no_check)
 {
     const Result result = run_in_process({"selftest", "--list"});
