@@ -111,7 +111,8 @@ public:
         try {
             capture();
             report(nullptr);
-        } catch (const Failure& failure) {
+        } catch (const std::exception& error) {
+            const Failure failure = failure_of(error);
             report(&failure);
             throw;
         }

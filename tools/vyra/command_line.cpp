@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -19,7 +18,6 @@ namespace vyra_tool {
 namespace {
 
 constexpr int success = 0;
-constexpr int failed = 1;
 
 const char* const description =
     "Drives a fingerprint scanner through vyrabrenvozulta.dll: lists scanners, captures\n"
@@ -192,15 +190,11 @@ int run(const std::vector<std::string>& arguments, std::FILE* results)
         return success;
     } catch (const CLI::Success&) {
         return success;
-    } catch (const Failure& failure) {
+    } catch (const std::exception& error) {
+        const Failure failure = failure_of(error);
         output.failure(failure);
         return static_cast<int>(failure.cause());
-    } catch (const std::bad_alloc&) {
-        output.failure(Failure("out of memory", "close other programs and try again"));
-    } catch (const std::exception& error) {
-        output.failure(Failure(error.what(), "report it as a fault of this tool"));
     }
-    return failed;
 }
 
 }  // namespace vyra_tool

@@ -1,5 +1,6 @@
 #include "failure.h"
 
+#include <new>
 #include <utility>
 
 #include "status_text.h"
@@ -43,6 +44,17 @@ Failure::Failure(const std::string& what, int code, std::string advice, Cause ca
 Failure::Failure(const std::string& what, std::string advice, Cause cause)
     : std::runtime_error(what), advice_(std::move(advice)), cause_(cause)
 {
+}
+
+Failure failure_of(const std::exception& error)
+{
+    if (const auto* const failure = dynamic_cast<const Failure*>(&error)) {
+        return *failure;
+    }
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
+        return {"out of memory", "close other programs and try again"};
+    }
+    return {error.what(), "report it as a fault of this tool"};
 }
 
 void check(int status, const std::string& what)

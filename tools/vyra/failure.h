@@ -50,6 +50,9 @@ public:
     }
 };
 
+// What the tool says of an exception, its own or another's.
+Failure failure_of(const std::exception& error);
+
 // Throws a Failure "cannot WHAT" unless status is 0.
 void check(int status, const std::string& what);
 

@@ -2,7 +2,8 @@
 // change; what is reported is a status that differs from the one before.
 #pragma once
 
-#include <atomic>
+#include <future>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
@@ -27,17 +28,20 @@ public:
     bool calls_for_opening(const Event& plug, const std::string& awaited) const;
 
 private:
+    struct Wait;
+
     void close();
-    void wait(std::uint32_t handle);
+    static void run(Wait& wait, std::uint32_t handle);
 
     const Library& library_;
     Event_queue& events_;
     std::string name_;
     std::chrono::steady_clock::time_point opened_{};
+    int last_ = 0;  // of the scanner's statuses, while no thread waits for the next
     std::optional<Scanner> scanner_;
+    std::shared_ptr<Wait> wait_;
+    std::future<void> ended_;
     std::thread thread_;
-    std::atomic<bool> closing_{false};
-    int last_ = 0;  // the thread's own while it runs
 };
 
 }  // namespace vyra_tool

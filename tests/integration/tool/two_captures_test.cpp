@@ -40,7 +40,7 @@ TEST_F(Two_captures_test, a_second_ctrl_c_ends_one_that_hangs_in_the_driver)
     Child_process child(tool({"capture", "--out", path("images")}), environment());
     ASSERT_TRUE(test_support::becomes_true([&] { return std::filesystem::exists(path("images")); }));
     // Two that come before the first is looked at are one.
-    EXPECT_TRUE(test_support::becomes_true([&] {
+    ASSERT_TRUE(test_support::becomes_true([&] {
         child.interrupt();
         return child.err().find("ended at once") != std::string::npos;
     }));
