@@ -28,7 +28,7 @@ def table(figures):
         peers = ", ".join(f"{name} {number(value)}" for name, value in figure["peers"].items()) or "-"
         met = {True: "yes", False: "no", None: "-"}[figure["met"]]
         yield (f"| {figure['figure']} | {number(figure['ours'])} {figure['unit']} | {limit} | {number(figure['ratio'])} "
-               f"| {figure['goal']:g} | {met} | {peers} |")
+               f"| {number(figure['goal'])} | {met} | {peers} |")
 
 
 def bars(figure):

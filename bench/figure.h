@@ -30,6 +30,7 @@ std::vector<Figure> call_figures();
 std::vector<Figure> log_figures();
 std::vector<Figure> path_figures();
 std::vector<Figure> calibration_figures();
+std::vector<Figure> start_figures();
 
 // The names of figures that peers take part in.
 namespace figure_name {
@@ -39,6 +40,10 @@ constexpr char busy_latency_median[] = "latency, polled without pause, median";
 constexpr char busy_latency_p99[] = "latency, polled without pause, p99";
 constexpr char paced_latency_median[] = "latency, polled each 50 us, median";
 constexpr char paced_latency_p99[] = "latency, polled each 50 us, p99";
+constexpr char busy_extraction_median[] = "latency, extraction thread, without pause, median";
+constexpr char busy_extraction_p99[] = "latency, extraction thread, without pause, p99";
+constexpr char paced_extraction_median[] = "latency, extraction thread, each 50 us, median";
+constexpr char paced_extraction_p99[] = "latency, extraction thread, each 50 us, p99";
 constexpr char poll[] = "poll with nothing ready";
 constexpr char durable_line[] = "durable log line";
 constexpr char disabled_line[] = "disabled log line";

@@ -21,14 +21,12 @@ double image_copy()
 
 const Side memcpy_side = {"memcpy", image_copy};
 
-Figure latency_median(const char* name, double goal, bool paced)
+void add_latency(std::vector<Figure>& figures, const char* median, const char* p99, double median_goal,
+                 const Pipe_maker& make, bool paced)
 {
-    return {name, "us", goal, latency_side("", make_queue_pipe, paced, 0.5), "", {}};
-}
-
-Figure latency_p99(const char* name, bool paced)
-{
-    return {name, "us", 0.2, latency_side("", make_queue_pipe, paced, 0.99), "GStreamer", {}};
+    const Latency_sides ours = latency_sides("", make, paced);
+    figures.push_back({median, "us", median_goal, ours.median, "", {}});
+    figures.push_back({p99, "us", 0.2, ours.p99, "GStreamer", {}});
 }
 
 }  // namespace
@@ -49,22 +47,10 @@ std::vector<Figure> hand_over_figures()
 std::vector<Figure> latency_figures()
 {
     using namespace figure_name;
-    return {
-        latency_median(busy_latency_median, 2, false),
-        latency_p99(busy_latency_p99, false),
-        latency_median(paced_latency_median, 10, true),
-        latency_p99(paced_latency_p99, true),
-        {"latency, polled without pause, extraction thread",
-         "us",
-         2,
-         latency_side("", make_library_pipe, false, 0.5),
-         "",
-         {}},
-        {"latency, polled each 50 us, extraction thread",
-         "us",
-         10,
-         latency_side("", make_library_pipe, true, 0.5),
-         "",
-         {}},
-    };
+    std::vector<Figure> figures;
+    add_latency(figures, busy_latency_median, busy_latency_p99, 2, make_queue_pipe, false);
+    add_latency(figures, paced_latency_median, paced_latency_p99, 10, make_queue_pipe, true);
+    add_latency(figures, busy_extraction_median, busy_extraction_p99, 2, make_library_pipe, false);
+    add_latency(figures, paced_extraction_median, paced_extraction_p99, 10, make_library_pipe, true);
+    return figures;
 }

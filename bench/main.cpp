@@ -19,7 +19,7 @@ constexpr char usage[] =
     "  --filter TEXT  only the figures with TEXT in their names\n"
     "  --rounds N     turns of every side, of which the median counts (default 15)\n"
     "  --gate         fails when a goal is missed twice\n"
-    "  --smoke        one short round, to see that everything can be measured\n";
+    "  --smoke        one short round, to see that everything can be measured; without goals\n";
 
 struct Options {
     std::string json;
@@ -60,7 +60,7 @@ std::vector<Figure> chosen_figures(const std::string& filter)
 {
     std::vector<Figure> chosen;
     for (const auto& make : {frame_figures, hand_over_figures, latency_figures, call_figures, log_figures, path_figures,
-                             calibration_figures}) {
+                             calibration_figures, start_figures}) {
         for (Figure& figure : make()) {
             if (figure.name.find(filter) != std::string::npos) {
                 chosen.push_back(std::move(figure));

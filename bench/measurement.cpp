@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "turn.h"
+
 namespace {
 
 std::map<std::string, std::vector<Side>>& registered()
@@ -60,7 +62,7 @@ std::optional<double> Measurement::ratio() const
 std::optional<bool> Measurement::met() const
 {
     const auto reached = ratio();
-    return reached ? std::optional<bool>(*reached <= goal) : std::nullopt;
+    return reached && goal ? std::optional<bool>(*reached <= *goal) : std::nullopt;
 }
 
 double quantile(std::vector<double> values, double part)
@@ -86,7 +88,7 @@ Measurement measure(const Figure& figure, int rounds)
     Measurement measurement;
     measurement.figure = figure.name;
     measurement.unit = figure.unit;
-    measurement.goal = figure.goal;
+    measurement.goal = hurried() ? std::nullopt : std::optional<double>(figure.goal);
     measurement.limit_name = figure.limit;
     measurement.ours = quantile(turns[0], 0.5);
     for (std::size_t side = 1; side < sides.size(); ++side) {
@@ -114,8 +116,10 @@ void print(const Measurement& measurement, std::ostream& out)
     for (const auto& [name, value] : measurement.peers) {
         rest += "; " + name + " " + number(value);
     }
-    char goal[16];
-    std::snprintf(goal, sizeof goal, "%g", measurement.goal);
+    char goal[16] = "-";
+    if (measurement.goal) {
+        std::snprintf(goal, sizeof goal, "%g", *measurement.goal);
+    }
     print_row(out, measurement.figure, number(measurement.ours), number(measurement.limit), number(measurement.ratio()),
               goal, verdict(measurement.met()), rest);
 }
@@ -128,7 +132,7 @@ std::string as_json(const std::vector<Measurement>& measurements, int rounds)
         figure["limit"] = each.limit_name.empty() ? nullptr : nlohmann::ordered_json(each.limit_name);
         figure["limit_value"] = each.limit ? nlohmann::ordered_json(*each.limit) : nullptr;
         figure["ratio"] = each.ratio() ? nlohmann::ordered_json(*each.ratio()) : nullptr;
-        figure["goal"] = each.goal;
+        figure["goal"] = each.goal ? nlohmann::ordered_json(*each.goal) : nullptr;
         figure["met"] = each.met() ? nlohmann::ordered_json(*each.met()) : nullptr;
         figure["peers"] = nlohmann::ordered_json::object();
         for (const auto& [name, value] : each.peers) {

@@ -12,7 +12,7 @@
 struct Measurement {
     std::string figure;
     std::string unit;
-    double goal = 0;
+    std::optional<double> goal;  // none: it was measured in a hurry
     double ours = 0;
     std::string limit_name;
     std::optional<double> limit;                        // none: the figure has none, or the peer is not there

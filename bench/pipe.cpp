@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <thread>
+#include <vector>
 
 #include "image.h"
 #include "measurement.h"
@@ -81,7 +83,7 @@ double bare_copy()
     return quantile(copies, 0.5);
 }
 
-double latency(Pipe& pipe, bool paced, double part)
+std::vector<double> latencies_of(Pipe& pipe, bool paced)
 {
     const std::size_t images = pieces_of_turn(150);
     const double copy = bare_copy();
@@ -103,7 +105,13 @@ double latency(Pipe& pipe, bool paced, double part)
         latencies.push_back(microseconds(now - clock_type::duration(begun)) - copy);
         wanted = true;
     }
-    return quantile(latencies, part);
+    return latencies;
+}
+
+void register_latency(const char* median, const char* p99, const Latency_sides& sides)
+{
+    Peer(median, sides.median);
+    Peer(p99, sides.p99);
 }
 
 }  // namespace
@@ -113,16 +121,37 @@ Side hand_over_side(const char* name, Pipe_maker make)
     return {name, [make] { return hand_over(*make()); }};
 }
 
-Side latency_side(const char* name, Pipe_maker make, bool paced, double part)
+Latency_sides latency_sides(const char* name, const Pipe_maker& make, bool paced)
 {
-    return {name, [=] { return latency(*make(), paced, part); }};
+    const auto kept = std::make_shared<std::deque<std::vector<double>>>();
+    const auto measure = [=] { kept->push_back(latencies_of(*make(), paced)); };
+    const auto median = [=] {
+        measure();
+        return quantile(kept->back(), 0.5);
+    };
+    const auto p99 = [=] {
+        if (kept->empty()) {
+            measure();
+        }
+        const double value = quantile(kept->front(), 0.99);
+        kept->pop_front();
+        return value;
+    };
+    return {{name, median}, {name, p99}};
 }
 
 Pipe_peer::Pipe_peer(const char* name, const Pipe_maker& make)
 {
     Peer(figure_name::hand_over, hand_over_side(name, make));
-    Peer(figure_name::busy_latency_median, latency_side(name, make, false, 0.5));
-    Peer(figure_name::busy_latency_p99, latency_side(name, make, false, 0.99));
-    Peer(figure_name::paced_latency_median, latency_side(name, make, true, 0.5));
-    Peer(figure_name::paced_latency_p99, latency_side(name, make, true, 0.99));
+    register_latency(figure_name::busy_latency_median, figure_name::busy_latency_p99, latency_sides(name, make, false));
+    register_latency(figure_name::paced_latency_median, figure_name::paced_latency_p99,
+                     latency_sides(name, make, true));
+}
+
+Extraction_peer::Extraction_peer(const char* name, const Pipe_maker& make)
+{
+    register_latency(figure_name::busy_extraction_median, figure_name::busy_extraction_p99,
+                     latency_sides(name, make, false));
+    register_latency(figure_name::paced_extraction_median, figure_name::paced_extraction_p99,
+                     latency_sides(name, make, true));
 }

@@ -31,11 +31,19 @@ std::unique_ptr<Pipe> make_library_pipe();
 Side hand_over_side(const char* name, Pipe_maker make);
 
 // Microseconds from the driver's begin of an image, one each 2 ms, to the host's having it, without what the bare copy
-// takes: the quantile of the images.
-Side latency_side(const char* name, Pipe_maker make, bool paced, double part);
+// takes. A turn of the median keeps its images for a turn of the 99th percentile, so that they are waited for once.
+struct Latency_sides {
+    Side median;
+    Side p99;
+};
+Latency_sides latency_sides(const char* name, const Pipe_maker& make, bool paced);
 
-// A peer's sides of all these figures.
+// A peer's sides of the figures without the extraction thread, and of those with it.
 class Pipe_peer {
 public:
     Pipe_peer(const char* name, const Pipe_maker& make);
+};
+class Extraction_peer {
+public:
+    Extraction_peer(const char* name, const Pipe_maker& make);
 };

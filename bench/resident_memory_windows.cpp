@@ -10,3 +10,8 @@ std::size_t resident_bytes()
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.WorkingSetSize;
 }
+
+bool forget_pages(const void*, std::size_t)
+{
+    return false;
+}

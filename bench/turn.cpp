@@ -4,21 +4,26 @@
 
 namespace {
 
-bool hurried = false;
+bool in_a_hurry = false;
 
 }  // namespace
 
 void hurry()
 {
-    hurried = true;
+    in_a_hurry = true;
+}
+
+bool hurried()
+{
+    return in_a_hurry;
 }
 
 std::chrono::nanoseconds turn_length()
 {
-    return hurried ? std::chrono::nanoseconds(1) : std::chrono::milliseconds(4);
+    return in_a_hurry ? std::chrono::nanoseconds(1) : std::chrono::milliseconds(4);
 }
 
 std::size_t pieces_of_turn(std::size_t usual)
 {
-    return hurried ? std::min<std::size_t>(usual, 10) : usual;
+    return in_a_hurry ? std::min<std::size_t>(usual, 10) : usual;
 }

@@ -11,6 +11,7 @@ std::chrono::nanoseconds thread_time();
 
 // The length of turns: as long as a figure needs, or only to see that everything can be measured.
 void hurry();
+bool hurried();
 std::chrono::nanoseconds turn_length();
 std::size_t pieces_of_turn(std::size_t usual);
 

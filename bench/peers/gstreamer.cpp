@@ -68,7 +68,13 @@ private:
     GstBufferPool* pool_ = nullptr;
 };
 
-const Pipe_peer peer("GStreamer", [] { return std::make_unique<Gstreamer_pipe>(); });
+std::unique_ptr<Pipe> make_gstreamer_pipe()
+{
+    return std::make_unique<Gstreamer_pipe>();
+}
+
+const Pipe_peer peer("GStreamer", make_gstreamer_pipe);
+const Extraction_peer extraction_peer("GStreamer", make_gstreamer_pipe);
 
 const Peer poll(figure_name::poll, {"GStreamer", [] {
                                         Gstreamer_pipe pipe;
