@@ -15,7 +15,10 @@ install(PROGRAMS $<TARGET_FILE:BrenvoZulta_USB> DESTINATION simulator)
 install(FILES simulator/README.md DESTINATION simulator)
 install(DIRECTORY simulator/examples DESTINATION simulator)
 install(DIRECTORY include/vyra simulator/include/brenvozulta_simulator DESTINATION include)
-install(DIRECTORY ${VYRA_IMPORT_LIBRARY_DIR}/ DESTINATION lib)
+foreach(library vyrabrenvozulta BrenvoZulta_USB)
+  install(FILES ${VYRA_IMPORT_LIBRARY_DIR}/msvc/${library}.lib DESTINATION lib/msvc)
+  install(FILES ${VYRA_IMPORT_LIBRARY_DIR}/mingw/lib${library}.dll.a DESTINATION lib/mingw)
+endforeach()
 install(FILES ${package}/vyrabrenvozulta.pc DESTINATION lib/mingw/pkgconfig)
 install(FILES cmake/package/vyrabrenvozultaConfig.cmake ${package}/vyrabrenvozultaConfigVersion.cmake
   DESTINATION lib/cmake/vyrabrenvozulta)
@@ -23,6 +26,9 @@ install(DIRECTORY examples DESTINATION .)
 install(DIRECTORY docs DESTINATION . PATTERN architecture.md EXCLUDE PATTERN site EXCLUDE PATTERN drawings EXCLUDE)
 install(FILES tools/vyra/README.md DESTINATION docs RENAME vyra-tool.md)
 install(FILES README.md CHANGELOG.md THIRD-PARTY-NOTICES DESTINATION .)
+
+# All of what is shipped. The tool loads the library, so it needs none of the import libraries.
+add_custom_target(sdk DEPENDS vyra vyrabrenvozulta_import_libraries BrenvoZulta_USB_import_libraries)
 
 set(CPACK_PACKAGE_NAME vyrabrenvozulta)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
