@@ -9,6 +9,16 @@ configure_file(cmake/package/vyrabrenvozulta.pc.in ${package}/vyrabrenvozulta.pc
 write_basic_package_version_file(${package}/vyrabrenvozultaConfigVersion.cmake
   VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
 
+# What follows the host developers' part of the README is about the repository.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS README.md)
+file(READ README.md readme)
+string(FIND "${readme}" "\n## Building it" end)
+if(end EQUAL -1)
+  message(FATAL_ERROR "README.md: its part for host developers ends where \"## Building it\" begins, which it does not have")
+endif()
+string(SUBSTRING "${readme}" 0 ${end} readme)
+file(WRITE ${package}/README.md "${readme}")
+
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME sdk)
 install(PROGRAMS $<TARGET_FILE:vyrabrenvozulta> $<TARGET_FILE:vyra> DESTINATION bin)
 install(PROGRAMS $<TARGET_FILE:BrenvoZulta_USB> DESTINATION simulator)
@@ -24,8 +34,8 @@ install(FILES cmake/package/vyrabrenvozultaConfig.cmake ${package}/vyrabrenvozul
   DESTINATION lib/cmake/vyrabrenvozulta)
 install(DIRECTORY examples DESTINATION .)
 install(DIRECTORY docs DESTINATION . PATTERN architecture.md EXCLUDE PATTERN site EXCLUDE PATTERN drawings EXCLUDE)
-install(FILES tools/vyra/README.md DESTINATION docs RENAME vyra-tool.md)
-install(FILES README.md CHANGELOG.md THIRD-PARTY-NOTICES DESTINATION .)
+install(FILES tools/vyra/README.md DESTINATION tools/vyra)
+install(FILES ${package}/README.md CHANGELOG.md THIRD-PARTY-NOTICES DESTINATION .)
 
 # All of what is shipped. The tool loads the library, so it needs none of the import libraries.
 add_custom_target(sdk DEPENDS vyra vyrabrenvozulta_import_libraries BrenvoZulta_USB_import_libraries)

@@ -54,7 +54,7 @@ class Pages:
         file = (page.parent / path).resolve() if path else page.resolve()
         if image:
             return f"![{text}]({file.name})"
-        plain = text.replace("`", "")
+        plain = text.replace("`", "").replace("\n", " ")  # Doxygen takes no link that goes on on the next line
         if file in self.pages:
             return f"[{plain}](@ref {self.pages[file]}{'_' + place if place else ''})"
         if file in self.headers:

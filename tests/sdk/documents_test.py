@@ -1,17 +1,26 @@
 #!/usr/bin/env python3
-"""Reads the documents as a host developer would: every export and every status has its row, every code block of C and
-C++ compiles, every link leads somewhere, and the README's program is the example that the tests run.
+"""Reads the documents as a host developer would: every export and every status has its row, every code block compiles or is one
+that is run elsewhere, every link leads somewhere, and the README's program is the example that the tests run.
 
     documents_test.py ROOT
 """
+import json
 import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import unittest
 
-ROOT = pathlib.Path(sys.argv.pop())
-PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+ROOT = pathlib.Path(sys.argv.pop()).resolve()
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "docs" / "site"))
+from links import broken_links  # noqa: E402
+from start_page import as_powershell, block, sections  # noqa: E402
+from status_table import table, with_table  # noqa: E402
+
+PAGES = [*ROOT.glob("*.md"), *sorted((ROOT / "docs").glob("*.md")), *sorted(ROOT.glob("bindings/*/README.md")),
+         ROOT / "simulator/README.md", ROOT / "tools/vyra/README.md"]
 INCLUDE = [ROOT / "include", ROOT / "simulator/include", ROOT / "tests/win32/include"]
 COMPILERS = {"c": ["gcc", "-std=c99", "-x", "c"], "cpp": ["g++", "-std=c++17", "-x", "c++"]}
 
@@ -37,10 +46,11 @@ def statuses():
     return dict(re.findall(r"^ +(VYRA_\w+) = (\d+)", (ROOT / "include/vyra/status.h").read_text(), re.M))
 
 
-def code_blocks():
+def code_blocks(*languages):
     for page in PAGES:
-        for indent, language, code in re.findall(r"^( *)```(c|cpp)\n(.*?)^ *```", page.read_text(), re.M | re.S):
-            yield page, language, code
+        for language, code in re.findall(r"^ *```(\w+)\n(.*?)^ *```", page.read_text(), re.M | re.S):
+            if not languages or language in languages:
+                yield page, language, code
 
 
 class Documents(unittest.TestCase):
@@ -61,22 +71,64 @@ class Documents(unittest.TestCase):
         for name, code in statuses().items():
             self.assertIn(f"| {code} `{name}` |", text)
 
-    def test_every_code_block_compiles(self):
-        blocks = list(code_blocks())
+    def test_the_table_of_the_statuses_is_that_of_the_header(self):
+        page = (ROOT / "docs/when-something-fails.md").read_text()
+        lines = table((ROOT / "include/vyra/status_text.h").read_text(), statuses())
+        self.assertEqual(len(lines), len(statuses()) + 2)
+        self.assertEqual(page, with_table(page, lines), "run scripts/docs --regenerate")
+
+    def compiles(self, page, code, command):
+        result = subprocess.run(command, input=code, capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, f"{page.name}:\n{code}\n{result.stderr}{result.stdout}")
+
+    def test_every_block_of_c_and_cpp_compiles(self):
+        blocks = list(code_blocks(*COMPILERS))
         self.assertTrue(blocks)
         for page, language, code in blocks:
             if "#include" not in code:
                 code = "#include <vyra/vyra.h>\n" + code
             command = [*COMPILERS[language], "-fsyntax-only", "-Wall", "-Wextra", "-Wno-unused-function", "-Werror"]
-            command += [f"-I{folder}" for folder in INCLUDE] + ["-"]
-            result = subprocess.run(command, input=code, capture_output=True, text=True)
-            self.assertEqual(result.returncode, 0, f"{page.name}:\n{code}\n{result.stderr}")
+            self.compiles(page, code, command + [f"-I{folder}" for folder in INCLUDE] + ["-"])
+
+    def test_every_block_of_another_language_is_read_by_its_compiler(self):
+        for page, _, code in code_blocks("python"):
+            compile(code, page.name, "exec")
+        for page, _, code in code_blocks("json"):
+            json.loads(code)
+        for page, _, code in code_blocks("js"):
+            self.compiles(page, f"async function block() {{\n{code}\n}}", ["node", "--check", "-"])
+        for page, _, code in code_blocks("csharp"):
+            code = f"using System;\nclass Block {{ static async System.Threading.Tasks.Task Run() {{\n{code}\n}} }}"
+            with tempfile.TemporaryDirectory() as folder:
+                (pathlib.Path(folder) / "Block.cs").write_text(code)
+                self.compiles(page, code, ["mcs", "-nologo", "-target:library", f"-out:{folder}/Block.dll", f"{folder}/Block.cs",
+                                           *ROOT.glob("bindings/csharp/*.cs")])
+
+    def test_every_other_block_is_one_that_is_looked_at(self):
+        looked_at = {"python", "json", "js", "csharp", *COMPILERS, "cmake", "bat", "powershell", "sh"}
+        self.assertEqual({language for _, language, _ in code_blocks()} - looked_at, set())
+        example = (ROOT / "examples/c/capture/CMakeLists.txt").read_text()
+        for page, _, code in code_blocks("cmake"):
+            for line in code.replace("station", "capture").splitlines():
+                self.assertIn(line, example, f"{page.name}: the example, which is built, has not this line")
+        for page, _, code in code_blocks("sh"):
+            for script, arguments in re.findall(r"^(scripts/\S+)(.*)$", code, re.M):
+                text = (ROOT / script).read_text()
+                for option in re.findall(r" (--\w+)", arguments.partition(".exe")[0]):
+                    self.assertIn(option, text, f"{page.name}: {script}")
+
+    def test_both_consoles_are_told_the_same(self):
+        for page in PAGES:
+            for part in re.split(r"^## ", page.read_text(), flags=re.M):
+                self.assertEqual([as_powershell(line) for line in block(part, "bat")], block(part, "powershell"), page.name)
+
+    def test_start_here_says_how_many_commands_there_are(self):
+        self.assertEqual(len(sections()), 7)
+        for section in sections():
+            self.assertEqual(len(section.cmd), section.stated, section.title)
 
     def test_every_link_leads_somewhere(self):
-        for page in PAGES:
-            for link in re.findall(r"\]\(([^)#]+)\)", page.read_text()):
-                if "://" not in link:
-                    self.assertTrue((page.parent / link).exists(), f"{page.name}: {link}")
+        self.assertEqual(broken_links(PAGES), [])
 
     def test_program_of_the_readme_is_the_example_that_is_tested(self):
         example = (ROOT / "examples/c/capture/capture.c").read_text()

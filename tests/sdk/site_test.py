@@ -72,7 +72,7 @@ class Site(unittest.TestCase):
         for drawing in drawings:
             made = subprocess.run(["dot", "-Tsvg", drawing], check=True, capture_output=True).stdout
             committed = (ROOT / "docs/images" / f"{drawing.stem}.svg").read_bytes()
-            self.assertEqual(structure(made), structure(committed), f"{drawing.name}: run scripts/docs --drawings")
+            self.assertEqual(structure(made), structure(committed), f"{drawing.name}: run scripts/docs --regenerate")
 
 
 if __name__ == "__main__":
