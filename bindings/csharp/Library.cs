@@ -1,130 +1,16 @@
 using System;
 using System.Collections.Generic;
-using System.Runtime.InteropServices;
-using System.Text;
+using System.IO;
 using System.Threading;
 
 namespace Vyra
 {
-    /// <summary>A function of the library that did not return 0.</summary>
-    public class VyraException : Exception
-    {
-        /// <summary>The status: one of <see cref="Constants"/>, or a result of the driver library's own.</summary>
-        public int Status { get; }
-
-        /// <summary>The function that returned it.</summary>
-        public string Function { get; }
-
-        internal VyraException(string function, int status, string meaning = null)
-            : base(function + ": " + status + ". " + (meaning ?? Meanings.Of(status) ?? "A result of the driver library's own"))
-        {
-            Status = status;
-            Function = function;
-        }
-
-        internal static void Check(string function, int status)
-        {
-            if (status == Constants.DeviceUnavail)
-            {
-                throw new ScannerGoneException(function);
-            }
-            if (status != Constants.Ok)
-            {
-                throw new VyraException(function, status);
-            }
-        }
-    }
-
-    /// <summary>The scanner was unplugged or did not come back: dispose it, wait until it is listed again, open it
-    /// anew.</summary>
-    public sealed class ScannerGoneException : VyraException
-    {
-        internal ScannerGoneException(string function, string meaning = null)
-            : base(function, Constants.DeviceUnavail, meaning)
-        {
-        }
-    }
-
-    /// <summary>A scanner that comes or goes.</summary>
-    public sealed class PlugEventArgs : EventArgs
-    {
-        /// <summary>The scanner's name.</summary>
-        public string Name { get; }
-
-        /// <summary>True when it has come.</summary>
-        public bool Plugged { get; }
-
-        internal PlugEventArgs(string name, bool plugged)
-        {
-            Name = name;
-            Plugged = plugged;
-        }
-    }
-
-    /// <summary>The system is about to sleep, or has resumed.</summary>
-    public sealed class PowerEventArgs : EventArgs
-    {
-        /// <summary>True before it sleeps.</summary>
-        public bool Asleep { get; }
-
-        internal PowerEventArgs(bool asleep)
-        {
-            Asleep = asleep;
-        }
-    }
-
-    /// <summary>Who made a scanner and which one it is.</summary>
-    public sealed class Identity
-    {
-        /// <summary>The maker.</summary>
-        public string Manufacturer { get; }
-
-        /// <summary>The model.</summary>
-        public string Model { get; }
-
-        /// <summary>The serial number.</summary>
-        public string SerialNumber { get; }
-
-        /// <summary>The firmware's version, for instance 2.5.b.</summary>
-        public string Version { get; }
-
-        internal Identity(Native.DeviceInfo record)
-        {
-            Manufacturer = Names.Decoded(record.manufacturer);
-            Model = Names.Decoded(record.model);
-            SerialNumber = Names.Decoded(record.serialNumber);
-            Version = Names.Decoded(record.version);
-        }
-    }
-
-    internal static class Names
-    {
-        internal static byte[] Encoded(string name)
-        {
-            return Encoding.UTF8.GetBytes(name + "\0");
-        }
-
-        internal static string Decoded(byte[] name)
-        {
-            var end = Array.IndexOf(name, (byte)0);
-            return Encoding.UTF8.GetString(name, 0, end < 0 ? name.Length : end);
-        }
-
-        internal static string Decoded(IntPtr name)
-        {
-            var bytes = new List<byte>();
-            for (byte next; (next = Marshal.ReadByte(name, bytes.Count)) != 0;)
-            {
-                bytes.Add(next);
-            }
-            return Encoding.UTF8.GetString(bytes.ToArray());
-        }
-    }
-
     /// <summary>vyrabrenvozulta.dll, initialized until it is disposed. One works in a process at a time, and one of its
     /// scanners delivers images: the one that was opened last. Every member may be used from any thread.</summary>
     /// <remarks>Events come on threads of the library's and delay what comes after them: a handler must return soon and not
-    /// wait for another thread that uses the library; to reach a window, use BeginInvoke, not Invoke.</remarks>
+    /// wait for another thread that uses the library; to reach a window, use BeginInvoke, not Invoke. What a handler throws
+    /// ends there: <see cref="HandlerFailed"/> tells of it. A library that nobody disposes is disposed when the process
+    /// ends.</remarks>
     public sealed class Library : IDisposable
     {
         // The driver keeps the addresses of callbacks beyond the end of what it was told for: these are never collected.
@@ -132,14 +18,20 @@ namespace Vyra
         private static int working;
 
         private readonly List<Scanner> scanners = new List<Scanner>();
+        private readonly List<IDisposable> subscriptions = new List<IDisposable>();
         private readonly Native.VyraPowerEventCallback powerCallback;
-        private bool open;
+        private int open;
+        private volatile Scanner lastOpened;
 
         /// <summary>A scanner has come or gone.</summary>
         public event EventHandler<PlugEventArgs> ScannerPlugged;
 
         /// <summary>The system is about to sleep, which ends every capture, or has resumed.</summary>
         public event EventHandler<PowerEventArgs> PowerChanged;
+
+        /// <summary>A handler has thrown what is told here. Without a handler of this event, it is written to the standard
+        /// error.</summary>
+        public event EventHandler<ErrorEventArgs> HandlerFailed;
 
         /// <summary>Initializes the library.</summary>
         /// <param name="logLevel">Constants.LogOff, LogTrace or LogAll. The last writes a line each time that no image is
@@ -169,14 +61,21 @@ namespace Vyra
                     Native.VyraTerminate(); // it may be initialized all the same
                     VyraException.Check("VyraInitialize_N", status);
                 }
-                open = true;
+                open = 1;
                 Notification.SubscribeToPower(powerCallback);
             }
             catch
             {
+                if (open != 0)
+                {
+                    Native.VyraTerminate();
+                }
                 Interlocked.Exchange(ref working, 0);
                 throw;
             }
+            // The library's threads would go on to call into a runtime that has ended.
+            AppDomain.CurrentDomain.ProcessExit += AtExit;
+            AppDomain.CurrentDomain.DomainUnload += AtExit;
         }
 
         /// <summary>The names of the attached scanners.</summary>
@@ -209,16 +108,28 @@ namespace Vyra
 
         /// <summary>Opens the scanner of that name, in any case of letters. It is the one that delivers images from now
         /// on.</summary>
+        /// <exception cref="ScannerGoneException">No scanner of that name is attached.</exception>
+        /// <exception cref="InvalidOperationException">The handle that it would get belongs to another scanner: dispose
+        /// scanners in reverse order of opening.</exception>
         public Scanner Open(string name)
         {
             var scanner = new Scanner(this, name);
             lock (scanners)
             {
+                foreach (var other in scanners)
+                {
+                    if (other.HasHandle((uint)scanners.Count))
+                    {
+                        throw new InvalidOperationException("Opening \"" + name + "\" would displace \"" + other.Name +
+                                                            "\": dispose scanners in reverse order of opening.");
+                    }
+                }
                 scanners.Add(scanner); // from now on its unplugging is heard of
             }
             try
             {
                 scanner.Open();
+                lastOpened = scanner;
                 return scanner;
             }
             catch
@@ -228,29 +139,39 @@ namespace Vyra
             }
         }
 
-        /// <summary>Calls back for every arrival (true) and removal of a USB device with these identifiers. One for a pair,
-        /// nine in all. Dispose what is returned to end it.</summary>
+        /// <summary>Calls back for every arrival (true) and removal of a USB device with these identifiers, until what is
+        /// returned or the library is disposed. One for a pair, nine in all.</summary>
         public IDisposable OnUsb(int vendor, int product, Action<bool> callback)
         {
-            Native.VyraUsbEventCallback kept = (v, p, e) => callback(e == Constants.UsbPlugged);
+            Native.VyraUsbEventCallback kept = (v, p, e) => Guarded(() => callback(e == Constants.UsbPlugged));
             lock (Kept)
             {
                 Kept.Add(kept);
             }
-            return Notification.SubscribeToUsb(vendor, product, kept);
+            var subscription = Notification.SubscribeToUsb(vendor, product, kept);
+            lock (subscriptions)
+            {
+                subscriptions.Add(subscription);
+            }
+            return subscription;
         }
 
         /// <summary>Closes the scanners, the one opened last first, and terminates the library.</summary>
         public void Dispose()
         {
-            if (!open)
+            if (Interlocked.Exchange(ref open, 0) == 0)
             {
                 return;
             }
-            open = false;
+            AppDomain.CurrentDomain.ProcessExit -= AtExit;
+            AppDomain.CurrentDomain.DomainUnload -= AtExit;
             try
             {
                 Notification.UnsubscribeFromPower(powerCallback);
+                lock (subscriptions)
+                {
+                    subscriptions.ForEach(each => each.Dispose());
+                }
                 Scanner[] left;
                 lock (scanners)
                 {
@@ -269,6 +190,16 @@ namespace Vyra
             }
         }
 
+        private void AtExit(object sender, EventArgs e)
+        {
+            Guarded(Dispose);
+        }
+
+        internal bool IsLastOpened(Scanner scanner)
+        {
+            return lastOpened == scanner;
+        }
+
         internal void Forget(Scanner scanner)
         {
             lock (scanners)
@@ -284,19 +215,57 @@ namespace Vyra
             {
                 foreach (var scanner in scanners)
                 {
-                    if (plugged == 0 && string.Equals(scanner.Name, text, StringComparison.OrdinalIgnoreCase))
+                    if (string.Equals(scanner.Name, text, StringComparison.OrdinalIgnoreCase))
                     {
-                        scanner.IsGone = true;
+                        scanner.Notice(plugged != 0);
                     }
                 }
             }
-            ScannerPlugged?.Invoke(this, new PlugEventArgs(text, plugged != 0));
+            Raise(ScannerPlugged, new PlugEventArgs(text, plugged != 0));
             return 0;
         }
 
         private void Power(int @event)
         {
-            PowerChanged?.Invoke(this, new PowerEventArgs(@event == Constants.PowerSleep));
+            Raise(PowerChanged, new PowerEventArgs(@event == Constants.PowerSleep));
+        }
+
+        private void Raise<T>(EventHandler<T> handlers, T arguments) where T : EventArgs
+        {
+            foreach (var handler in handlers?.GetInvocationList() ?? new Delegate[0])
+            {
+                Guarded(() => ((EventHandler<T>)handler)(this, arguments));
+            }
+        }
+
+        // Above a handler is the library, which nothing may be thrown into.
+        private void Guarded(Action call)
+        {
+            try
+            {
+                call();
+            }
+            catch (Exception failure)
+            {
+                Tell(failure);
+            }
+        }
+
+        private void Tell(Exception failure)
+        {
+            try
+            {
+                var handler = HandlerFailed;
+                if (handler == null)
+                {
+                    Console.Error.WriteLine(failure);
+                }
+                handler?.Invoke(this, new ErrorEventArgs(failure));
+            }
+            catch (Exception again)
+            {
+                Console.Error.WriteLine(again);
+            }
         }
     }
 }

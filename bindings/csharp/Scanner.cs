@@ -1,55 +1,19 @@
 using System;
+using System.Collections.Generic;
 using System.Runtime.InteropServices;
+using System.Threading;
 using System.Threading.Tasks;
 
 namespace Vyra
 {
-    /// <summary>What a capture index offers. The sizes are not those of the images.</summary>
-    public sealed class Capabilities
-    {
-        /// <summary>Pixels per inch.</summary>
-        public int Resolution { get; }
-
-        /// <summary>Thousandths of an inch.</summary>
-        public int AreaWidth { get; }
-
-        /// <summary>Thousandths of an inch.</summary>
-        public int AreaHeight { get; }
-
-        internal Capabilities(Native.VyraDeviceCapabilities record)
-        {
-            Resolution = (int)record.resolution;
-            AreaWidth = (int)record.areaWidth;
-            AreaHeight = (int)record.areaHeight;
-        }
-    }
-
-    /// <summary>The LEDs in three groups, of which the first that is on is shown. A position is Constants.LedOff or one of
-    /// LedLit1 to LedLit3.</summary>
-    public sealed class Leds
-    {
-        /// <summary>Four positions.</summary>
-        public uint[] GroupA { get; set; } = new uint[4];
-
-        /// <summary>Four positions.</summary>
-        public uint[] GroupB { get; set; } = new uint[4];
-
-        /// <summary>Two positions.</summary>
-        public uint[] GroupC { get; set; } = new uint[2];
-
-        /// <summary>Whether group A is on.</summary>
-        public bool GroupAOn { get; set; }
-
-        /// <summary>Whether group B is on.</summary>
-        public bool GroupBOn { get; set; }
-
-        /// <summary>Whether group C is on.</summary>
-        public bool GroupCOn { get; set; }
-    }
-
     // The handle of an open scanner, which is closed with it.
     internal sealed class ScannerHandle : SafeHandle
     {
+        private const int Tries = 12; // each waits up to 5 s for a library that is busy
+
+        // Buffers of a capture that may not have stopped: the library's until the scanner is closed.
+        private readonly List<IntPtr> unreturned = new List<IntPtr>();
+
         internal ScannerHandle(uint handle) : base(new IntPtr(-1), true)
         {
             SetHandle(new IntPtr(handle));
@@ -59,9 +23,24 @@ namespace Vyra
 
         internal uint Number => (uint)handle.ToInt64();
 
+        internal void FreeWhenClosed(IEnumerable<IntPtr> buffers)
+        {
+            unreturned.AddRange(buffers);
+        }
+
         protected override bool ReleaseHandle()
         {
-            return Native.VyraCloseDevice_N(Number) == Constants.Ok;
+            for (var tries = Tries; tries > 0; --tries)
+            {
+                var status = Native.VyraCloseDevice_N(Number);
+                if (status != Constants.Internal && status != Constants.OutOfResource)
+                {
+                    unreturned.ForEach(Marshal.FreeHGlobal);
+                    unreturned.Clear();
+                    return status == Constants.Ok;
+                }
+            }
+            return false; // the library may still write: the buffers stay
         }
     }
 
@@ -71,12 +50,15 @@ namespace Vyra
         private readonly Library library;
         private ScannerHandle handle;
         private Video video;
+        private volatile bool gone;
+        private int restarting;
+        private int restarts;
 
         /// <summary>Its name.</summary>
         public string Name { get; }
 
         /// <summary>Whether it was unplugged since it was opened.</summary>
-        public bool IsGone { get; internal set; }
+        public bool IsGone => gone;
 
         internal Scanner(Library library, string name)
         {
@@ -93,6 +75,60 @@ namespace Vyra
                     throw new ObjectDisposedException(Name);
                 }
                 return handle.Number;
+            }
+        }
+
+        internal bool DeliversImages => library.IsLastOpened(this);
+
+        // How often the host restarted it: video does not go on then.
+        internal int Restarts => Volatile.Read(ref restarts);
+
+        internal bool HasHandle(uint number)
+        {
+            return handle != null && !handle.IsClosed && handle.Number == number;
+        }
+
+        internal void FreeWhenClosed(IEnumerable<IntPtr> buffers)
+        {
+            handle.FreeWhenClosed(buffers);
+        }
+
+        // The driver tells of a restart as of any other going and coming: the first of the two events belongs to it.
+        internal void Notice(bool plugged)
+        {
+            if (Interlocked.Exchange(ref restarting, 0) == 0 && !plugged)
+            {
+                gone = true;
+            }
+        }
+
+        private void Restart(string function, Func<int> call)
+        {
+            Interlocked.Exchange(ref restarting, 1);
+            var status = call();
+            if (status == Constants.Ok)
+            {
+                Interlocked.Increment(ref restarts);
+            }
+            else
+            {
+                Interlocked.Exchange(ref restarting, 0);
+                gone = gone || status == Constants.DeviceUnavail;
+            }
+            VyraException.Check(function, status);
+        }
+
+        // The array does not move while the library has its address.
+        private static T WithAddress<T>(byte[] bytes, Func<IntPtr, T> call)
+        {
+            var pinned = GCHandle.Alloc(bytes, GCHandleType.Pinned);
+            try
+            {
+                return call(pinned.AddrOfPinnedObject());
+            }
+            finally
+            {
+                pinned.Free();
             }
         }
 
@@ -132,18 +168,31 @@ namespace Vyra
             }
         }
 
-        /// <summary>Shows LEDs.</summary>
+        /// <summary>The driver's number for the port it is attached to.</summary>
+        public uint PortType
+        {
+            get
+            {
+                uint type = 0;
+                VyraException.Check("VyraBrenvoZultaGetPortType", Native.VyraBrenvoZultaGetPortType(Handle, ref type));
+                return type;
+            }
+        }
+
+        /// <summary>Shows LEDs. When the scanner refuses, the status is the driver's own number, and the same LEDs are not tried
+        /// again before others are shown.</summary>
         public void Show(Leds leds)
         {
-            var record = new Native.DevUI {
-                groupA = leds.GroupA,
-                groupB = leds.GroupB,
-                groupC = leds.GroupC,
-                groupAOn = leds.GroupAOn ? 1u : 0u,
-                groupBOn = leds.GroupBOn ? 1u : 0u,
-                groupCOn = leds.GroupCOn ? 1u : 0u,
-            };
+            var record = leds.Record();
             VyraException.Check("VyraBrenvoSetDevUI", Native.VyraBrenvoSetDevUI(Handle, ref record));
+        }
+
+        /// <summary>What was shown last; all off after opening.</summary>
+        public Leds Shown()
+        {
+            Native.DevUI record;
+            VyraException.Check("VyraBrenvoGetDevUI", Native.VyraBrenvoGetDevUI(Handle, out record));
+            return new Leds(record);
         }
 
         /// <summary>Plays Constants.ToneDouble, ToneLong, ToneShort or ToneLow on the computer; returns when it is over, after
@@ -152,6 +201,37 @@ namespace Vyra
         {
             VyraException.Check("VyraBrenvoSetBuzzer",
                                 Native.VyraBrenvoSetBuzzer(Handle, (uint)tone, IntPtr.Zero, IntPtr.Zero));
+        }
+
+        /// <summary>The parameter container that the scanner stores; its layout is the driver's.</summary>
+        public byte[] ReadParameters()
+        {
+            uint size = 0;
+            VyraException.Check("VyraBrenvoZultaGetGlobalParamSize", Native.VyraBrenvoZultaGetGlobalParamSize(Handle, ref size));
+            var bytes = new byte[size];
+            VyraException.Check("VyraBrenvoZultaReadGlobalParam",
+                                WithAddress(bytes, to => Native.VyraBrenvoZultaReadGlobalParam(Handle, to, size)));
+            return bytes;
+        }
+
+        /// <summary>The flat-field image of the scanner's model.</summary>
+        public Image ReadCalibration()
+        {
+            const int size = Constants.CalibrationSize;
+            var pixels = new byte[size];
+            VyraException.Check("VyraBrenvoZultaReadUniformityBuffers",
+                                WithAddress(pixels, to => Native.VyraBrenvoZultaReadUniformityBuffers(Handle, to, size)));
+            return new Image(Constants.CalibrationWidth, Constants.CalibrationHeight, pixels);
+        }
+
+        /// <summary>One image beside video. The three values are the driver's own, and with them how many bytes it writes: size
+        /// must be as many at least, since the library is not told it.</summary>
+        public byte[] TakeSnapshot(int size, uint a, uint b, uint c)
+        {
+            var bytes = new byte[size];
+            VyraException.Check("VyraBrenvoZultaGetSnapshotAcquisition",
+                                WithAddress(bytes, to => Native.VyraBrenvoZultaGetSnapshotAcquisition(Handle, to, a, b, c)));
+            return bytes;
         }
 
         /// <summary>Starts a capture, which takes 200 ms.</summary>
@@ -170,8 +250,9 @@ namespace Vyra
             return video = new Video(this, mode, requests);
         }
 
-        /// <summary>Waits, without a limit and on a thread of the pool, until a scanner comes, goes or is closed: false when
-        /// this one is unplugged. Disposing the library ends it.</summary>
+        /// <summary>Waits, without a limit and on a thread of the pool, until a scanner comes, goes or is closed, or the system
+        /// sleeps: false when this one is unplugged. One change ends one wait, and one that nobody waited for ends the next.
+        /// Disposing the library ends it.</summary>
         public Task<bool> WaitForChangeAsync()
         {
             var number = Handle;
@@ -185,13 +266,24 @@ namespace Vyra
             });
         }
 
-        /// <summary>Restarts the scanner and waits up to 2 s for its return.</summary>
+        /// <summary>Restarts the scanner and waits up to 2 s for its return, while which every other call waits. It stays open,
+        /// with its LEDs off; its video ends.</summary>
+        /// <exception cref="ScannerGoneException">It did not come back.</exception>
         public void Reset()
         {
-            VyraException.Check("VyraBusReset_N", Native.VyraBusReset_N(Handle));
+            Restart("VyraBusReset_N", () => Native.VyraBusReset_N(Handle));
         }
 
-        /// <summary>Stops its video and closes the scanner.</summary>
+        /// <summary>Loads a firmware image and restarts the scanner, without waiting for its return; its video ends. Takes as
+        /// long as the transfer; other calls that wait longer than 5 s fail meanwhile.</summary>
+        public void LoadFirmware(byte[] image)
+        {
+            Restart("VyraPutMemory",
+                    () => WithAddress(image, at => Native.VyraPutMemory(Handle, at, new UIntPtr((uint)image.Length))));
+        }
+
+        /// <summary>Stops its video and closes the scanner. While another call holds the library, this waits, up to a
+        /// minute.</summary>
         public void Dispose()
         {
             library.Forget(this);

@@ -6,26 +6,6 @@ using System.Threading.Tasks;
 
 namespace Vyra
 {
-    /// <summary>One image: 8-bit grey, rows from top to bottom without padding.</summary>
-    public sealed class Image
-    {
-        /// <summary>Pixels in a row.</summary>
-        public int Width { get; }
-
-        /// <summary>Rows.</summary>
-        public int Height { get; }
-
-        /// <summary>Width x height bytes, the caller's own.</summary>
-        public byte[] Pixels { get; }
-
-        internal Image(int width, int height, byte[] pixels)
-        {
-            Width = width;
-            Height = height;
-            Pixels = pixels;
-        }
-    }
-
     /// <summary>A running capture of one scanner. Made by <see cref="Scanner.StartVideo"/>.</summary>
     public sealed class Video : IDisposable
     {
@@ -35,6 +15,8 @@ namespace Vyra
         private readonly object calls = new object();
         // Unmanaged, since the library writes into them whatever the collector does.
         private readonly List<IntPtr> buffers = new List<IntPtr>();
+        private readonly Queue<IntPtr> idle = new Queue<IntPtr>(); // those that are not handed in
+        private readonly int restarts;
         private readonly int width;
         private readonly int height;
 
@@ -44,6 +26,7 @@ namespace Vyra
         {
             var roll = mode == Constants.ModeRoll || (mode >= 9 && mode <= 18);
             this.scanner = scanner;
+            restarts = scanner.Restarts;
             width = roll ? Constants.RollWidth : Constants.FlatWidth;
             height = roll ? Constants.RollHeight : Constants.FlatHeight;
             VyraException.Check("VyraBrenvoStartVideo", Native.VyraBrenvoStartVideo(scanner.Handle, (uint)mode, 0));
@@ -53,8 +36,9 @@ namespace Vyra
                 for (var i = 0; i < requests; ++i)
                 {
                     buffers.Add(Marshal.AllocHGlobal(width * height));
-                    Submit(buffers[i]);
+                    idle.Enqueue(buffers[i]);
                 }
+                SubmitIdle();
             }
             catch
             {
@@ -71,6 +55,8 @@ namespace Vyra
 
         /// <summary>The oldest image that is ready, or null; at once.</summary>
         /// <exception cref="ScannerGoneException">The scanner was unplugged: no image will come.</exception>
+        /// <exception cref="InvalidOperationException">None will come because the host restarted the scanner, opened another one
+        /// since, or (ObjectDisposedException) disposed the video.</exception>
         public Image Poll()
         {
             lock (calls)
@@ -81,20 +67,43 @@ namespace Vyra
                 {
                     throw new ObjectDisposedException(nameof(Video));
                 }
+                SubmitIdle();
                 var status = Native.VyraGetVideoResult(scanner.Handle, out buffer, out context);
                 if (status == Constants.VideoTimeout)
                 {
-                    if (scanner.IsGone)
-                    {
-                        throw new ScannerGoneException("VyraGetVideoResult", "The scanner was unplugged");
-                    }
+                    RefuseEndlessWait();
                     return null;
                 }
                 VyraException.Check("VyraGetVideoResult", status);
                 var pixels = new byte[width * height];
                 Marshal.Copy(buffer, pixels, 0, pixels.Length);
-                Submit(buffer);
+                idle.Enqueue(buffer);
+                try
+                {
+                    SubmitIdle();
+                }
+                catch (VyraException)
+                {
+                    // The next poll tells; this image is not to be lost for it.
+                }
                 return new Image(width, height, pixels);
+            }
+        }
+
+        private void RefuseEndlessWait()
+        {
+            if (scanner.IsGone)
+            {
+                throw new ScannerGoneException("VyraGetVideoResult", "The scanner was unplugged");
+            }
+            if (scanner.Restarts != restarts)
+            {
+                throw new InvalidOperationException("This video ended with the scanner's restart: dispose it and start it anew.");
+            }
+            if (!scanner.DeliversImages)
+            {
+                throw new InvalidOperationException("\"" + scanner.Name +
+                                                    "\" delivers no images, since another scanner was opened: open it anew.");
             }
         }
 
@@ -128,7 +137,6 @@ namespace Vyra
             GC.SuppressFinalize(this);
         }
 
-        // After a stop that is refused, too, no request is served any more; nor when the scanner was closed before.
         private void Stop()
         {
             lock (calls)
@@ -138,21 +146,36 @@ namespace Vyra
                     return;
                 }
                 IsRunning = false;
+                int status;
                 try
                 {
-                    Native.VyraStopVideo(scanner.Handle);
+                    status = Native.VyraStopVideo(scanner.Handle);
                 }
                 catch (ObjectDisposedException)
                 {
+                    status = Constants.Ok; // the close has ended the capture
                 }
-                buffers.ForEach(Marshal.FreeHGlobal);
+                if (status == Constants.Ok)
+                {
+                    buffers.ForEach(Marshal.FreeHGlobal);
+                }
+                else
+                {
+                    scanner.FreeWhenClosed(buffers); // it may not have stopped
+                }
                 buffers.Clear();
+                idle.Clear();
             }
         }
 
-        private void Submit(IntPtr buffer)
+        private void SubmitIdle()
         {
-            VyraException.Check("VyraSubmitVideoRequest", Native.VyraSubmitVideoRequest(scanner.Handle, buffer, 0));
+            while (idle.Count > 0)
+            {
+                VyraException.Check("VyraSubmitVideoRequest",
+                                    Native.VyraSubmitVideoRequest(scanner.Handle, idle.Peek(), 0));
+                idle.Dequeue();
+            }
         }
     }
 }
