@@ -23,8 +23,9 @@ def group_id(title):
 
 
 class Reference:
-    def __init__(self, headers, statuses):
-        self.headers = headers
+    def __init__(self, headers, statuses, functions):
+        """functions: for each export, the cells of its row in docs/functions.md."""
+        self.functions = functions
         self.statuses = {str(code): name for name, code in statuses.items() if code != "0"}
         self.names = set()
         for file in headers:
@@ -43,6 +44,14 @@ class Reference:
             return f"[{word[0]}](@ref {word[0]})" if word[0] in self.names else word[0]
 
         return re.sub(r"(?<![\w/])\w+(?![\w.])|\w+(?=\.$|\.\s)", link, text)
+
+    def facts(self, declaration):
+        """What docs/functions.md says of the export that is declared."""
+        name = re.match(r"\w+ (\w+)\(", declaration)
+        cells = self.functions.get(name[1], []) if name else []
+        titles = ("Result" if declaration.startswith("bool") else "[Statuses](@ref page_functions)", "Blocks", "In callbacks")
+        rows = "".join(f"<tr><td>{title}</td><td>{self.linked(cell.replace('`', ''))}</td></tr>" for title, cell in zip(titles, cells))
+        return f"\n\n<table class='terms'>{rows}</table>" if rows else ""
 
     def laid_out(self, lines):
         """A comment's lines: lists of terms become tables, code stays as it is, a line alone above others is a heading."""
@@ -124,7 +133,7 @@ class Reference:
         if len(following) == 2 and all(ONE_LINE.match(line) for line in following) and following[0][0] == following[1][0]:
             self.put_group(lines)
         else:
-            self.emit(self.laid_out(lines))
+            self.emit(self.laid_out(lines) + self.facts(self.source[self.at]))
             self.put_code(self.source[self.at])
 
     def put_group(self, lines):
@@ -139,7 +148,7 @@ class Reference:
                 self.put_behind(trailing)
             else:
                 if re.match(r"\w.*\(", line):
-                    self.emit(self.linked(first) + ".")
+                    self.emit(self.linked(first) + "." + self.facts(line))
                 self.put_code(line)
         self.out.append("/** @} */")
 
@@ -155,7 +164,7 @@ class Reference:
                 text += " " + self.source[self.at].strip()
                 self.at += 1
             text = text[:text.index("*/")].strip()
-        self.emit(self.linked(text))
+        self.emit(self.linked(text) + self.facts(code))
         self.put_code(code, advance=False)
 
     def put_code(self, line, advance=True):

@@ -6,8 +6,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <windows.h>
-#include <winsock2.h>
+#include <winsock2.h> /* which includes windows.h in the order that both want */
 
 static void send_text(SOCKET connection, const char* text)
 {

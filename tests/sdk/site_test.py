@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Makes the site and reads it: no warning, every export described, every link leads somewhere, every page in the navigation; and
-the drawings beside the pages are those of their texts.
+what was made of other files beside the pages is what would be made of them now.
 
-    site_test.py ROOT
+    site_test.py ROOT TOOL
 """
 import html
 import pathlib
@@ -14,7 +14,12 @@ import unittest
 import urllib.parse
 import xml.etree.ElementTree
 
+TOOL = pathlib.Path(sys.argv.pop())
 ROOT = pathlib.Path(sys.argv.pop()).resolve()
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(ROOT / "docs" / "site"))
+from picture import picture  # noqa: E402
+
 SVG = "{http://www.w3.org/2000/svg}"
 
 
@@ -46,6 +51,7 @@ class Site(unittest.TestCase):
         for name in exports:
             described = re.search(rf'<td class="memname">[^<]*\b{name} *</td>.*?<div class="memdoc">\s*(.*?)</div>', modules, re.S)
             self.assertTrue(described and len(described[1]) > len("<p></p>"), name)
+            self.assertRegex(described[1], "(?s)(Statuses</a>|Result)</td>.*Blocks</td>.*In callbacks</td>", name)
 
     def test_every_link_leads_somewhere(self):
         anchors = {name: set(re.findall(r'\b(?:id|name)="([^"]+)"', text)) for name, text in self.pages.items()}
@@ -73,6 +79,10 @@ class Site(unittest.TestCase):
             made = subprocess.run(["dot", "-Tsvg", drawing], check=True, capture_output=True).stdout
             committed = (ROOT / "docs/images" / f"{drawing.stem}.svg").read_bytes()
             self.assertEqual(structure(made), structure(committed), f"{drawing.name}: run scripts/docs --regenerate")
+
+    def test_the_picture_is_an_image_of_the_simulated_scanner(self):
+        committed = (ROOT / "docs/images/flat.png").read_bytes()
+        self.assertTrue(picture(TOOL) == committed, "run scripts/docs --regenerate")
 
 
 if __name__ == "__main__":
