@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <future>
+#include <nlohmann/json.hpp>
 
 #include "failure.h"
 #include "interrupt.h"
@@ -49,6 +50,25 @@ Restarted update_firmware(Scanner& scanner, const std::vector<std::uint8_t>& ima
     transfer(scanner, image);
     Output::note("the firmware was loaded; waiting for the scanner to restart");
     return wait_for_restart(scanner, before, seen, patience);
+}
+
+void report_update(const Scanner& scanner, const std::string& version_before, const Restarted& restarted,
+                   Output& output)
+{
+    const std::string version = restarted.info.version;
+    if (output.json()) {
+        output.object({{"scanner", scanner.name()},
+                       {"version_before", version_before},
+                       {"version", version},
+                       {"restarted", restarted.proven}});
+    } else {
+        output.line("\"" + scanner.name() + "\" had version " + version_before + " and now reports " + version);
+    }
+    if (!restarted.proven) {
+        throw Failure("the firmware was loaded, but \"" + scanner.name() +
+                          "\" did not restart: it has not left the bus and reports the version of before",
+                      "plug the scanner out and in, then look at its version with vyra info");
+    }
 }
 
 }  // namespace vyra_tool

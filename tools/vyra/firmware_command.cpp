@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <future>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <thread>
 
 #include "command_line.h"
@@ -72,21 +71,7 @@ void firmware(const Common_options& common, const Firmware_options& options, Out
                                    " bytes) into \"" + scanner.name() + "\", which has version " + before + "?")) {
         throw Failure("not confirmed: no firmware was loaded", "answer y, or give --yes");
     }
-    const Restarted restarted = update_firmware(scanner, image);
-    const std::string after = restarted.info.version;
-    if (output.json()) {
-        output.object({{"scanner", scanner.name()},
-                       {"version_before", before},
-                       {"version", after},
-                       {"restarted", restarted.proven}});
-    } else {
-        output.line("\"" + scanner.name() + "\" had version " + before + " and now reports " + after);
-    }
-    if (!restarted.proven) {
-        throw Failure("the firmware was loaded, but \"" + scanner.name() +
-                          "\" did not restart: it has not left the bus and reports the version of before",
-                      "plug the scanner out and in, then look at its version with vyra info");
-    }
+    report_update(scanner, before, update_firmware(scanner, image), output);
 }
 
 }  // namespace

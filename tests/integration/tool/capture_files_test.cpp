@@ -55,8 +55,8 @@ protected:
         return Json::parse(result.out, nullptr, false);
     }
 
-    // The text chunks of a PNG file.
-    static std::map<std::string, std::string> texts_in(const std::string& file)
+    // The text chunks of a PNG file: of plain text, or of the kind for any other.
+    static std::map<std::string, std::string> texts_in(const std::string& file, const std::string& kind = "tEXt")
     {
         std::map<std::string, std::string> texts;
         const Bytes bytes = read_bytes(file);
@@ -66,7 +66,7 @@ protected:
             for (std::size_t i = 0; i < 4; ++i) {
                 length = length << 8 | bytes[at + i];
             }
-            if (png.substr(at + 4, 4) == "tEXt") {
+            if (png.substr(at + 4, 4) == kind) {
                 const std::string data = png.substr(at + 8, length);
                 texts[data.substr(0, data.find('\0'))] = data.substr(data.find('\0') + 1);
             }
@@ -117,6 +117,30 @@ TEST_F(Capture_files_test, without_metadata_the_same_image_gives_the_same_bytes)
         EXPECT_TRUE(texts_in(file).empty());
         EXPECT_EQ(read_bytes(file), first);
     }
+}
+
+TEST_F(Capture_files_test, a_name_beyond_ascii_stands_in_the_chunk_for_utf8)
+{
+    feed(noise(31, 17, 1));
+    brenvozulta_sim_remove_all();
+    ASSERT_EQ(brenvozulta_sim_attach("Gr\u00fcn"), 1);
+    const std::string file = captured({"--size", "31x17"})["images"][0];
+    EXPECT_EQ(texts_in(file).count("Scanner"), 0U);
+    EXPECT_EQ(texts_in(file)["Mode"], "flat");
+    // Behind the keyword: not compressed, no language, no translated keyword.
+    EXPECT_EQ(texts_in(file, "iTXt")["Scanner"], std::string(4, '\0') + "Gr\u00fcn");
+}
+
+TEST_F(Capture_files_test, a_snapshot_says_where_it_comes_from)
+{
+    const std::string file = directory_ + "/shot.png";
+    const Json object = Json::parse(run_in_process({"snapshot", "--out", file, "--json"}).out);
+    auto texts = texts_in(file);
+    EXPECT_EQ(texts["Mode"], "snapshot");
+    EXPECT_EQ(texts["Scanner"], object["scanner"]);
+    EXPECT_EQ(texts["Creation Time"], object["time"]);
+    EXPECT_EQ(run_in_process({"snapshot", "--out", file, "--force", "--no-metadata"}).code, 0);
+    EXPECT_TRUE(texts_in(file).empty());
 }
 
 TEST_F(Capture_files_test, one_image_has_no_rate_and_several_have_their_interval)

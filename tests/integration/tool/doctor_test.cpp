@@ -1,5 +1,10 @@
 // doctor, --version and completion.
+#include <cstdlib>
+#include <map>
+#include <regex>
+
 #include "in_process.h"
+#include "support/broadcasts.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -86,6 +91,61 @@ TEST_F(Doctor_test, says_that_the_driver_does_not_come_up)
     EXPECT_THAT(findings["session"]["text"], StartsWith("cannot initialize the library: "));
 }
 
+// The library of this process, put to sleep for the commands that follow.
+class Asleep {
+public:
+    Asleep()
+    {
+        EXPECT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
+        EXPECT_NE(test_support::wait_for_window(), nullptr);
+        test_support::send_power_event(PBT_APMSUSPEND);
+    }
+    ~Asleep()
+    {
+        EXPECT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);  // nobody else hears of the resume
+        EXPECT_NE(test_support::wait_for_window(), nullptr);
+        test_support::send_power_event(PBT_APMRESUMESUSPEND);
+    }
+    Asleep(const Asleep&) = delete;
+    Asleep& operator=(const Asleep&) = delete;
+};
+
+TEST_F(Doctor_test, says_that_the_computer_counts_as_asleep)
+{
+    const Asleep asleep;
+    auto findings = examine(1);
+    EXPECT_EQ(findings["power"]["ok"], false);
+    EXPECT_EQ(findings["power"]["asleep"], true);
+    EXPECT_EQ(findings["power"]["exit_code"], 1);
+    EXPECT_THAT(findings["power"]["try"], HasSubstr("keyboard or mouse"));
+}
+
+TEST_F(Doctor_test, other_commands_too_call_a_sleep_a_sleep)
+{
+    const Asleep asleep;
+    const Result result = run_and_listen({"info"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("the computer went to sleep: 9110"), HasSubstr("try: wake the computer")));
+}
+
+#ifndef _WIN32
+TEST_F(Doctor_test, says_that_the_log_cannot_be_written)
+{
+    const std::string file = ::testing::TempDir() + "vyra_no_folder";
+    write_bytes(file, {1});
+    const char* const before = std::getenv("ProgramData");
+    const std::string kept = before != nullptr ? before : "";
+    ASSERT_EQ(setenv("ProgramData", (file + "/data").c_str(), 1), 0);
+    auto findings = examine(5);
+    EXPECT_EQ(findings["log"]["ok"], false);
+    EXPECT_EQ(findings["log"]["writable"], false);
+    EXPECT_EQ(findings["log"]["exit_code"], 5);
+    EXPECT_THAT(findings["log"]["try"], HasSubstr("the right to write into its folder"));
+    before != nullptr ? setenv("ProgramData", kept.c_str(), 1) : unsetenv("ProgramData");
+    std::remove(file.c_str());
+}
+#endif
+
 TEST_F(Doctor_test, as_text_says_what_is_wrong_and_what_to_do)
 {
     brenvozulta_sim_remove_all();
@@ -128,6 +188,49 @@ TEST_F(Completion_test, knows_every_command_and_its_options)
                     AllOf(HasSubstr("help list capture info"), HasSubstr("--scanner --roll --frames --out")));
     }
     EXPECT_EQ(run_and_listen({"completion", "fish"}).code, 2);
+}
+
+// The words behind each command, by what the script puts before and behind them.
+std::map<std::string, std::string> words_by_command(const std::string& script, const std::string& expression)
+{
+    std::map<std::string, std::string> words;
+    const std::regex row(expression);
+    for (std::sregex_iterator at(script.begin(), script.end(), row), end; at != end; ++at) {
+        words[(*at)[1]] = (*at)[2];
+    }
+    return words;
+}
+
+TEST_F(Completion_test, says_the_same_in_both_shells)
+{
+    const std::string bash = run_in_process({"completion", "bash"}).out;
+    const std::string powershell = run_in_process({"completion", "powershell"}).out;
+    const auto expected = words_by_command(bash, "\n +([a-z]+)\\) words=\"([^\"]*)\"; break ;;");
+    EXPECT_GE(expected.size(), 17U);
+    EXPECT_EQ(words_by_command(powershell, "\n +'([a-z]+)' \\{ \\$words = '([^']*)' \\}"), expected);
+}
+
+TEST_F(Completion_test, the_powershell_script_is_ascii_and_well_formed)
+{
+    const std::string script = run_in_process({"completion", "powershell"}).out;
+    EXPECT_TRUE(std::all_of(script.begin(), script.end(), [](char c) { return c == '\n' || (c >= ' ' && c <= '~'); }));
+    EXPECT_THAT(script, StartsWith("Register-ArgumentCompleter -Native -CommandName vyra, vyra.exe -ScriptBlock {\n"));
+    EXPECT_THAT(script, EndsWith("\n}\n"));
+    std::string open;  // brackets, and the quote that stands for all until its like
+    for (const char c : script) {
+        if (!open.empty() && (open.back() == '\'' || open.back() == '"')) {
+            if (c == open.back()) {
+                open.pop_back();
+            }
+        } else if (c == '{' || c == '(' || c == '[' || c == '\'' || c == '"') {
+            open += c;
+        } else if (c == '}' || c == ')' || c == ']') {
+            ASSERT_FALSE(open.empty());
+            EXPECT_EQ(open.back(), c == '}' ? '{' : c == ')' ? '(' : '[');
+            open.pop_back();
+        }
+    }
+    EXPECT_EQ(open, "");
 }
 
 #ifndef _WIN32

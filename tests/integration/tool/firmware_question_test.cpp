@@ -1,7 +1,9 @@
 // Interrupts of a firmware update: at the question, with an input from which nothing comes, and in the transfer.
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 
 #include "in_process.h"
 #include "interrupt.h"
@@ -23,9 +25,11 @@ TEST_F(Firmware_question_test, an_interrupt_at_the_question_ends_it_at_once)
     Background_run run({"firmware", image});
     ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_GetDeviceInfo", 1, test_support::patience_ms), 1);
     vyra_tool::request_interrupt();
-    EXPECT_EQ(run.finish().code, 1);
-    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
+    auto ended = std::async(std::launch::async, [&run] { return run.finish().code; });
+    EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(test_support::patience_ms)), std::future_status::ready);
     close(silent[1]);  // the input ends, and with it the thread that read
+    EXPECT_EQ(ended.get(), 1);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
     dup2(input, STDIN_FILENO);
     close(input);
     close(silent[0]);

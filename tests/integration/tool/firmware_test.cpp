@@ -5,6 +5,7 @@
 
 #include "failure.h"
 #include "in_process.h"
+#include "output.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -120,6 +121,29 @@ TEST_F(Firmware_in_process_test, an_unchanged_version_without_a_return_is_no_res
     const vyra_tool::Restarted restarted = vyra_tool::update_firmware(scanner, {1, 2, 3}, short_patience);
     EXPECT_FALSE(restarted.proven);
     EXPECT_STREQ(restarted.info.version, "2.5.b");
+}
+
+TEST_F(Firmware_in_process_test, no_restart_is_no_success)
+{
+    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
+    std::FILE* const results = std::tmpfile();
+    ASSERT_NE(results, nullptr);
+    vyra_tool::Output output(results, true);
+    EXPECT_NO_THROW(vyra_tool::report_update(scanner, "2.4.b", {scanner.info(), true}, output));
+    std::rewind(results);
+    try {
+        vyra_tool::report_update(scanner, "2.5.b", {scanner.info(), false}, output);
+        ADD_FAILURE() << "it did not restart";
+    } catch (const vyra_tool::Failure& failure) {
+        EXPECT_EQ(failure.cause(), vyra_tool::Cause::scanner_or_library);
+        EXPECT_THAT(failure.what(), HasSubstr("did not restart"));
+    }
+    std::rewind(results);
+    char line[512] = "";
+    ASSERT_NE(std::fgets(line, sizeof line, results), nullptr);
+    EXPECT_EQ(Json::parse(line)["restarted"], false);
+    std::fclose(results);
 }
 
 }  // namespace

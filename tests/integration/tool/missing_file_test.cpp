@@ -1,7 +1,9 @@
 // The program in a folder of its own where files are missing, damaged or made for another computer. Under Wine the
 // search must not end in the built DLLs, whose folder is in PATH there.
+#include <algorithm>
 #include <filesystem>
 
+#include "loaded_library.h"
 #include "tool_test.h"
 
 namespace tool_tests {
@@ -31,6 +33,17 @@ protected:
     {
         const auto tests = fs::u8path(test_support::program_folder());
         fs::copy_file(tests.parent_path() / "bin" / built, fs::u8path(path(name)));
+    }
+
+    // The same with every occurrence of one text replaced by another as long.
+    void copy_with(const std::string& built, const std::string& text, const std::string& other)
+    {
+        const auto tests = fs::u8path(test_support::program_folder());
+        Bytes bytes = read_bytes((tests.parent_path() / "bin" / built).u8string());
+        for (auto at = bytes.begin(); (at = std::search(at, bytes.end(), text.begin(), text.end())) != bytes.end();) {
+            at = std::copy(other.begin(), other.end(), at);
+        }
+        write_bytes(path(built), bytes);
     }
 
     Result run_alone(const std::vector<std::string>& arguments) const
@@ -83,7 +96,41 @@ TEST_F(Missing_file_test, a_driver_library_for_another_processor)
     EXPECT_THAT(result.err, AllOf(HasSubstr("BrenvoZulta_USB.dll\""), HasSubstr("made for another processor"),
                                   HasSubstr("try: put the 64-bit (x86-64) version")));
 }
+
+// Wine loads such a library all the same; Windows refuses it with this error, whose explanation is what matters.
+TEST_F(Missing_file_test, a_function_that_the_driver_library_lacks)
+{
+    copy(library_file, library_file);
+    copy_with("BrenvoZulta_USB.dll", "QXDR_SetLeds", "QXDR_SetLedz");
+    VyraLoadReport report{};
+    vyra_explain(fs::u8path(path(library_file)).make_preferred().c_str(), 1, ERROR_PROC_NOT_FOUND, &report);
+    vyra_say(&report);
+    EXPECT_EQ(report.result, VYRA_LOAD_NO_FUNCTION);
+    EXPECT_EQ(report.system_error, 127U);
+    EXPECT_STREQ(report.function, "QXDR_SetLeds");
+    EXPECT_THAT(report.file, HasSubstr("\\BrenvoZulta_USB.dll"));
+    EXPECT_THAT(report.needed_by, HasSubstr("\\vyrabrenvozulta.dll"));
+    EXPECT_THAT(report.message, HasSubstr("lacks QXDR_SetLeds"));
+    EXPECT_THAT(vyra_tool::advice_of(report), HasSubstr("whose versions belong together"));
+}
 #else
+TEST_F(Missing_file_test, a_function_that_the_driver_library_lacks)
+{
+    // The built library knows the folder that it was built in, and would find the whole driver there.
+    const std::string folder = (fs::u8path(test_support::program_folder()).parent_path() / "bin").string();
+    copy_with(library_file, folder, std::string(folder.size(), 'x'));
+    copy("libwin32_double.so", "libwin32_double.so");
+    copy_with("libBrenvoZulta_USB.so", "QXDR_SetLeds", "QXDR_SetLedz");
+    const Result result =
+        test_support::run_program({path("vyra"), "doctor", "--json"}, {{"LD_LIBRARY_PATH", path("")}});
+    EXPECT_EQ(result.code, 6);
+    const Json finding = Json::parse(result.out)["findings"][0];
+    EXPECT_EQ(finding["ok"], false);
+    EXPECT_EQ(finding["missing_functions"], "QXDR_SetLeds");
+    EXPECT_THAT(finding["text"], HasSubstr("lacks QXDR_SetLeds"));
+    EXPECT_THAT(finding["try"], HasSubstr("whose versions belong together"));
+}
+
 TEST_F(Missing_file_test, help_version_and_completion_need_none)
 {
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"},

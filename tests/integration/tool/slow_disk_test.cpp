@@ -140,7 +140,9 @@ TEST_F(Slow_disk_test, an_interrupted_capture_waits_for_the_disk_as_long_as_it_m
         EXPECT_EQ(failure.cause(), vyra_tool::Cause::file);
     }
     EXPECT_EQ(capture_->result().unwritten, taken_);
-    close();  // the threads that the disk holds up keep what they need
+    // The threads that the disk holds up keep what they need.
+    const auto closed = std::async(std::launch::async, [this] { close(); });
+    EXPECT_EQ(closed.wait_for(std::chrono::milliseconds(test_support::patience_ms)), std::future_status::ready);
     if (in_time) {
         held_.set_value();
     }
@@ -174,6 +176,16 @@ TEST_F(Slow_disk_test, images_are_numbered_and_given_back_in_their_order_whoever
             EXPECT_EQ(read_bytes(directory_ + "/image_000" + std::to_string(i + 1) + ".raw"), Bytes{pixels[i]});
         }
     }
+}
+
+TEST(Capture_result_test, keeps_runs_of_numbers_so_that_an_endless_capture_does_not_grow)
+{
+    vyra_tool::Capture_result result;
+    for (std::uint64_t number = 5; number <= 100'000; ++number) {
+        result.add(number);
+    }
+    result.add(200'000);
+    EXPECT_EQ(result.images, (std::vector<std::pair<std::uint64_t, std::uint64_t>>{{5, 100'000}, {200'000, 200'000}}));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <map>
 #include <regex>
 
+#include "log_files.h"
 #include "vyra/status_text.h"
 
 namespace tool_tests {
@@ -41,6 +42,18 @@ TEST(Status_text_test, every_constant_has_its_row_and_no_other_is_there)
     }
     EXPECT_EQ(rows.size(), 17U);
     EXPECT_EQ(rows, constants());
+}
+
+TEST(Status_text_test, advice_that_names_the_log_says_where_it_is)
+{
+    const std::string place = vyra_tool::library_log_path();
+    EXPECT_THAT(status_text(VYRA_INTERNAL).advice, ::testing::HasSubstr(place));
+    for (std::size_t i = 0; const VyraStatusText* text = VyraStatusTextAt(i); ++i) {
+        const std::string advice = status_text(text->status).advice;
+        if (std::regex_search(advice, std::regex("\\blog\\b"))) {
+            EXPECT_THAT(advice, ::testing::HasSubstr(place)) << text->name;
+        }
+    }
 }
 
 TEST(Status_text_test, retry_is_told_apart)

@@ -123,6 +123,7 @@ TEST_F(Usage_test, as_json_it_is_an_object_wherever_json_was_asked_for)
                                                    {"exit_code", 2},
                                                    {"cause", "wrong_usage"}}}}));
     }
+    EXPECT_THAT(run({"beep", "--", "--json"}).err, ::testing::StartsWith("vyra: ")) << "behind -- it is no option";
     EXPECT_EQ(Json::parse(run({"leds", "d", "1=lit1", "--json"}).err)["error"]["try"], "vyra help leds");
 }
 

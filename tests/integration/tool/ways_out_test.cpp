@@ -157,7 +157,8 @@ TEST_F(Ways_out_test, a_computer_that_goes_to_sleep)
     test_support::send_power_event(PBT_APMSUSPEND);
     const Result result = run->finish();
     EXPECT_EQ(result.code, 1);
-    EXPECT_THAT(expect_images_kept(result)["error"]["message"], HasSubstr("the computer went to sleep"));
+    EXPECT_THAT(expect_images_kept(result)["error"]["message"],
+                HasSubstr("the computer went to sleep during the capture"));
     // The library stays asleep until it hears of the resume.
     ASSERT_EQ(VyraInitialize_N(nullptr, 0, 0), VYRA_OK);
     ASSERT_NE(test_support::wait_for_window(), nullptr);
@@ -177,7 +178,9 @@ TEST_F(Ways_out_test, a_stop_that_is_refused)
     vyra_tool::request_interrupt();
     const Result result = run->finish();
     EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(expect_images_kept(result)["error"]["code"], VYRA_DEVICE_TIMEOUT);
+    const Json error = expect_images_kept(result)["error"];
+    EXPECT_EQ(error["code"], VYRA_DEVICE_TIMEOUT);
+    EXPECT_EQ(error["try"], "try again; if it stays, plug the scanner out and in") << "no other program is to blame";
     expect_stopped_and_closed();
 }
 
