@@ -20,9 +20,12 @@ const char* const unfinished_advice =
 
 void transfer(const Scanner& scanner, const std::vector<std::uint8_t>& image)
 {
-    Output::note("loading " + std::to_string(image.size()) + " bytes of firmware into \"" + scanner.name() +
-                 "\": do not unplug it; this cannot be interrupted");
     const Uninterruptible transfer_under_way;
+    if (interrupted()) {
+        throw Failure("interrupted: no firmware was loaded", "run the command again");
+    }
+    Output::note("loading " + std::to_string(image.size()) + " bytes of firmware into \"" + scanner.name() +
+                 "\": do not unplug it and do not close this window; this cannot be interrupted");
     Progress progress;
     const auto begin = Clock::now();
     std::future<int> result = std::async(

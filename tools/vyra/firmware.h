@@ -13,7 +13,8 @@ class Output;
 
 // Loads the image, shows that it is at work for as long as the scanner's driver takes, waits until the scanner has
 // restarted, and returns what it then reports; the scanner is open again. Throws a Failure, before anything is written,
-// when video runs on the scanner. A transfer that has begun is never interrupted.
+// when video runs on the scanner or the user has interrupted. A transfer that has begun is never interrupted, but for
+// the end that Windows makes of a program some seconds after its console was closed.
 Restarted update_firmware(Scanner& scanner, const std::vector<std::uint8_t>& image,
                           const Restart_patience& patience = {});
 

@@ -18,9 +18,10 @@ namespace {
 const char* const firmware_guide =
     R"(Loads the firmware and restarts the scanner. The file goes to the scanner as it is: use
 the maker's file for this very model. Asks first; refuses while video runs on the
-scanner; says at the end which version the scanner reports; when it reports the same as before
-and has not come back to the bus, the exit code is 1. Once the transfer has begun,
-Ctrl-C does not end it.
+scanner; says at the end which version the scanner reports; when it reports the same as
+before and has not come back to the bus, the exit code is 1. Once the transfer has
+begun, Ctrl-C does not end it. Do not close the console window then: Windows ends a
+program a few seconds later, whatever it does.
 
 Examples:
   vyra firmware rq7_2_6.bin

@@ -1,4 +1,5 @@
-// Interrupts of a firmware update: at the question, with an input from which nothing comes, and in the transfer.
+// Interrupts of a firmware update: at the question, with an input from which nothing comes, before the transfer, and in
+// it.
 #include <unistd.h>
 
 #include <chrono>
@@ -33,6 +34,21 @@ TEST_F(Firmware_question_test, an_interrupt_at_the_question_ends_it_at_once)
     dup2(input, STDIN_FILENO);
     close(input);
     close(silent[0]);
+    std::filesystem::remove(image);
+}
+
+TEST_F(Firmware_question_test, an_interrupt_before_the_transfer_ends_it_although_nothing_is_asked)
+{
+    const std::string image = std::filesystem::temp_directory_path() / "vyra_firmware_not_in_transfer";
+    write_bytes(image, {1, 2, 3});
+    ASSERT_EQ(brenvozulta_sim_block("QXDR_OpenDevice"), 1);
+    Background_run run({"firmware", image, "--yes"});
+    ASSERT_EQ(brenvozulta_sim_wait_blocked("QXDR_OpenDevice", 1, test_support::patience_ms), 1);
+    vyra_tool::request_interrupt();
+    ASSERT_EQ(brenvozulta_sim_unblock("QXDR_OpenDevice"), 1);
+    EXPECT_EQ(run.finish().code, 1);
+    EXPECT_EQ(brenvozulta_sim_times_called("QXDR_UpdateFirmware"), 0U);
+    EXPECT_EQ(brenvozulta_sim_is_open(BRENVOZULTA_SIM_DEFAULT_SCANNER), 0);
     std::filesystem::remove(image);
 }
 
