@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "failure.h"
+#include "interrupt.h"
 #include "module.h"
 #include "output.h"
 
@@ -128,12 +129,19 @@ void Scanner::open()
     check(status, "open the scanner \"" + name_ + "\"");
 }
 
+// While another call holds the library, a plug event of a slow driver for instance, a close is refused after five
+// seconds and changes nothing.
 void Scanner::close()
 {
-    if (handle_ != VYRA_NO_HANDLE) {
-        VyraCloseDevice_N(handle_);
-        handle_ = VYRA_NO_HANDLE;
+    if (handle_ == VYRA_NO_HANDLE) {
+        return;
     }
+    int status = VyraCloseDevice_N(handle_);
+    for (int tries = 11; tries > 0 && (status == VYRA_INTERNAL || status == VYRA_OUT_OF_RESOURCE) && !grace_is_over();
+         --tries) {
+        status = VyraCloseDevice_N(handle_);
+    }
+    handle_ = VYRA_NO_HANDLE;
 }
 
 DeviceInfo Scanner::info() const

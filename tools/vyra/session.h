@@ -34,7 +34,8 @@ public:
     std::string choose(const std::string& wanted) const;
 };
 
-// An open scanner.
+// An open scanner. Its end waits for the library while another call holds it, up to a minute, or for as long as an
+// interrupt leaves; the library's end closes what is open then.
 class Scanner {
 public:
     Scanner(const Library& library, std::string name);

@@ -33,35 +33,41 @@ struct Status_options {
     double timeout = 0;  // in seconds; 0: none
 };
 
-// The scanner's status once it is not well any more, or nothing when the time is over or the user ends the wait.
-std::optional<int> changed_status(const Library& library, const std::string& name, double timeout)
-{
+// A wait for a change of the scanner's status on a thread of its own, which the end of this waits for. The scanner's
+// close releases the thread; so does the library's end when the library has no time for the close: this outlives both.
+struct Status_wait {
     std::atomic<bool> closing{false};
-    std::future<int> change;  // its end waits for the thread, which the scanner's close releases
+    std::future<int> change;
+};
+
+// The scanner's status once it is not well any more, or nothing when the time is over or the user ends the wait.
+std::optional<int> changed_status(Status_wait& wait, const Library& library, const std::string& name, double timeout)
+{
     const Scanner scanner(library, name);
-    const std::shared_ptr<void> end_of_wait(nullptr, [&closing](void*) { closing = true; });
-    change = std::async(std::launch::async, [&closing, handle = scanner.handle()] {
+    const std::shared_ptr<void> end_of_wait(nullptr, [&wait](void*) { wait.closing = true; });
+    wait.change = std::async(std::launch::async, [&wait, handle = scanner.handle()] {
         int status = VYRA_OK;  // as also after a change that nobody waited for when it came, and that is over
-        while (!closing && status == VYRA_OK) {
+        while (!wait.closing && status == VYRA_OK) {
             status = VyraGetStatus(handle);
         }
         return status;
     });
     Output::note("waiting for a change of \"" + name + "\"; Ctrl-C ends");
     const auto begin = Clock::now();
-    while (change.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
+    while (wait.change.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
         if (interrupted() || (timeout > 0 && Clock::now() - begin >= std::chrono::duration<double>(timeout))) {
             return std::nullopt;
         }
     }
-    return change.get();
+    return wait.change.get();
 }
 
 void status(const Common_options& common, const Status_options& options, Output& output)
 {
+    Status_wait wait;
     const Library library(common.log_level);
     const std::string name = library.choose(common.scanner);
-    const std::optional<int> code = changed_status(library, name, options.timeout);
+    const std::optional<int> code = changed_status(wait, library, name, options.timeout);
     if (!code) {
         if (output.json()) {
             output.object({{"scanner", name}, {"changed", false}});
