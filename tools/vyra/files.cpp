@@ -27,6 +27,14 @@ std::string advice_for(File_error::Kind kind)
     throw Failure("cannot " + what + ": " + error.reason, advice_for(error.kind), Cause::file);
 }
 
+// The whole file is there, but for its name.
+[[noreturn]] void fail_unnamed(const std::string& name, const File_error& error)
+{
+    const std::string advice =
+        name_exists(name + ".part") ? "rename \"" + name + ".part\", which is whole" : advice_for(error.kind);
+    throw Failure("cannot give the file \"" + name + "\" its name: " + error.reason, advice, Cause::file);
+}
+
 [[noreturn]] void fail_taken(const std::string& name)
 {
     if (name_exists(name)) {
@@ -100,18 +108,20 @@ bool New_file::finish()
     if (!error) {
         error = file_.close();
     }
-    if (!error) {
-        error = existing_ == Existing::replace ? replace_file(part(), name_) : move_file(part(), name_);
-    }
-    if (!error) {
-        return true;
-    }
-    file_.close();
-    remove_file(part());
-    if (error.kind != File_error::Kind::taken) {
+    if (error) {
+        file_.close();
+        remove_file(part());
         fail("write the file \"" + name_ + "\"", error);
     }
-    return false;
+    error = existing_ == Existing::replace ? replace_file(part(), name_) : move_file(part(), name_);
+    if (error.kind == File_error::Kind::taken) {
+        remove_file(part());
+        return false;
+    }
+    if (error) {
+        fail_unnamed(name_, error);
+    }
+    return true;
 }
 
 void write_file(const std::string& name, const std::vector<std::uint8_t>& bytes, Existing existing)

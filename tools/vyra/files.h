@@ -16,7 +16,8 @@ std::vector<std::uint8_t> read_file(const std::string& name);
 // What becomes of a file that has the name already.
 enum class Existing { keep, replace };
 
-// A file that has its name only when it is whole: until then it is NAME.part, and gone again when it is given up.
+// A file that has its name only when it is whole: until then it is NAME.part, and gone again when it is given up. One
+// that is whole and cannot have its name stays NAME.part.
 class New_file {
 public:
     // Begins a file. Nothing when NAME.part is there already, or, unless it may be replaced, NAME.

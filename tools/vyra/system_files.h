@@ -40,7 +40,8 @@ private:
     std::intptr_t handle_ = -1;
 };
 
-// Moves a file to a name in the same directory that nothing has; taken: something has it.
+// Moves a file to a name in the same directory that nothing has; taken: something has it. While another program holds
+// the file, this and replace_file try for two seconds.
 File_error move_file(const std::string& from, const std::string& to);
 // Moves a file to a name in the same directory, in place of the file that may have it.
 File_error replace_file(const std::string& from, const std::string& to);

@@ -11,6 +11,8 @@ namespace vyra_tool {
 namespace {
 
 constexpr DWORD largest_write = 1U << 24;  // some network drives refuse more at once
+constexpr DWORD move_patience_ms = 2000;
+constexpr DWORD move_pause_ms = 20;
 
 HANDLE native(std::intptr_t handle)
 {
@@ -62,6 +64,19 @@ bool is_directory(const std::wstring& name)
 {
     const DWORD attributes = GetFileAttributesW(name.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// A virus scanner or an indexer looks into a file as soon as it was written, and keeps it from being moved meanwhile.
+File_error move_patiently(const std::wstring& from, const std::wstring& to, DWORD flags)
+{
+    for (DWORD waited = 0; MoveFileExW(from.c_str(), to.c_str(), flags) == FALSE; waited += move_pause_ms) {
+        const DWORD code = GetLastError();
+        if ((code != ERROR_SHARING_VIOLATION && code != ERROR_ACCESS_DENIED) || waited >= move_patience_ms) {
+            return error_of(code);
+        }
+        Sleep(move_pause_ms);
+    }
+    return {};
 }
 
 // By its text: what stands before the last separator is the directory above it, in every form of a path.
@@ -131,13 +146,12 @@ File_error System_file::close()
 
 File_error move_file(const std::string& from, const std::string& to)
 {
-    return outcome(MoveFileExW(to_wide(from).c_str(), to_wide(to).c_str(), 0));
+    return move_patiently(to_wide(from), to_wide(to), 0);
 }
 
 File_error replace_file(const std::string& from, const std::string& to)
 {
-    return outcome(
-        MoveFileExW(to_wide(from).c_str(), to_wide(to).c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
+    return move_patiently(to_wide(from), to_wide(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
 }
 
 void remove_file(const std::string& name) noexcept

@@ -72,6 +72,22 @@ TEST_F(Files_test, a_file_is_replaced_only_when_that_is_wanted)
     EXPECT_EQ(names(), std::vector<std::string>{"x"});
 }
 
+#ifndef _WIN32  // where the name is tried for seconds
+TEST_F(Files_test, a_whole_file_that_cannot_have_its_name_is_kept_and_said)
+{
+    auto file = New_file::begin(path("x"), Existing::replace);
+    file->write({1, 2});
+    std::filesystem::create_directory(path("x"));
+    try {
+        file->finish();
+        ADD_FAILURE() << "a directory was replaced";
+    } catch (const vyra_tool::Failure& failure) {
+        EXPECT_THAT(failure.advice(), HasSubstr("\"" + path("x") + ".part\""));
+    }
+    EXPECT_EQ(read_bytes(path("x.part")), (Bytes{1, 2}));
+}
+#endif
+
 TEST_F(Files_test, image_numbers_go_on_behind_the_highest_of_any_format)
 {
     EXPECT_EQ(Image_folder(path(""), ".png").next().number, 1U);
