@@ -4,13 +4,13 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <system_error>
 #include <utility>
 
 namespace vyra_tool {
 namespace {
 
-// The extraction of the images keeps one processor busy. More than this many wait for the disk rather than work.
+// Two at least, so that one encodes while a disk holds up the other; four at most: more would wait for the disk rather
+// than work.
 std::size_t thread_count()
 {
     return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 2, 4);
@@ -167,10 +167,11 @@ Image_writer::Image_writer(Image_folder folder, Encoder encode, std::shared_ptr<
     for (std::size_t i = 0; i < thread_count(); ++i) {
         try {
             threads_.emplace_back([work = work_] { work->run(); });
-        } catch (const std::system_error&) {
+        } catch (const std::exception&) {  // no thread to be had, or no memory for one
             if (threads_.empty()) {
                 throw;
             }
+            break;
         }
     }
 }

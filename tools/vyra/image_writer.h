@@ -31,8 +31,8 @@ public:
         std::exception_ptr error = {};  // why there is no file
     };
 
-    // Writes into the folder on as many threads as processors are free beside the capture. The encoder is called by
-    // all of them. The owner keeps what the images' pixels lie in.
+    // Writes into the folder on as many threads as there are processors, but on two to four, or on fewer when the
+    // system gives no more. The encoder is called by all of them. The owner keeps what the images' pixels lie in.
     Image_writer(Image_folder folder, Encoder encode, std::shared_ptr<void> owner);
     // Gives up the images that are still to be begun, and waits for the others unless they were abandoned.
     ~Image_writer();
