@@ -24,11 +24,21 @@ export interface Identity {
   version: string;
 }
 
-/** Resolution in pixels per inch, areas in thousandths of an inch. */
+/** Resolution in pixels per inch, areas in thousandths of an inch and in pixels. The sizes are not those of the images. */
 export interface Capabilities {
   resolution: number;
   areaWidth: number;
   areaHeight: number;
+  imageWidth: number;
+  imageHeight: number;
+}
+
+/** Of a position 0 is off, 1 to 3 are lit; on names the group that is shown. */
+export interface Leds {
+  groupA: number[];
+  groupB: number[];
+  groupC: number[];
+  on: 'A' | 'B' | 'C' | '';
 }
 
 /** 8-bit grey, rows from top to bottom without padding, in width x height bytes that are the caller's own. */
@@ -42,7 +52,10 @@ export interface Image {
 export class Video implements AsyncIterable<Image> {
   readonly width: number;
   readonly height: number;
-  /** The oldest image that is ready, or null. Rejects with ScannerGoneError when the scanner was unplugged. */
+  /**
+   * The oldest image that is ready, or null. Rejects with ScannerGoneError when the scanner was unplugged, with an Error when
+   * no image can come: the video was closed, the scanner restarted, or another one opened since.
+   */
   poll(): Promise<Image | null>;
   /** The next image. timeout in milliseconds: an error named TimeoutError after it. */
   wait(options?: { timeout?: number; signal?: AbortSignal }): Promise<Image>;
@@ -61,12 +74,39 @@ export class Scanner {
   /** Index 0: rolled, 1 and 2: flat; null where the index says nothing. */
   capabilities(index: number): Promise<Capabilities | null>;
   isRollSupported(): Promise<boolean>;
-  /** Shows LEDs: of a position 0 is off, 1 to 3 are lit; on names the group that is shown. */
-  show(leds?: { groupA?: number[]; groupB?: number[]; groupC?: number[]; on?: 'A' | 'B' | 'C' | '' }): Promise<void>;
+  /** The driver's number for the port it is attached to. */
+  portType(): Promise<number>;
+  /** Shows LEDs. When the scanner refuses, the status is the driver's own number. */
+  show(leds?: Partial<Leds>): Promise<void>;
+  /** What was shown last; all off after opening. */
+  shown(): Promise<Leds>;
   /** Plays a tone on the computer; done when it is over, after 300 to 600 ms. */
   beep(tone?: number): Promise<void>;
-  /** Restarts the scanner and waits up to 2 s for its return. */
+  /** The parameter container that the scanner stores; its layout is the driver's. */
+  parameters(): Promise<Buffer>;
+  /** The flat-field image of the scanner's model. */
+  calibration(): Promise<Image>;
+  /**
+   * One image beside video. The three values are the driver's own, and with them how many bytes it writes: size must be as many
+   * at least, since the library is not told it.
+   */
+  snapshot(size: number, a?: number, b?: number, c?: number): Promise<Buffer>;
+  /**
+   * Waits, without a limit, until a scanner comes, goes or is closed, or the system sleeps: false when this one is unplugged.
+   * One change ends one wait, and one that nobody waited for ends the next. Closing the library ends it. Holds one of the
+   * threads that run calls (UV_THREADPOOL_SIZE has four).
+   */
+  waitForChange(): Promise<boolean>;
+  /**
+   * Restarts the scanner and waits up to 2 s for its return, while which every other call waits. It stays open, with its LEDs
+   * off; its video ends. Rejects with ScannerGoneError when it does not come back.
+   */
   reset(): Promise<void>;
+  /**
+   * Loads a firmware image and restarts the scanner, without waiting for its return; its video ends. Takes as long as the
+   * transfer; every other call that waits longer than 5 s fails meanwhile.
+   */
+  loadFirmware(image: Buffer): Promise<void>;
   /** Starts a capture, which takes 200 ms. requests, 1 to 8: images that can arrive before one is fetched. */
   video(options?: { mode?: number; requests?: number }): Promise<Video>;
   /** Stops its video and closes it. */
@@ -78,7 +118,7 @@ export class Scanner {
  * images: the one that was opened last. Close it before the process ends.
  *
  * Events: 'plug' (name, plugged) when a scanner comes or goes; 'power' (asleep) before the system sleeps, which ends every
- * capture, and when it has resumed.
+ * capture, and when it has resumed. What a listener throws is an uncaught exception.
  */
 export class Library extends EventEmitter {
   /**
@@ -93,7 +133,7 @@ export class Library extends EventEmitter {
   info(name: string): Promise<Identity>;
   /** Opens a scanner by name; from now on it is the one that delivers images. */
   scanner(name: string): Promise<Scanner>;
-  /** listener(plugged) for every arrival and removal of a USB device with these identifiers. */
+  /** listener(plugged) for every arrival and removal of a USB device with these identifiers, until it or the library is closed. */
   onUsb(vendor: number, product: number, listener: (plugged: boolean) => void): Promise<{ close(): Promise<boolean> }>;
   /** Closes the scanners and terminates the library. */
   close(): Promise<void>;

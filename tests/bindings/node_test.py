@@ -6,20 +6,14 @@ import subprocess
 import unittest
 import zipfile
 
-from stage import BINARIES, EXAMPLES, NAME, PGM, ROOT, Stage, package
-
-NODE = ROOT / "build" / "deps" / "node"
+from stage import BINARIES, EXAMPLES, NODE, PGM, ROOT, Stage, install_node_package, package
 
 
 class Node_test(Stage):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        tarball = package("node", cls.folder)
-        (cls.folder / "package.json").write_text("{}")
-        # npm asks whether the packages are for the system that it runs on.
-        subprocess.run(["npm", "install", "--silent", "--offline", "--no-audit", "--no-fund", "--force", NODE / "koffi.tgz", tarball],
-                       cwd=cls.folder, check=True)
+        install_node_package(cls.folder)
         # The driver library is the system's.
         shutil.copy(BINARIES / "BrenvoZulta_USB.dll", cls.folder / "node_modules" / "vyrabrenvozulta" / "bin")
         for example in ("capture.js", "watch.js"):

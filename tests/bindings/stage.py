@@ -9,6 +9,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 EXAMPLES = ROOT / "examples"
+NODE = ROOT / "build" / "deps" / "node"
 TESTS = ROOT / "tests" / "bindings"
 BINARIES = pathlib.Path(os.environ["VYRA_BINARIES"])  # where the libraries were built
 NAME = "Dáktylos 7"
@@ -21,6 +22,14 @@ def package(language, folder, platform="win_amd64"):
     made = subprocess.run([ROOT / "scripts" / "package-bindings", "--binaries", BINARIES, "--platform", platform, "--out", folder,
                            language], check=True, stdout=subprocess.PIPE, text=True).stdout
     return pathlib.Path(made.strip())
+
+
+def install_node_package(folder):
+    """The npm package in a fresh project."""
+    (folder / "package.json").write_text("{}")
+    # npm asks whether the packages are for the system that it runs on.
+    subprocess.run(["npm", "install", "--silent", "--offline", "--no-audit", "--no-fund", "--force", NODE / "koffi.tgz",
+                    package("node", folder)], cwd=folder, check=True)
 
 
 class Stage(unittest.TestCase):
@@ -51,7 +60,7 @@ class Stage(unittest.TestCase):
         path.write_bytes(content)
         return str(path)
 
-    def run_to_end(self, command, environment):
+    def run_to_end(self, command, environment, code=0):
         # To files: Node.js does not take Wine's pipes.
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             done = subprocess.run(command, env=environment, cwd=self.folder, stdin=subprocess.DEVNULL, stdout=out, stderr=err,
@@ -60,7 +69,7 @@ class Stage(unittest.TestCase):
             for file in (out, err):
                 file.seek(0)
                 texts.append(file.read().decode().replace("\r\n", "\n"))
-        self.assertEqual((done.returncode, texts[1]), (0, ""), texts[0])
+        self.assertEqual((done.returncode, texts[1]), (code, ""), texts[0])
         return texts[0]
 
     def watch(self, command, environment):
