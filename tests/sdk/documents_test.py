@@ -64,6 +64,25 @@ class Documents(unittest.TestCase):
             for code in re.findall(r"\b9\d{3}\b", entries[0][0]):
                 self.assertIn(code, statuses().values(), name)
 
+    def test_what_the_header_says_of_statuses_stands_in_the_table(self):
+        page = (ROOT / "docs/functions.md").read_text().replace("\n", " ")
+        common, handle, driver = (set(re.findall(r"\b9\d{3}\b", text))
+                                  for text in re.search(r"\*common\* is (.*?)\*handle\*(.*?)\*driver\*(.*?)\. ", page).groups())
+        header = (ROOT / "include/vyra/vyra.h").read_text()
+        compared = 0
+        for comment, name in re.findall(r"/\*((?:(?!\*/).)*)\*/\n(?:int32_t|void) (\w+)\(", header, re.S):
+            statuses_cell = rows("functions.md")[name][0][0]
+            stated = set(re.findall(r"\b9\d{3}\b", statuses_cell))
+            for word, codes in ("common", common), ("handle", handle), ("driver", driver):
+                stated |= codes if re.search(rf"\b{word}\b(?!'s)", statuses_cell) else set()
+            if name == "VyraTerminate":
+                comment = comment.partition("Waits for a notification subscriber")[0]  # then of what others return meanwhile
+            self.assertEqual(set(re.findall(r"\b9\d{3}\b", comment)) - stated, set(), name)
+            if re.search(r"[Aa]sks\s+the\s+scanner", comment):
+                self.assertTrue(driver <= stated, f"{name} asks the scanner")
+            compared += 1
+        self.assertGreater(compared, 30)
+
     def test_every_status_has_its_row(self):
         table = rows("when-something-fails.md")
         self.assertEqual(set(table), set(statuses()))
