@@ -2,9 +2,10 @@
 """Reads the documents as a host developer would: every export and every status has its row, every code block compiles or is one
 that is run elsewhere, every link leads somewhere, and the README's program is the example that the tests run.
 
-    documents_test.py ROOT
+    documents_test.py ROOT TOOL
 """
 import json
+import os
 import pathlib
 import re
 import subprocess
@@ -12,6 +13,7 @@ import sys
 import tempfile
 import unittest
 
+TOOL = pathlib.Path(sys.argv.pop())
 ROOT = pathlib.Path(sys.argv.pop()).resolve()
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(ROOT / "docs" / "site"))
@@ -140,6 +142,29 @@ class Documents(unittest.TestCase):
         for page in PAGES:
             for part in re.split(r"^## ", page.read_text(), flags=re.M):
                 self.assertEqual([as_powershell(line) for line in block(part, "bat")], block(part, "powershell"), page.name)
+
+    def run_tool(self, folder, arguments, **environment):
+        return subprocess.run([TOOL, *arguments], cwd=folder, env={**os.environ, **environment}, capture_output=True, timeout=60)
+
+    def test_every_scenario_is_one_that_the_simulator_plays(self):
+        page = (ROOT / "docs/without-a-scanner.md").read_text()
+        scenarios = re.findall(r"""[`=']({".*?})[`']""", page)
+        scenarios += [str(ROOT / "simulator" / file) for file in re.findall(r"`(examples/\w+\.json)`", page)]
+        self.assertGreater(len(scenarios), 6)
+        with tempfile.TemporaryDirectory() as folder:
+            (pathlib.Path(folder) / "prints").mkdir()
+            (pathlib.Path(folder) / "prints/one.pgm").write_bytes(b"P5\n1600 1500\n255\n" + bytes(2400000))
+            for scenario in scenarios:
+                done = self.run_tool(folder, ["list"], BRENVOZULTA_SCENARIO=scenario)
+                self.assertEqual(done.returncode, 3 if '"scanners": []' in scenario else 0, f"{scenario}: {done.stderr}")
+
+    def test_a_contributor_gets_an_image_too(self):
+        commands = [line.split()[1:] for _, _, code in code_blocks("sh") for line in code.splitlines() if line.startswith("build/host/bin/vyra ")]
+        self.assertTrue(commands)
+        for arguments in commands:
+            with tempfile.TemporaryDirectory() as folder:
+                self.assertEqual(self.run_tool(folder, arguments).returncode, 0)
+                self.assertEqual((pathlib.Path(folder) / "image_0001.pgm").stat().st_size, 2400017)
 
     def test_start_here_says_how_many_commands_there_are(self):
         self.assertEqual(len(sections()), 7)
