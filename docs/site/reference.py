@@ -30,7 +30,7 @@ class Reference:
         self.names = set()
         for file in headers:
             text = file.read_text()
-            self.names |= set(re.findall(r"^(?:int32_t|void|bool) (\w+)\(", text, re.M))
+            self.names |= set(re.findall(r"^(?:int32_t|void|bool|static __inline .*?) \*?(\w+)\(", text, re.M))
             self.names |= set(re.findall(r"^#define (\w+)", text, re.M)) | set(re.findall(r"^    (VYRA_\w+) = ", text, re.M))
         self.names = {name for name in self.names if not INTERNAL.match(name)}
 
@@ -93,7 +93,7 @@ class Reference:
                 self.out.append("/** @} */")
                 self.open_group(section[1])
                 self.at += 1
-            elif re.match(r"/\*|\s{0,4}//", line):
+            elif re.match(r" {0,4}(/\*|//)", line):
                 self.put_above(self.comment())
             elif trailing and re.match(r"#define| *\w", line):
                 self.put_behind(trailing)
@@ -115,8 +115,9 @@ class Reference:
                 lines.append(re.sub(r"^\s*// ?", "", self.source[self.at]))
                 self.at += 1
             return lines
+        indent = len(self.source[self.at]) - len(self.source[self.at].lstrip())
         while True:
-            line = self.source[self.at]
+            line = self.source[self.at][indent:]
             self.at += 1
             lines.append(re.sub(r"^ ?(/?\*|  )? ?|\s*\*/$", "", line.replace("/* ", "/*", 1)))
             if "*/" in line:

@@ -53,6 +53,13 @@ class Site(unittest.TestCase):
             self.assertTrue(described and len(described[1]) > len("<p></p>"), name)
             self.assertRegex(described[1], "(?s)(Statuses</a>|Result)</td>.*Blocks</td>.*In callbacks</td>", name)
 
+    def test_statuses_and_fields_have_their_texts(self):
+        for name in re.findall(r"^ +(VYRA_\w+) = 9", (ROOT / "include/vyra/status.h").read_text(), re.M):
+            self.assertRegex(self.pages["group__group__statuses.html"], rf'{name}&#160;</td><td class="fielddoc"><p')
+        for record, field, text in (("VyraLoadReport", "function", "the functions that the file lacks"),
+                                    ("DeviceInfo", "version", "firmware version"), ("DeviceListRecord", "name", "padded with zeros")):
+            self.assertRegex(self.pages[f"struct{record}.html"], rf'(?s)memname">\w+ {record}::{field}.*?memdoc">\s*<p ?>{text}')
+
     def test_every_link_leads_somewhere(self):
         anchors = {name: set(re.findall(r'\b(?:id|name)="([^"]+)"', text)) for name, text in self.pages.items()}
         for name, text in self.pages.items():
