@@ -1,14 +1,11 @@
-// reset and status.
+// reset.
 #include "in_process.h"
-#include "interrupt.h"
 #include "tool_test.h"
 
 namespace tool_tests {
 namespace {
 
 using ::testing::HasSubstr;
-
-constexpr const char* scanner = BRENVOZULTA_SIM_DEFAULT_SCANNER;
 
 class Reset_test : public In_process_test {};
 
@@ -17,7 +14,7 @@ TEST_F(Reset_test, restarts_the_scanner_and_says_what_it_reports)
     const Result result = run_in_process({"reset", "--json"});
     EXPECT_EQ(result.code, 0);
     const Json object = Json::parse(result.out);
-    EXPECT_EQ(object["scanner"], scanner);
+    EXPECT_EQ(object["scanner"], BRENVOZULTA_SIM_DEFAULT_SCANNER);
     EXPECT_EQ(object["version"], "2.5.b");
     EXPECT_GE(object["milliseconds"], 50);
     EXPECT_EQ(brenvozulta_sim_times_called("QXDR_ResetDevice"), 1U);
@@ -28,41 +25,6 @@ TEST_F(Reset_test, a_refusal_is_a_failure_at_once)
 {
     ASSERT_EQ(brenvozulta_sim_fail("QXDR_ResetDevice", 2, 1), 1);
     EXPECT_EQ(run_in_process({"reset"}).code, 1);
-}
-
-class Status_test : public In_process_test {
-protected:
-    // What happens from then on is kept for the tool's wait.
-    static void wait_until_open()
-    {
-        ASSERT_EQ(brenvozulta_sim_wait_returned("QXDR_SetLeds", 1, test_support::patience_ms), 1);
-    }
-};
-
-TEST_F(Status_test, says_that_the_scanner_is_gone)
-{
-    Background_run run({"status", "--json"});
-    wait_until_open();
-    ASSERT_EQ(brenvozulta_sim_unplug(scanner), 1);
-    const Result result = run.finish();
-    EXPECT_EQ(result.code, 4);
-    EXPECT_EQ(Json::parse(result.out)["code"], 9005);
-}
-
-TEST_F(Status_test, without_a_change_the_time_is_over)
-{
-    const Result result = run_in_process({"status", "--timeout", "0.05", "--json"});
-    EXPECT_EQ(result.code, 1);
-    EXPECT_EQ(Json::parse(result.out), (Json{{"scanner", scanner}, {"changed", false}}));
-}
-
-TEST_F(Status_test, ends_with_an_interrupt_and_closes_the_scanner)
-{
-    Background_run run({"status"});
-    wait_until_open();
-    vyra_tool::request_interrupt();
-    EXPECT_EQ(run.finish().code, 1);
-    EXPECT_EQ(brenvozulta_sim_is_open(scanner), 0);
 }
 
 }  // namespace
