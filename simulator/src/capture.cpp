@@ -1,7 +1,6 @@
 #include "capture.h"
 
 #include <algorithm>
-#include <functional>
 #include <new>
 
 #include "pace.h"

@@ -1,5 +1,4 @@
 // The driver's functions around its own life and the list of scanners, opening and closing.
-#include <algorithm>
 
 #include "driver/driver.h"
 #include "driver_call.h"

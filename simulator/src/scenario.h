@@ -2,7 +2,6 @@
 // reference.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
