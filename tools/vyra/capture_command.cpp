@@ -19,13 +19,6 @@
 namespace vyra_tool {
 namespace {
 
-constexpr std::uint32_t flat_mode = 1;
-constexpr std::uint32_t roll_mode = 0;
-constexpr Image_size flat_size{1600, 1500};
-constexpr Image_size roll_size{1608, 1000};
-
-constexpr int pixels_per_inch = 500;
-
 const char* const capture_guide =
     R"(The images are 8-bit grey PNG files of 500 pixels per inch, image_0001.png and so on.
 Existing files are never overwritten: numbers go on behind the highest in the directory,
@@ -97,7 +90,7 @@ public:
         : common_(common), options_(options), output_(output), format_(format_of_name(options.format))
     {
         check_file_name(options.directory);
-        plan_.mode = options.roll ? roll_mode : flat_mode;
+        plan_.mode = options.roll ? VYRA_MODE_ROLL : VYRA_MODE_FLAT;
         plan_.size = options.size.empty() ? (options.roll ? roll_size : flat_size) : parse_image_size(options.size);
         plan_.frames = options.frames;
         plan_.timeout = std::chrono::milliseconds(std::llround(options.timeout * 1000));
@@ -139,7 +132,7 @@ Image_writer::Encoder Capture_run::encoder() const
 {
     return [format = format_, size = plan_.size, origin = origin_,
             texts = !options_.no_metadata](const Taken_image& image) {
-        return encode({image.pixels, size, pixels_per_inch, texts ? texts_of(origin, image.time) : Image_texts()},
+        return encode({image.pixels, size, VYRA_PIXELS_PER_INCH, texts ? texts_of(origin, image.time) : Image_texts()},
                       format);
     };
 }
@@ -194,7 +187,7 @@ nlohmann::ordered_json Capture_run::summary(const Failure* failure) const
                                      {"format", format_name(format_)},
                                      {"width", plan_.size.width},
                                      {"height", plan_.size.height},
-                                     {"pixels_per_inch", pixels_per_inch},
+                                     {"pixels_per_inch", VYRA_PIXELS_PER_INCH},
                                      {"images", files_},
                                      {"complete", failure == nullptr},
                                      {"frames", meter.frames()},

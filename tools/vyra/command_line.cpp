@@ -147,7 +147,9 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
         ->add_option_function<std::string>(
             "--log",
             [&line](const std::string& level) {
-                line.common.log_level = level == "all" ? log_all : level == "trace" ? log_trace : log_off;
+                line.common.log_level = level == "all"     ? VYRA_LOG_ALL
+                                        : level == "trace" ? VYRA_LOG_TRACE
+                                                           : VYRA_LOG_OFF;
             },
             "What the library writes to its own log (vyrabrenvozulta.log in the machine's\n"
             "application data): off, trace (tracing alone) or all (errors and events too)")

@@ -34,15 +34,16 @@ CLI::App* add_command(CLI::App& app, Command_line& line, const std::string& name
 CLI::App* add_scanner_command(CLI::App& app, Command_line& line, const std::string& name, const std::string& summary,
                               const std::string& guide);
 
-void add_help(CLI::App& app, Command_line& line);
+// Each stands in NAME_command.cpp, but for those of which the file is named.
+void add_help(CLI::App& app, Command_line& line);  // command_line.cpp
 void add_list(CLI::App& app, Command_line& line);
 void add_capture(CLI::App& app, Command_line& line);
 void add_info(CLI::App& app, Command_line& line);
-void add_leds(CLI::App& app, Command_line& line);
-void add_beep(CLI::App& app, Command_line& line);
-void add_param(CLI::App& app, Command_line& line);
-void add_snapshot(CLI::App& app, Command_line& line);
-void add_calibration(CLI::App& app, Command_line& line);
+void add_leds(CLI::App& app, Command_line& line);         // feedback_commands.cpp
+void add_beep(CLI::App& app, Command_line& line);         // feedback_commands.cpp
+void add_param(CLI::App& app, Command_line& line);        // data_commands.cpp
+void add_snapshot(CLI::App& app, Command_line& line);     // data_commands.cpp
+void add_calibration(CLI::App& app, Command_line& line);  // data_commands.cpp
 void add_firmware(CLI::App& app, Command_line& line);
 void add_reset(CLI::App& app, Command_line& line);
 void add_status(CLI::App& app, Command_line& line);

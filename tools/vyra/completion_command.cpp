@@ -1,5 +1,4 @@
 #include <memory>
-#include <vector>
 
 #include "command_line.h"
 #include "failure.h"

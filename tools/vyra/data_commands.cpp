@@ -28,8 +28,8 @@ Examples:
   vyra param --out container.bin)";
 
 const char* const snapshot_guide =
-    R"(Takes one image outside of video and writes it as PNG (.png) or as its bare pixels
-(.raw, .bin). The library passes three values to the driver without knowing what they
+    R"(Takes one image outside of video and writes it as PNG (.png), as PGM (.pgm) or as its
+bare pixels (.raw, .bin). The library passes three values to the driver without knowing what they
 mean, and does not learn how large the image is. A simulated scanner takes them as the
 width, the height and the capture configuration (0: the usual one).
 
@@ -39,8 +39,8 @@ Examples:
 
 const char* const calibration_guide =
     R"(Writes the flat-field calibration image of the scanner model, 3216x2004 pixels, as PNG
-(.png) or as its bare pixels (.raw, .bin). The library carries the image, but gives it
-out for an attached scanner only.
+(.png), as PGM (.pgm) or as its bare pixels (.raw, .bin). The library carries the image,
+but gives it out for an attached scanner only.
 
 Examples:
   vyra calibration --out flat_field.png
@@ -56,11 +56,10 @@ struct File_options {
 
 constexpr Image_size calibration_size{VYRA_CALIBRATION_WIDTH, VYRA_CALIBRATION_HEIGHT};
 // The calibration image shows the sensor's own pixels, two for each pixel of a captured image in both directions.
-constexpr double calibration_pixels_per_inch = 1000;
-constexpr double snapshot_pixels_per_inch = 500;
+constexpr double calibration_pixels_per_inch = 2.0 * VYRA_PIXELS_PER_INCH;
 
 struct Snapshot_options : File_options {
-    std::string size = "1600x1500";
+    std::string size;
     std::vector<std::uint32_t> values;
 };
 
@@ -98,8 +97,7 @@ void save_image(const Scanner& scanner, const std::string& mode, Image image, co
         add_origin(object, origin);
         output.object(object);
     } else {
-        output.line(options.file + ": " + std::to_string(image.size.width) + " x " + std::to_string(image.size.height) +
-                    " pixels");
+        output.line(options.file + ": " + text_of(image.size));
     }
 }
 
@@ -119,7 +117,7 @@ void param(const Common_options& common, const File_options& options, Output& ou
 
 void snapshot(const Common_options& common, const Snapshot_options& options, Output& output)
 {
-    const Image_size size = parse_image_size(options.size);
+    const Image_size size = options.size.empty() ? flat_size : parse_image_size(options.size);
     check_image_file(options);
     const std::vector<std::uint32_t> values =
         options.values.empty() ? std::vector<std::uint32_t>{size.width, size.height, 0} : options.values;
@@ -130,7 +128,7 @@ void snapshot(const Common_options& common, const Snapshot_options& options, Out
     check(VyraBrenvoZultaGetSnapshotAcquisition(scanner.handle(), buffer.data(), values[0], values[1], values[2]),
           "take a snapshot");
     buffer.expect_fit("the scanner took a snapshot that is");
-    save_image(scanner, "snapshot", {buffer.data(), size, snapshot_pixels_per_inch}, options, output);
+    save_image(scanner, "snapshot", {buffer.data(), size, VYRA_PIXELS_PER_INCH}, options, output);
 }
 
 void calibration(const Common_options& common, const File_options& options, Output& output)

@@ -62,8 +62,7 @@ private:
             std::string says = failure.what();
             Json facts = Json::object();
             if (failure.code()) {
-                const Status_text text = status_text(*failure.code());
-                says += ": " + std::to_string(*failure.code()) + " " + text.name + " (" + text.meaning + ")";
+                says += ": " + code_text(*failure.code());
                 facts["code"] = *failure.code();
             }
             findings_.push_back({subject, says, facts, failure.advice(), failure.cause()});

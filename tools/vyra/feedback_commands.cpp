@@ -1,5 +1,4 @@
 // leds and beep: what a scanner's operator sees and hears.
-#include <algorithm>
 #include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <string>
 
 #include "failure.h"
 
@@ -45,8 +43,7 @@ Frame_buffer::Fit Frame_buffer::fit() const
 void Frame_buffer::expect_fit(const std::string& what) const
 {
     if (const Fit seen = fit(); seen != Fit::exact) {
-        throw Failure(what + (seen == Fit::larger ? " larger than " : " smaller than ") + std::to_string(size_.width) +
-                          " x " + std::to_string(size_.height) + " pixels",
+        throw Failure(what + (seen == Fit::larger ? " larger than " : " smaller than ") + text_of(size_),
                       "give the size with --size WxH");
     }
 }

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "image_memory.h"
-#include "png_writer.h"
+#include "image_size.h"
 
 namespace vyra_tool {
 

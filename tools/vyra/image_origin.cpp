@@ -6,6 +6,7 @@
 #include "vyra/vyra.h"
 
 namespace vyra_tool {
+
 Image_origin origin_of(const Scanner& scanner, const std::string& mode)
 {
     const DeviceInfo info = scanner.info();

@@ -7,6 +7,11 @@
 
 namespace vyra_tool {
 
+std::string text_of(Image_size size)
+{
+    return std::to_string(size.width) + " x " + std::to_string(size.height) + " pixels";
+}
+
 Image_size parse_image_size(const std::string& text)
 {
     constexpr std::uint32_t most = std::numeric_limits<std::uint16_t>::max();  // of a side, in the scanner's driver

@@ -1,7 +1,6 @@
 #include "led_record.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <set>
 

@@ -29,8 +29,8 @@ class Log_parser {
 public:
     using Sink = std::function<void(Log_entry)>;
 
-    // The log tells no year: the latest one is taken in which the day has its weekday and is not after today, a local
-    // date as 20261116.
+    // The log tells no year: the latest one is taken in which the day has its weekday and is at most a day after today,
+    // a local date as 20261116; the log may come from a computer of another time zone.
     explicit Log_parser(int today) : today_(today) {}
 
     // Reads what comes next. What follows the last line end is kept until the line is complete.

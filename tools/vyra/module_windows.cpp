@@ -3,20 +3,12 @@
 #include <vector>
 
 #include "module.h"
+#include "wide_text.h"
 
 namespace vyra_tool {
 namespace {
 
 constexpr DWORD longest_path = 4096;
-
-std::string narrow(const wchar_t* text)
-{
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-    std::string converted(static_cast<std::size_t>(size > 0 ? size : 1), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text, -1, converted.data(), size, nullptr, nullptr);
-    converted.pop_back();
-    return converted;
-}
 
 // A text of a version resource, in the first language it has; empty where there is none.
 std::string resource_text(const std::vector<char>& resource, const std::wstring& name)
@@ -36,7 +28,7 @@ std::string resource_text(const std::vector<char>& resource, const std::wstring&
     if (!VerQueryValueW(resource.data(), (block + name).c_str(), &found, &size) || size == 0) {
         return {};
     }
-    return narrow(static_cast<const wchar_t*>(found));
+    return to_utf8(static_cast<const wchar_t*>(found));
 }
 
 }  // namespace
@@ -49,7 +41,7 @@ std::optional<Module> loaded_module(const std::string& name)
         return std::nullopt;
     }
     Module module;
-    module.file = narrow(path.data());
+    module.file = to_utf8(path.data());
     std::vector<char> resource(GetFileVersionInfoSizeW(path.data(), nullptr));
     if (!resource.empty() &&
         GetFileVersionInfoW(path.data(), 0, static_cast<DWORD>(resource.size()), resource.data())) {

@@ -89,8 +89,7 @@ void Output::failure(const Failure& failure) const
     }
     std::string message = failure.what();
     if (failure.code()) {
-        const Status_text text = status_text(*failure.code());
-        message += ": " + std::to_string(*failure.code()) + " " + text.name + " (" + text.meaning + ")";
+        message += ": " + code_text(*failure.code());
     }
     note(message);
     std::fprintf(stderr, "      try: %s\n", shown(failure.advice(), false).c_str());

@@ -57,13 +57,13 @@ struct Check {
 
 // The checks in the order in which they are made: the later ones build on what the earlier ones opened and started.
 std::vector<Check> checks();
-std::vector<Check> session_checks();
-std::vector<Check> identity_checks();
-std::vector<Check> data_checks();
-std::vector<Check> video_checks();
-std::vector<Check> stop_checks();
-std::vector<Check> writing_checks();
-std::vector<Check> closing_checks();
+std::vector<Check> session_checks();   // selftest_session.cpp
+std::vector<Check> identity_checks();  // selftest_data.cpp
+std::vector<Check> data_checks();      // selftest_data.cpp
+std::vector<Check> video_checks();     // selftest_video.cpp
+std::vector<Check> stop_checks();      // selftest_video.cpp
+std::vector<Check> writing_checks();   // selftest_writing.cpp
+std::vector<Check> closing_checks();   // selftest_session.cpp
 
 enum class Verdict { passed, failed, not_made };
 

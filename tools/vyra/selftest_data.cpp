@@ -1,9 +1,9 @@
 // What a scanner tells of itself, and what it holds.
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstring>
 
+#include "image_size.h"
 #include "selftest.h"
 
 namespace vyra_tool {
@@ -84,9 +84,9 @@ void flat_capabilities(Test_bench& bench)
 {
     for (const std::uint32_t index : {1U, 2U}) {
         const DeviceCapabilities record = capabilities_of(bench, index);
-        expect(record.constant_0 == 1 && record.resolution == 500 && record.image_width == 1600 &&
-                   record.image_height == 1500,
-               "index " + std::to_string(index) + " is not 1600 x 1500 pixels at 500 per inch");
+        expect(record.constant_0 == 1 && record.resolution == VYRA_PIXELS_PER_INCH &&
+                   record.image_width == VYRA_FLAT_WIDTH && record.image_height == VYRA_FLAT_HEIGHT,
+               "index " + std::to_string(index) + " is not " + text_of(flat_size) + " at 500 per inch");
     }
     for (const std::uint32_t index : {3U, 4U, 5U}) {
         expect(capabilities_of(bench, index).constant_0 == 0, "index " + std::to_string(index) + " has a record");
@@ -164,15 +164,15 @@ void container_is_stable(Test_bench& bench)
 
 void takes_snapshot(Test_bench& bench)
 {
-    constexpr std::uint32_t width = 1600;
-    constexpr std::uint32_t height = 1500;
-    std::vector<std::uint8_t> pixels(std::size_t{width} * height + guard, untouched);
-    expect_status("VyraBrenvoZultaGetSnapshotAcquisition",
-                  VyraBrenvoZultaGetSnapshotAcquisition(bench.handle, pixels.data(), width, height, 0), VYRA_OK);
-    expect(guard_holds(pixels), "the snapshot has more bytes than 1600 x 1500");
-    const auto last_row = pixels.end() - guard - width;
-    expect(std::any_of(last_row, last_row + width, [](std::uint8_t byte) { return byte != untouched; }),
-           "the snapshot has fewer bytes than 1600 x 1500");
+    std::vector<std::uint8_t> pixels(flat_size.bytes() + guard, untouched);
+    expect_status(
+        "VyraBrenvoZultaGetSnapshotAcquisition",
+        VyraBrenvoZultaGetSnapshotAcquisition(bench.handle, pixels.data(), flat_size.width, flat_size.height, 0),
+        VYRA_OK);
+    expect(guard_holds(pixels), "the snapshot is larger than " + text_of(flat_size));
+    const auto last_row = pixels.end() - guard - VYRA_FLAT_WIDTH;
+    expect(std::any_of(last_row, last_row + VYRA_FLAT_WIDTH, [](std::uint8_t byte) { return byte != untouched; }),
+           "the snapshot is smaller than " + text_of(flat_size));
 }
 
 void calibration_image(Test_bench& bench)

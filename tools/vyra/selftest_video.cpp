@@ -1,6 +1,5 @@
 // Video: requests, images, and the end of them.
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <thread>
 
@@ -14,10 +13,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t flat_video = 1;
-constexpr std::uint32_t rolled_video = 0;
-constexpr Image_size flat_image{1600, 1500};
-constexpr Image_size rolled_image{1608, 1000};
 constexpr int rate_images = 6;
 constexpr double least_rate = 5.0;
 
@@ -47,7 +42,7 @@ void refuses_modes(Test_bench& bench)
 
 void starts(Test_bench& bench)
 {
-    expect_status("VyraBrenvoStartVideo in mode 1", VyraBrenvoStartVideo(bench.handle, flat_video, 0), VYRA_OK);
+    expect_status("VyraBrenvoStartVideo in mode 1", VyraBrenvoStartVideo(bench.handle, VYRA_MODE_FLAT, 0), VYRA_OK);
 }
 
 // Prepared buffers for this many requests, and the requests.
@@ -64,7 +59,7 @@ void submit(Test_bench& bench, std::size_t count, Image_size size)
 
 void requests_are_limited(Test_bench& bench)
 {
-    submit(bench, VYRA_MAX_VIDEO_REQUESTS, flat_image);
+    submit(bench, VYRA_MAX_VIDEO_REQUESTS, flat_size);
     std::uint8_t pixel = 0;
     expect_status("the ninth VyraSubmitVideoRequest", VyraSubmitVideoRequest(bench.handle, &pixel, 0),
                   VYRA_TOO_MANY_FRAMES);
@@ -115,25 +110,21 @@ void size_of_images(Test_bench& bench)
         const Frame_buffer::Fit fit = bench.buffers[i].fit();
         expect(fit == Frame_buffer::Fit::exact, std::string("an image is ") +
                                                     (fit == Frame_buffer::Fit::smaller ? "smaller" : "larger") +
-                                                    " than 1600 x 1500 pixels");
+                                                    " than " + text_of(flat_size));
     }
 }
-
-constexpr std::size_t flat_image_bytes = std::size_t{1600} * 1500;
 
 void images_show_something(Test_bench& bench)
 {
     const std::uint8_t* const pixels = bench.buffers[0].data();
-    const auto [darkest, brightest] = std::minmax_element(pixels, pixels + flat_image_bytes);
+    const auto [darkest, brightest] = std::minmax_element(pixels, pixels + VYRA_FLAT_SIZE);
     expect(*brightest - *darkest > 8, "an image is of one grey, " + std::to_string(*darkest));
 }
 
 void images_live(Test_bench& bench)
 {
     const std::uint8_t* const first = bench.buffers[0].data();
-    const auto same = [&](std::size_t i) {
-        return std::equal(first, first + flat_image_bytes, bench.buffers[i].data());
-    };
+    const auto same = [&](std::size_t i) { return std::equal(first, first + VYRA_FLAT_SIZE, bench.buffers[i].data()); };
     expect(!same(1) || !same(2), "three images in a row are the same to the last bit");
 }
 
@@ -156,7 +147,7 @@ void rate_of_images(Test_bench& bench)
 
 void start_drops_requests(Test_bench& bench)
 {
-    expect_status("VyraBrenvoStartVideo of a running video", VyraBrenvoStartVideo(bench.handle, flat_video, 0),
+    expect_status("VyraBrenvoStartVideo of a running video", VyraBrenvoStartVideo(bench.handle, VYRA_MODE_FLAT, 0),
                   VYRA_OK);
     void* buffer = nullptr;
     expect_status("VyraGetVideoResult after another start", VyraGetVideoResult(bench.handle, &buffer, nullptr),
@@ -165,7 +156,7 @@ void start_drops_requests(Test_bench& bench)
 
 void stops(Test_bench& bench)
 {
-    submit(bench, 2, flat_image);
+    submit(bench, 2, flat_size);
     expect_status("VyraStopVideo", VyraStopVideo(bench.handle), VYRA_OK);
 }
 
@@ -176,7 +167,7 @@ void stopped_is_stopped(Test_bench& bench)
     }
     std::vector<std::vector<std::uint8_t>> before;
     for (Frame_buffer& buffer : bench.buffers) {
-        before.emplace_back(buffer.data(), buffer.data() + flat_image_bytes);
+        before.emplace_back(buffer.data(), buffer.data() + VYRA_FLAT_SIZE);
     }
     refuses_while_idle(bench);
     std::this_thread::sleep_for(bench.image_patience / 10);
@@ -189,14 +180,14 @@ void stopped_is_stopped(Test_bench& bench)
 void starts_again(Test_bench& bench)
 {
     expect_status("VyraBrenvoZultaStartCamera", VyraBrenvoZultaStartCamera(bench.handle), VYRA_OK);
-    submit(bench, 1, flat_image);
+    submit(bench, 1, flat_size);
     fetch(bench);
     expect_status("VyraStopVideo", VyraStopVideo(bench.handle), VYRA_OK);
 }
 
 void rolls(Test_bench& bench)
 {
-    const int status = VyraBrenvoStartVideo(bench.handle, rolled_video, 0);
+    const int status = VyraBrenvoStartVideo(bench.handle, VYRA_MODE_ROLL, 0);
     if (!bench.roll) {
         VyraStopVideo(bench.handle);
         expect_status("VyraBrenvoStartVideo in mode 0 of a scanner without rolled fingers", status,
@@ -204,7 +195,7 @@ void rolls(Test_bench& bench)
         return;
     }
     expect_status("VyraBrenvoStartVideo in mode 0", status, VYRA_OK);
-    submit(bench, 1, rolled_image);
+    submit(bench, 1, roll_size);
     fetch(bench);
     expect_status("VyraStopVideo", VyraStopVideo(bench.handle), VYRA_OK);
 }
@@ -214,7 +205,7 @@ void size_of_rolled_images(Test_bench& bench)
     if (!bench.roll) {
         throw Not_applicable("the scanner does not capture rolled fingers");
     }
-    expect(bench.buffers[0].fit() == Frame_buffer::Fit::exact, "a rolled image is not of 1608 x 1000 pixels");
+    expect(bench.buffers[0].fit() == Frame_buffer::Fit::exact, "a rolled image is not of " + text_of(roll_size));
 }
 
 }  // namespace

@@ -4,25 +4,16 @@
 #include <array>
 #include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <utility>
 
 #include "failure.h"
 #include "interrupt.h"
 #include "module.h"
 #include "output.h"
+#include "quoted_list.h"
 
 namespace vyra_tool {
 namespace {
-
-std::string joined(const std::vector<std::string>& names)
-{
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "\"" : ", \"") + name + "\"";
-    }
-    return text;
-}
 
 // A simulated driver comes up with every scenario that it can use, and says on standard error what is wrong with
 // another.
@@ -92,12 +83,12 @@ std::string Library::choose(const std::string& wanted) const
         }
         if (found == names.end()) {
             throw Failure("no scanner called \"" + wanted + "\" is attached", VYRA_DEVICE_UNAVAIL,
-                          "choose one of " + joined(names), Cause::no_such_scanner);
+                          "choose one of " + quoted_list(names), Cause::no_such_scanner);
         }
         return *found;
     }
     if (names.size() > 1) {
-        Output::note(std::to_string(names.size()) + " scanners are attached (" + joined(names) + "): taking \"" +
+        Output::note(std::to_string(names.size()) + " scanners are attached (" + quoted_list(names) + "): taking \"" +
                      names.front() + "\"; --scanner chooses another");
     }
     return names.front();

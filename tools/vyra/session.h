@@ -14,11 +14,6 @@ namespace vyra_tool {
 // Whether the library takes two scanner names for the same: it does not look at the letters' case.
 bool same_name(const std::string& left, const std::string& right);
 
-// Levels of the library's own log.
-constexpr std::uint32_t log_off = 0;
-constexpr std::uint32_t log_trace = 1;
-constexpr std::uint32_t log_all = 3;
-
 // The initialized library. One at a time.
 class Library {
 public:

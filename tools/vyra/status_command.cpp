@@ -75,12 +75,12 @@ void status(const Common_options& common, const Status_options& options, Output&
         throw Failure(interrupted() ? "interrupted: nothing has changed" : "nothing has changed in that time",
                       "wait longer with --timeout, or watch everything with vyra watch");
     }
-    const Status_text text = status_text(*code);
     if (output.json()) {
+        const Status_text text = status_text(*code);
         output.object(
             {{"scanner", name}, {"changed", true}, {"code", *code}, {"name", text.name}, {"text", text.meaning}});
     } else {
-        output.line(name + "  " + std::to_string(*code) + " " + text.name + " (" + text.meaning + ")");
+        output.line(name + "  " + code_text(*code));
     }
     const bool gone = *code == VYRA_DEVICE_UNAVAIL;
     throw Failure("the scanner \"" + name + "\" is " + (gone ? "gone" : "not available"), *code,

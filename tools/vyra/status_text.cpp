@@ -48,4 +48,10 @@ Status_text status_text(int code)
             advice_of(code, text.person), name_of(static_cast<VyraRetry>(text.retry))};
 }
 
+std::string code_text(int code)
+{
+    const Status_text text = status_text(code);
+    return std::to_string(code) + " " + text.name + " (" + text.meaning + ")";
+}
+
 }  // namespace vyra_tool

@@ -14,5 +14,7 @@ struct Status_text {
 };
 
 Status_text status_text(int code);
+// "9005 VYRA_DEVICE_UNAVAIL (the scanner is not there, or not there any more)".
+std::string code_text(int code);
 
 }  // namespace vyra_tool

@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 #include "system_files.h"

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
+
+#include "quoted_list.h"
 
 namespace vyra_tool {
 namespace {
@@ -77,15 +80,12 @@ Wrong_usage unknown_command(const CLI::App& app, const std::string& name)
 
 Wrong_usage unexpected(const CLI::App& app, const CLI::App& command, const std::vector<std::string>& arguments)
 {
-    std::string text;
-    for (const std::string& argument : arguments) {
-        text += (text.empty() ? "\"" : ", \"") + argument + "\"";
-    }
     const std::string name =
         &command == &app ? "this is not understood: " : command.get_name() + " does not understand ";
     const std::string option = arguments.front().substr(0, arguments.front().find('='));
     const std::string meant = !option.empty() && option[0] == '-' ? nearest(option, option_names(command)) : "";
-    return Wrong_usage(name + text + (meant.empty() ? "" : ", perhaps you mean " + meant), help_call(app));
+    return Wrong_usage(name + quoted_list(arguments) + (meant.empty() ? "" : ", perhaps you mean " + meant),
+                       help_call(app));
 }
 
 // As the help shows it: "--out FILE".

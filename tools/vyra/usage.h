@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
-#include <vector>
 
 #include "failure.h"
 

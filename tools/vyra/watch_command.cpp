@@ -157,12 +157,11 @@ const char* name_of(Event::Kind kind)
 
 void print(const Event& event, Output& output)
 {
-    const Status_text status = status_text(event.status);
     if (!output.json()) {
         std::string line = utc_text(event.time) + "  " + name_of(event.kind);
         line += event.subject.empty() ? "" : "  " + event.subject;
         if (event.kind == Event::Kind::status) {
-            line += "  " + std::to_string(event.status) + " " + status.name + " (" + status.meaning + ")";
+            line += "  " + code_text(event.status);
         }
         output.line(line);
         return;
@@ -174,6 +173,7 @@ void print(const Event& event, Output& output)
         object["scanner"] = event.subject;
     }
     if (event.kind == Event::Kind::status) {
+        const Status_text status = status_text(event.status);
         object.update({{"code", event.status}, {"name", status.name}, {"text", status.meaning}});
     }
     output.object(object);

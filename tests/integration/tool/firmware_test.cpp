@@ -93,7 +93,7 @@ class Firmware_in_process_test : public In_process_test {};
 
 TEST_F(Firmware_in_process_test, is_refused_while_video_runs)
 {
-    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Library library(VYRA_LOG_OFF);
     vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
     EXPECT_FALSE(scanner.streams());
     vyra_tool::Video video(scanner, 1);
@@ -115,7 +115,7 @@ void ignore_reset()
 TEST_F(Firmware_in_process_test, an_unchanged_version_without_a_return_is_no_restart)
 {
     ignore_reset();
-    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Library library(VYRA_LOG_OFF);
     vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
     const vyra_tool::Restart_patience short_patience{std::chrono::milliseconds(30), std::chrono::milliseconds(100)};
     const vyra_tool::Restarted restarted = vyra_tool::update_firmware(scanner, {1, 2, 3}, short_patience);
@@ -125,7 +125,7 @@ TEST_F(Firmware_in_process_test, an_unchanged_version_without_a_return_is_no_res
 
 TEST_F(Firmware_in_process_test, no_restart_is_no_success)
 {
-    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Library library(VYRA_LOG_OFF);
     const vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
     std::FILE* const results = std::tmpfile();
     ASSERT_NE(results, nullptr);

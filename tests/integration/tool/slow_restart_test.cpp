@@ -30,7 +30,7 @@ TEST_F(Slow_restart_test, after_firmware_a_scanner_that_leaves_late_is_waited_fo
     ASSERT_EQ(brenvozulta_sim_set_fault("QXDR_ResetDevice", &ignored), 1);
     ASSERT_EQ(brenvozulta_sim_add_timeline(2500, "QXDR_ResetDevice", 1, 0, BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
     ASSERT_EQ(brenvozulta_sim_add_timeline(2600, "QXDR_ResetDevice", 1, 1, BRENVOZULTA_SIM_DEFAULT_SCANNER), 1);
-    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Library library(VYRA_LOG_OFF);
     vyra_tool::Scanner scanner(library, BRENVOZULTA_SIM_DEFAULT_SCANNER);
     const vyra_tool::Restarted restarted = vyra_tool::update_firmware(scanner, {1, 2, 3});
     EXPECT_TRUE(restarted.proven);

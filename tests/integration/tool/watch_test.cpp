@@ -164,7 +164,7 @@ TEST_F(Watch_in_process_test, opens_nothing_when_it_is_told_so)
 
 TEST_F(Watch_in_process_test, a_clock_that_is_set_back_does_not_hide_a_return)
 {
-    const vyra_tool::Library library(vyra_tool::log_off);
+    const vyra_tool::Library library(VYRA_LOG_OFF);
     vyra_tool::Event_queue queue;
     vyra_tool::Status_watch status(library, queue);
     vyra_tool::Event plug{vyra_tool::Event::Kind::plug, BRENVOZULTA_SIM_DEFAULT_SCANNER};
