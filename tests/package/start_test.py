@@ -67,10 +67,11 @@ def run(chosen, sdk, work):
     (work / "all.bat").write_text("\r\n".join([*lines, ""]))
     with Relay(("127.0.0.1", 0), Relayed) as relay:
         threading.Thread(target=relay.serve_forever, daemon=True).start()
-        windows_path = f"Z:{work}/tools;Z:{NODE}".replace("/", "\\")
+        # Without the folder of what was built, which scripts/wine adds: what a page forgets to copy is to be missed.
+        windows_path = f"Z:{work}/tools;Z:{NODE};C:/windows/system32;C:/windows".replace("/", "\\")
         environment = {**os.environ, "START_TEST_PORT": str(relay.server_address[1]), "NODE_SKIP_PLATFORM_CHECK": "1"}
         with open(work / "output", "wb") as output:  # a file: Node.js does not take Wine's pipes
-            subprocess.run([ROOT / "scripts/wine", "cmd", "/c", f"set PATH={windows_path};%PATH%&& all.bat"], cwd=work,
+            subprocess.run([ROOT / "scripts/wine", "cmd", "/c", f"set PATH={windows_path}&& all.bat"], cwd=work,
                            env=environment, stdout=output, stderr=output, stdin=subprocess.DEVNULL, timeout=240)
         relay.shutdown()
     return (work / "output").read_text(errors="replace")

@@ -138,6 +138,19 @@ class Documents(unittest.TestCase):
                 for option in re.findall(r" (--\w+)", arguments.partition(".exe")[0]):
                     self.assertIn(option, text, f"{page.name}: {script}")
 
+    def test_files_have_the_version_of_the_headers(self):
+        header = (ROOT / "include/vyra/vyra.h").read_text()
+        version = ".".join(re.findall(r"#define VYRA_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)", header))
+        named = [(page.name, found) for page in PAGES
+                 for found in re.findall(r"\b(?:[Vv]yra|vyrabrenvozulta)[-.](\d+\.\d+\.\d+)", page.read_text())]
+        self.assertGreater(len(named), 15)
+        self.assertEqual({found for _, found in named}, {version}, named)
+
+    def test_every_script_that_is_named_is_there(self):
+        for page in PAGES:
+            for name in re.findall(r"(?<![\w/])scripts/([\w-]+)", page.read_text()):
+                self.assertTrue((ROOT / "scripts" / name).exists(), f"{page.name}: scripts/{name}")
+
     def test_both_consoles_are_told_the_same(self):
         for page in PAGES:
             for part in re.split(r"^## ", page.read_text(), flags=re.M):
