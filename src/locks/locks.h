@@ -115,7 +115,13 @@ public:
     {
         condition_.wait(held);
     }
-    void notify_all() { condition_.notify_all(); }
+    // The threads that waited have ended with the process, perhaps while they held the lock within the condition.
+    void notify_all()
+    {
+        if (!process_is_ending()) {
+            condition_.notify_all();
+        }
+    }
 
 private:
     boost::condition_variable_any condition_;

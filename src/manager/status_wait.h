@@ -23,7 +23,9 @@ public:
         const scoped_lock<plain_mutex> lock(mutex_);
         change();
         changed_ = true;
-        condition_.notify_all();
+        if (waiters_ != 0) {
+            condition_.notify_all();
+        }
     }
     void raise() EXCLUDES(mutex_)
     {
@@ -37,9 +39,9 @@ public:
         // A change that has released one of the waiters is theirs, and what comes from now on is not.
         if (waiters_ != 0) {
             changed_ = false;
+            waiters_ = 0;
+            condition_.notify_all();
         }
-        waiters_ = 0;
-        condition_.notify_all();
     }
 
     // Waits, without a limit, for a change or for the end of the session, which the caller has read before it looked
@@ -86,7 +88,7 @@ private:
     condition condition_;
     std::atomic<bool> changed_{false};
     std::atomic<session> session_{0};
-    int waiters_ GUARDED_BY(mutex_) = 0;  // of the current session
+    int waiters_ GUARDED_BY(mutex_) = 0;  // of the current session; those of earlier ones have been notified
 };
 
 }  // namespace kvs::brenvozulta

@@ -5,10 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+#include <utility>
+
 #include "device/data_mutex.h"
 #include "device/stop_handshake.h"
 #include "device/video_state.h"
 #include "locks/locks.h"
+#include "support/waiting.h"
 
 namespace {
 
@@ -26,7 +31,15 @@ protected:
         system_ = LoadLibraryA("ntdll.dll");
         ASSERT_NE(system_, nullptr);
     }
-    void TearDown() override { EXPECT_TRUE(FreeLibrary(system_)); }
+    void TearDown() override
+    {
+        if (system_ != nullptr) {
+            stay();
+        }
+    }
+
+    // The process is not ending after all.
+    void stay() { EXPECT_TRUE(FreeLibrary(std::exchange(system_, nullptr))); }
 
 private:
     HMODULE system_ = nullptr;
@@ -65,6 +78,31 @@ TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_lock)
         lock.unlock();
     }
     EXPECT_FALSE(lock.try_lock()) << "its owner is not known to have left what it guards whole";
+}
+
+// Those that waited may have ended while they held the lock that is within the condition.
+TEST_F(Ending_process_test, no_thread_is_left_to_be_notified)
+{
+    plain_mutex mutex;
+    condition changed;
+    bool waiting = false;
+    std::atomic<bool> notified{false};
+    std::thread waiter([&] {
+        scoped_lock<plain_mutex> lock(mutex);
+        waiting = true;
+        changed.wait(lock);
+        notified = true;
+    });
+    test_support::wait_until([&] {
+        const scoped_lock<plain_mutex> lock(mutex);
+        return waiting;
+    });
+    changed.notify_all();
+    std::this_thread::sleep_for(std::chrono::milliseconds(test_support::moment_ms));
+    EXPECT_FALSE(notified);
+    stay();
+    changed.notify_all();
+    waiter.join();
 }
 
 }  // namespace
