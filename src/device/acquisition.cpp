@@ -147,12 +147,13 @@ std::int32_t accept_image(const std::uint8_t* image, std::size_t size, const voi
     if (!visit.supplied()) {
         return VIDEO_IDLE;
     }
+    const std::uint32_t capture = visit.queue().capture();  // before the state: a capture that ends in between is over
     const std::uint32_t state = visit.video().video_state;
     if (state != VIDEO_RUNNING) {
         return static_cast<std::int32_t>(state);
     }
-    visit.queue().wait_for_request();
-    return image == nullptr || size == 0 ? VYRA_OK : visit.queue().fill(image, size);
+    visit.queue().wait_for_request(capture);
+    return image == nullptr || size == 0 ? VYRA_OK : visit.queue().fill(capture, image, size);
 }
 
 }  // namespace

@@ -33,9 +33,7 @@ void brenvozulta_device::end_earlier_capture()
 {
     std::uint32_t running = VIDEO_RUNNING;
     const bool was_running = video_data_->video_state.compare_exchange_strong(running, VIDEO_STOPPED);
-    if (was_running) {
-        frame_queue_->wake_waiter();
-    }
+    frame_queue_->end_capture();
     const std::uint32_t result = QXDR_StopCapture(device_data_->driver_handle);
     if (was_running) {
         std::uint32_t stopped = VIDEO_STOPPED;
@@ -64,6 +62,7 @@ std::int32_t brenvozulta_device::start_capture(const char* operation, std::uint8
     if (result != driver_ok) {
         return driver_status("QXDR_StartCapture", result);
     }
+    frame_queue_->end_capture();  // callbacks that came while the state was still the earlier capture's
     stop_handshake_->begin(*video_data_, boost::move(fresh));
     try {
         // The thread shares what it works on with the device, which may be dropped before it.
@@ -87,6 +86,7 @@ std::int32_t brenvozulta_device::stop_video()
     if (video_data_->video_state == VIDEO_RUNNING) {
         video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
         frame_queue_->wake_waiter();  // a parked acquisition callback would hold the driver's capture cycle up
+        frame_queue_->end_capture();  // two are parked where another scanner's images come here too
         // A device that is dropped, which the host may stop from inside its close, has nobody left to answer.
         if (video_data_->video_state != VIDEO_STOPPED && !video_data_->dropped) {
             stop_handshake_->wait();

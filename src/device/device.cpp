@@ -114,6 +114,7 @@ std::uint32_t brenvozulta_device::video_state() const
 void brenvozulta_device::request_stop()
 {
     video_data_->video_state.exchange(VIDEO_STOP_REQUESTED);
+    frame_queue_->end_capture();  // the driver's next stop may wait for a callback that waits for requests
 }
 
 // Hosts know fewer causes than the driver: several share a status, and what has none is internal.

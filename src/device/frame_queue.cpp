@@ -118,14 +118,14 @@ void Frame_queue::remove(std::uint32_t frame_id)
     count_requests();
 }
 
-std::optional<Frame_data> Frame_queue::begin_copy()
+std::optional<Frame_data> Frame_queue::begin_copy(std::uint32_t capture)
 {
     while (pending_count_.load(std::memory_order_acquire) != 0) {
         std::uint32_t copies = 0;
         {
             const data_lock lock(data_mutex_);
             const auto pending = find(FRAME_PENDING);
-            if (pending == frames_.end()) {
+            if (pending == frames_.end() || capture != this->capture()) {
                 break;
             }
             if (find(FRAME_FILLING) == frames_.end()) {
@@ -152,9 +152,9 @@ void Frame_queue::end_copy()
     copies_.store(copies_ + 1, std::memory_order_release);
 }
 
-std::int32_t Frame_queue::fill(const unsigned char* image, std::size_t size)
+std::int32_t Frame_queue::fill(std::uint32_t capture, const unsigned char* image, std::size_t size)
 {
-    const auto request = begin_copy();
+    const auto request = begin_copy(capture);
     if (request) {
         std::memcpy(request->buffer, image, size);
         end_copy();
@@ -162,10 +162,15 @@ std::int32_t Frame_queue::fill(const unsigned char* image, std::size_t size)
     return VYRA_OK;
 }
 
-void Frame_queue::wait_for_request()
+void Frame_queue::end_capture()
+{
+    request_signal_.release();
+}
+
+void Frame_queue::wait_for_request(std::uint32_t capture)
 {
     if (frame_count_.load(std::memory_order_acquire) == 0) {
-        request_signal_.wait();
+        request_signal_.wait(capture);
     }
 }
 

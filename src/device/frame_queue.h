@@ -62,14 +62,21 @@ public:
 
     void remove(std::uint32_t frame_id);
 
-    // Copies an image into the oldest pending request; without one the image is lost. One image after the other.
-    // Returns 0.
-    std::int32_t fill(const unsigned char* image, std::size_t size);
+    // The number of the capture whose images are asked for. An image of an earlier one, whose callback may come late or
+    // have waited meanwhile, is of another moment and perhaps of another size than the requests are for.
+    std::uint32_t capture() const { return request_signal_.releases(); }
+
+    // Ends a capture: its callbacks wait and begin to copy no more, and nothing of it is kept.
+    void end_capture();
+
+    // Copies an image of that capture into the oldest pending request; without one the image is lost. One image after
+    // the other. Returns 0.
+    std::int32_t fill(std::uint32_t capture, const unsigned char* image, std::size_t size);
 
     // Returns at once when requests are queued, else waits, without a limit, for the signal of a new request or of
-    // wake_waiter, or until the queue is retired. A signal that came while nobody waited is kept and releases one later
-    // wait.
-    void wait_for_request();
+    // wake_waiter, or until that capture ends or the queue is retired. A signal that came while nobody waited is kept
+    // and releases one later wait.
+    void wait_for_request(std::uint32_t capture);
 
     // Releases the waiter when nothing more will be requested.
     void wake_waiter();
@@ -81,7 +88,7 @@ private:
     void count_requests() REQUIRES(data_mutex_);
 
     // A copy begins with the request that it goes into, marked, and the next one waits for its end.
-    std::optional<Frame_data> begin_copy();
+    std::optional<Frame_data> begin_copy(std::uint32_t capture);
     void end_copy();
 
     // Waits until there are more copies than those. False once the process ends.

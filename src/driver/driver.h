@@ -117,7 +117,7 @@ std::uint32_t QXDR_ResetDevice(void* driver_handle);
 std::uint32_t QXDR_SetCallbackAcquisition(DriverAcquisitionCallback callback, void* context);
 
 // A start of video stops first, whether anything captures or not, then selects and starts. A stop may wait for the
-// acquisition callback. While video runs, either stop lets a parked one go before; after a sleep neither does.
+// acquisition callback, and a parked one has been let go before: by the stop, the start or the sleep.
 std::uint32_t QXDR_SelectCaptureConfig(void* driver_handle, std::uint8_t config);
 std::uint32_t QXDR_StartCapture(void* driver_handle);
 std::uint32_t QXDR_StopCapture(void* driver_handle);

@@ -109,9 +109,9 @@ std::int32_t Device_test::deliver_to(void* context, const std::vector<std::uint8
     return result;
 }
 
-std::uint64_t Device_test::deliver_waiting(const std::vector<std::uint8_t>& pixels)
+std::uint64_t Device_test::deliver_waiting(const std::vector<std::uint8_t>& pixels, const char* scanner)
 {
-    brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, nullptr, 0, nullptr};
+    brenvozulta_sim_image image = {pixels.data(), pixels.size(), image_width, image_height, scanner, 0, nullptr};
     const std::uint64_t delivery = brenvozulta_sim_deliver_async(&image);
     EXPECT_EQ(brenvozulta_sim_wait_delivery_begun(delivery, patience_ms), 1);
     EXPECT_EQ(brenvozulta_sim_wait_delivery_done(delivery, moment_ms, nullptr), 0) << "the callback did not wait";

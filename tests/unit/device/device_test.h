@@ -59,8 +59,8 @@ protected:
     static std::int32_t deliver(const std::vector<std::uint8_t>& pixels, std::uint16_t width, std::uint16_t height);
     static std::int32_t deliver_to(void* context, const std::vector<std::uint8_t>& pixels);
 
-    // Begins a delivery that is to wait for a request, and sees it waiting.
-    static std::uint64_t deliver_waiting(const std::vector<std::uint8_t>& pixels);
+    // Begins a delivery, of the default scanner or of another, that is to wait for a request, and sees it waiting.
+    static std::uint64_t deliver_waiting(const std::vector<std::uint8_t>& pixels, const char* scanner = nullptr);
     // The end of it.
     static std::int32_t result_of(std::uint64_t delivery);
 

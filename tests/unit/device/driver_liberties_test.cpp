@@ -101,6 +101,38 @@ TEST_F(Driver_liberties_test, a_stop_and_a_close_that_wait_for_the_callback_find
     EXPECT_EQ(device().close(), 0);
 }
 
+TEST_F(Driver_liberties_test, a_sleep_lets_the_callback_go_that_the_next_start_or_stop_may_wait_for)
+{
+    for (const bool start : {true, false}) {
+        running_device();
+        brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
+        const std::uint64_t delivery = deliver_waiting(image_of(9));
+        device().request_stop();
+        EXPECT_EQ(start ? device().start_camera() : device().stop_video(), 0);
+        EXPECT_EQ(result_of(delivery), 0);
+    }
+}
+
+// A scanner that still captures when another is opened delivers to that one.
+TEST_F(Driver_liberties_test, a_stop_lets_every_callback_go_that_waits)
+{
+    brenvozulta_sim_attach("second");
+    const std::uint32_t first = open(first_scanner);
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(first), VYRA_OK);
+    const std::uint32_t second = open("second");
+    ASSERT_EQ(VyraBrenvoZultaStartCamera(second), VYRA_OK);
+    brenvozulta_sim_set_stop_patience(BRENVOZULTA_SIM_UNLIMITED);
+    const auto pixels = image_of(9);
+    std::vector<std::uint64_t> deliveries;
+    for (const char* const scanner : {first_scanner, "second"}) {
+        deliveries.push_back(deliver_waiting(pixels, scanner));
+    }
+    EXPECT_EQ(VyraStopVideo(second), VYRA_OK);
+    for (const std::uint64_t delivery : deliveries) {
+        EXPECT_EQ(result_of(delivery), 0);
+    }
+}
+
 TEST_F(Driver_liberties_test, a_release_that_waits_for_the_callback_finds_it_woken_by_the_stop)
 {
     const std::uint32_t handle = open(first_scanner);

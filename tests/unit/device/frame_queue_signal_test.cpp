@@ -24,7 +24,7 @@ protected:
 
     void begin_wait()
     {
-        waiter_ = boost::thread([this] { queue_.wait_for_request(); });
+        waiter_ = boost::thread([this, capture = queue_.capture()] { queue_.wait_for_request(capture); });
     }
 
     bool returns() { return waiter_.try_join_for(patience); }
@@ -84,7 +84,7 @@ TEST_F(Frame_queue_signal_test, requests_that_are_filled_or_taken_still_count_as
     EXPECT_TRUE(passes());
     queue_.add_request(&buffer_, 0);
     const unsigned char image = 1;
-    queue_.fill(&image, 1);
+    queue_.fill(queue_.capture(), &image, 1);
     const auto frame = queue_.take_ready();
     EXPECT_TRUE(passes());
     queue_.remove(frame->frame_id);
@@ -111,7 +111,7 @@ TEST_F(Frame_queue_signal_test, a_request_after_the_queue_was_emptied_signals_ag
     for (int round = 0; round < 2; ++round) {
         queue_.add_request(&buffer_, 0);
         const unsigned char image = 1;
-        queue_.fill(&image, 1);
+        queue_.fill(queue_.capture(), &image, 1);
         queue_.remove(queue_.take_ready()->frame_id);
         EXPECT_TRUE(passes()) << round;
         begin_wait();
@@ -119,6 +119,36 @@ TEST_F(Frame_queue_signal_test, a_request_after_the_queue_was_emptied_signals_ag
         queue_.wake_waiter();
         EXPECT_TRUE(returns());
     }
+}
+
+TEST_F(Frame_queue_signal_test, every_wait_ends_with_its_capture)
+{
+    begin_wait();
+    boost::thread other([this, capture = queue_.capture()] { queue_.wait_for_request(capture); });
+    EXPECT_TRUE(waits());
+    EXPECT_FALSE(other.try_join_for(moment));
+    queue_.end_capture();
+    EXPECT_TRUE(returns());
+    other.join();
+}
+
+TEST_F(Frame_queue_signal_test, a_wait_of_an_earlier_capture_returns_at_once_and_the_end_is_not_kept)
+{
+    const std::uint32_t earlier = queue_.capture();
+    queue_.end_capture();
+    queue_.wait_for_request(earlier);
+    begin_wait();
+    EXPECT_TRUE(waits());
+}
+
+TEST_F(Frame_queue_signal_test, a_wait_that_ends_with_its_capture_consumes_the_signal_too)
+{
+    const std::uint32_t earlier = queue_.capture();
+    queue_.wake_waiter();
+    queue_.end_capture();
+    queue_.wait_for_request(earlier);
+    begin_wait();
+    EXPECT_TRUE(waits());
 }
 
 TEST_F(Frame_queue_signal_test, clear_does_not_wake_a_wait)
@@ -133,7 +163,7 @@ TEST_F(Frame_queue_signal_test, one_wake_up_releases_one_wait)
 {
     std::atomic<int> returned{0};
     const auto wait = [&] {
-        queue_.wait_for_request();
+        queue_.wait_for_request(queue_.capture());
         ++returned;
     };
     boost::thread first(wait);

@@ -28,7 +28,7 @@ protected:
     std::int32_t fill(unsigned char value)
     {
         const Buffer image = {value, value, value, value};
-        return queue_.fill(image.data(), image.size());
+        return queue_.fill(queue_.capture(), image.data(), image.size());
     }
 
     // Takes a ready request and removes it; the contexts of all, in order.
@@ -110,11 +110,25 @@ TEST_F(Frame_queue_test, the_oldest_pending_request_is_filled_and_the_oldest_rea
     EXPECT_THAT(take_all(), ElementsAre(2, 3));
 }
 
+// Its callback may have waited, or come late.
+TEST_F(Frame_queue_test, an_image_of_an_earlier_capture_is_lost)
+{
+    const std::uint32_t earlier = queue_.capture();
+    queue_.end_capture();
+    add(1);
+    const Buffer image = {1, 2, 3, 4};
+    EXPECT_EQ(queue_.fill(earlier, image.data(), image.size()), 0);
+    EXPECT_THAT(buffers_[0], Each(0));
+    EXPECT_FALSE(queue_.take_ready());
+    fill(5);
+    EXPECT_THAT(buffers_[0], Each(5));
+}
+
 TEST_F(Frame_queue_test, exactly_the_size_is_copied)
 {
     add(1);
     const Buffer image = {1, 2, 3, 4};
-    EXPECT_EQ(queue_.fill(image.data(), 3), 0);
+    EXPECT_EQ(queue_.fill(queue_.capture(), image.data(), 3), 0);
     EXPECT_THAT(buffers_[0], ElementsAre(1, 2, 3, 0));
     EXPECT_TRUE(queue_.take_ready());
 }
@@ -168,7 +182,7 @@ TEST_F(Frame_queue_test, the_numbers_of_the_requests_run_through_all_queues)
     Frame_queue other;
     const auto next_id = [this](Frame_queue& queue) {
         queue.add_request(buffers_[0].data(), 0);
-        queue.fill(buffers_[1].data(), 1);
+        queue.fill(queue.capture(), buffers_[1].data(), 1);
         const auto frame = queue.take_ready();
         queue.remove(frame->frame_id);
         return frame->frame_id;
