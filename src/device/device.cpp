@@ -44,14 +44,17 @@ std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*op
     device_data_ = boost::make_shared<Device_data>();
     device_data_->name = name;
     stop_handshake_ = boost::make_shared<Stop_handshake>();
+    // All that needs memory, or a place, before the driver is asked: what it has opened would stay open there.
+    const auto video = boost::make_shared<Video_data>();
+    const auto queue = boost::make_shared<Frame_queue>();
+    attach_acquisition(this);
 
     std::uint32_t result = QXDR_OpenDevice(name.c_str(), &device_data_->driver_handle);
     if (result != driver_ok) {
         return driver_status("QXDR_OpenDevice", result);
     }
-    // The driver may deliver as soon as it knows the callback. When it refuses the callback, the scanner stays open in
-    // the driver, as hosts know it.
-    attach_acquisition(this);
+    // The driver may deliver as soon as it knows the callback, and finds no records yet. When it refuses the callback,
+    // the scanner stays open in the driver, as hosts know it.
     result = QXDR_SetCallbackAcquisition(on_acquisition, this);
     if (result != driver_ok) {
         return driver_status("QXDR_SetCallbackAcquisition", result);
@@ -62,8 +65,8 @@ std::int32_t brenvozulta_device::open(const std::string& name, std::uint8_t /*op
     device_state_.exchange(DEVICE_OPEN);
     device_data_->ui_callback = nullptr;
     device_data_->ui_context = nullptr;
-    video_data_ = boost::make_shared<Video_data>();
-    frame_queue_ = boost::make_shared<Frame_queue>();
+    video_data_ = video;
+    frame_queue_ = queue;
     supply_acquisition(this, video_data_, frame_queue_);
     return VYRA_OK;
 }

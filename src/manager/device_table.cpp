@@ -15,15 +15,20 @@ device_table::device_owner device_table::look_up(std::uint32_t handle) const
     return device == nullptr ? device_owner() : *device;
 }
 
-void device_table::store(std::uint32_t handle, device_owner device)
+device_table::entry device_table::make_entry(const device_owner& device)
 {
-    entries entering;
-    entering.emplace(handle, std::move(device));
+    entries made;
+    return made.extract(made.emplace(0, device).first);
+}
+
+void device_table::store(std::uint32_t handle, entry made)
+{
+    made.key() = handle;
     entries leaving;
     {
         const table_lock lock(mutex_);
         leaving.insert(devices_.extract(handle));
-        devices_.merge(entering);
+        devices_.insert(std::move(made));
     }
     let_go(leaving);
 }

@@ -3,6 +3,7 @@
 #include <boost/chrono/duration.hpp>
 #include <boost/smart_ptr/make_shared.hpp>
 #include <boost/thread/thread.hpp>
+#include <utility>
 
 #include "manager/device_name.h"
 #include "manager/dispatch.h"
@@ -44,6 +45,7 @@ std::int32_t brenvozulta_manager::open_named_device(const std::string& name, std
     }
     const status_wait::session session = status_.current_session();
     const auto device = boost::make_shared<brenvozulta_device>();
+    auto entry = device_table::make_entry(device);
     const std::int32_t status = device->open(name, option);
     if (status != VYRA_OK) {
         log_printf(log_errors, "open_device:    Error=%d\r\n", status);
@@ -58,7 +60,7 @@ std::int32_t brenvozulta_manager::open_named_device(const std::string& name, std
     // The number of open scanners, even when an open scanner has that handle: it is displaced. Hosts close in reverse
     // order of opening.
     const auto new_handle = static_cast<std::uint32_t>(open_devices_.size());
-    open_devices_.store(new_handle, device);
+    open_devices_.store(new_handle, std::move(entry));
     *handle = new_handle;
     return VYRA_OK;
 }

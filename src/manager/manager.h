@@ -122,7 +122,7 @@ private:
     // table's, those of the devices, the notification service's.
     recursive_timed_mutex manager_lock_ ACQUIRED_BEFORE(lock_order::inside_manager);
     device_table open_devices_ GUARDED_BY(manager_lock_);
-    // Taken by close_device alone.
+    // Taken by a close, and by the closes of a terminate.
     plain_mutex close_mutex_ ACQUIRED_AFTER(lock_order::inside_manager) ACQUIRED_BEFORE(lock_order::inside_close);
     const brenvozulta_device* closing_ GUARDED_BY(manager_lock_) = nullptr;  // the device that the driver is closing
     std::atomic<bool> initialized_;

@@ -26,6 +26,7 @@ TEST_F(Allocation_test, open_leaves_no_handle_behind)
         handle = 7;
         const std::int32_t status = VyraOpenDevice(quiet_driver::first_scanner, &handle);
         EXPECT_EQ(handle, status == VYRA_OK ? 0 : VYRA_NO_HANDLE);
+        EXPECT_EQ(quiet_driver::open_scanners(), status == VYRA_OK ? 1 : 0) << "none stays open in the driver";
         return status;
     };
     EXPECT_GT(refuse_each([&] { start(); }, call), 3);

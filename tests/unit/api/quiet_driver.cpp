@@ -15,6 +15,7 @@ DriverHotPlugListener listener = nullptr;
 DriverAcquisitionCallback callback = nullptr;
 void* callback_context = nullptr;
 bool capturing = false;
+int opened = 0;
 
 void describe(int number, DriverDeviceEntry* entry)
 {
@@ -35,6 +36,11 @@ bool is_capturing()
     return capturing;
 }
 
+int open_scanners()
+{
+    return opened;
+}
+
 std::int32_t deliver()
 {
     static const std::uint8_t image[16] = {1, 2, 3};
@@ -53,6 +59,7 @@ std::uint32_t QXDR_Initialize(void)
 std::uint32_t QXDR_Release(void)
 {
     capturing = false;
+    opened = 0;
     return 0;
 }
 
@@ -79,11 +86,13 @@ std::uint32_t QXDR_GetUsbInfo(void*, DriverDeviceEntry* record)
 std::uint32_t QXDR_OpenDevice(const char* name, void** driver_handle)
 {
     *driver_handle = &scanners[std::strcmp(name, second_scanner) == 0];
+    ++opened;
     return 0;
 }
 
 std::uint32_t QXDR_CloseDevice(void**)
 {
+    --opened;
     return 0;
 }
 

@@ -17,4 +17,7 @@ std::int32_t deliver();
 
 bool is_capturing();
 
+// Opened and not closed.
+int open_scanners();
+
 }  // namespace quiet_driver

@@ -55,7 +55,7 @@ TEST_F(Close_device_test, a_close_that_fails_is_still_0_and_removes_the_entry)
 TEST_F(Close_device_test, entry_without_a_device_is_0_and_stays)
 {
     initialize();
-    access::open_devices().store(3, nullptr);
+    access::store_device(3, nullptr);
     EXPECT_EQ(VyraCloseDevice_N(3), VYRA_OK);
     EXPECT_NE(access::open_devices().find(3), nullptr);
     EXPECT_EQ(access::open_devices().size(), 1U);
@@ -64,7 +64,7 @@ TEST_F(Close_device_test, entry_without_a_device_is_0_and_stays)
 TEST_F(Close_device_test, entry_without_a_device_raises_no_status_change)
 {
     open_scanners(1);
-    access::open_devices().store(3, nullptr);
+    access::store_device(3, nullptr);
     Status_waiter waiter(0);
     ASSERT_TRUE(waiters_inside(0, 1));
     EXPECT_EQ(VyraCloseDevice_N(3), VYRA_OK);

@@ -111,7 +111,7 @@ TEST_F(Dispatch_test, suspended_is_9110_whatever_the_handle)
 TEST_F(Dispatch_test, missing_device_is_9005_logged_by_some_and_silent_in_others)
 {
     initialize();
-    access::open_devices().store(4, nullptr);
+    access::store_device(4, nullptr);
     for (const auto& operation : device_operations()) {
         SCOPED_TRACE(operation.export_name);
         EXPECT_EQ(operation.call(4), VYRA_DEVICE_UNAVAIL);

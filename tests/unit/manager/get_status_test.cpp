@@ -40,7 +40,7 @@ TEST_F(Get_status_test, unknown_handle_consumes_no_change)
 TEST_F(Get_status_test, entry_without_a_device_is_0_at_once_without_a_line)
 {
     initialize();
-    access::open_devices().store(0, nullptr);
+    access::store_device(0, nullptr);
     EXPECT_EQ(VyraGetStatus(0), VYRA_OK);
 }
 
@@ -292,7 +292,7 @@ TEST_F(Get_status_test, keeps_a_displaced_device_alive)
     open_scanners(2);
     Status_waiter waiter(1);
     ASSERT_TRUE(waiters_inside(1, 1));
-    access::open_devices().store(1, access::open_devices().look_up(0));
+    access::store_device(1, access::open_devices().look_up(0));
     expect_still_waiting(waiter);
     access::raise_status_change();
     EXPECT_EQ(waiter.result(), VYRA_OK);

@@ -170,7 +170,7 @@ TEST_F(Hot_plug_test, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
     open_scanners(1);
     auto twin = boost::make_shared<kvs::brenvozulta::brenvozulta_device>();
     ASSERT_EQ(twin->open(scanner_1, 0), VYRA_OK);
-    access::open_devices().store(5, twin);
+    access::store_device(5, twin);
     send(2, scanner_1);
     EXPECT_TRUE(access::device(0).disconnected());
     EXPECT_FALSE(twin->disconnected());
@@ -184,7 +184,7 @@ TEST_F(Hot_plug_test, only_the_first_open_scanner_of_a_name_or_handle_is_marked)
 TEST_F(Hot_plug_test, entries_without_a_device_are_passed_over)
 {
     initialize();
-    access::open_devices().store(0, nullptr);
+    access::store_device(0, nullptr);
     ASSERT_EQ(open(), 1U);
     send(2, scanner_1);
     EXPECT_TRUE(access::device(1).disconnected());

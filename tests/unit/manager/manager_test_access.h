@@ -25,6 +25,10 @@ struct manager_test_access {
     static void set_device_detected(bool detected) { manager().device_detected_ = detected; }
 
     static device_table& open_devices() { return manager().open_devices_; }
+    static void store_device(std::uint32_t handle, const device_table::device_owner& device)
+    {
+        open_devices().store(handle, device_table::make_entry(device));
+    }
     static brenvozulta_device& device(std::uint32_t handle) { return *open_devices().look_up(handle); }
     // Owners of a device: the table and every get_status that waits. 0 without an entry.
     static long owners(std::uint32_t handle)

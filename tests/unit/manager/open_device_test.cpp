@@ -107,7 +107,7 @@ TEST_F(Open_device_test, beginnings_and_continuations_of_an_open_name_are_other_
 TEST_F(Open_device_test, entries_without_a_device_are_passed_over_in_the_search_for_the_name)
 {
     initialize();
-    access::open_devices().store(0, nullptr);
+    access::store_device(0, nullptr);
     EXPECT_EQ(open(), 1U);
     EXPECT_EQ(try_to_open(scanner_1), VYRA_SCN_UNAVAILABLE);
     EXPECT_THAT(take_log(), ElementsAre(open_already(scanner_1)));

@@ -92,7 +92,7 @@ TEST_F(Power_test, events_before_initialize_and_after_terminate_change_nothing)
 TEST_F(Power_test, sleep_requests_a_stop_of_every_open_scanner_and_raises_a_status_change)
 {
     open_scanners(3);
-    access::open_devices().store(7, nullptr);
+    access::store_device(7, nullptr);
     access::manager().ManagePowerEvent(true);
     for (const std::uint32_t handle : {0U, 1U, 2U}) {
         EXPECT_EQ(access::device(handle).video_state(), stop_requested);

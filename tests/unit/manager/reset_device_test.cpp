@@ -133,6 +133,6 @@ TEST_F(Reset_device_test, not_initialized_leaves_the_detection_as_it_was)
 TEST_F(Reset_device_test, entry_without_a_device_is_9005_without_a_line)
 {
     initialize();
-    access::open_devices().store(0, nullptr);
+    access::store_device(0, nullptr);
     EXPECT_EQ(VyraBusReset_N(0), VYRA_DEVICE_UNAVAIL);
 }
