@@ -29,7 +29,8 @@
  * Every poll that finds no image (9106) is a line in the log at level 3, and a write to the disk. Ask every few
  * milliseconds, never in an empty loop; or use a lower level while images come.
  *
- * Every start of video takes 200 ms, and keeps one processor busy until video stops.
+ * Every start of video takes 200 ms, and keeps one processor busy until video stops; a start of video that runs, one more
+ * until the scanner is closed.
  *
  * At sleep and resume the library writes a line each to the host's standard output, "RQ7-3050 sleep" and "RQ7-3050
  * resume".
@@ -201,17 +202,21 @@ typedef struct DevUI {
    (tracing only) or 3 (errors and events, and tracing), as VYRA_LOG_OFF and so on; 2 is as 1, values above 3 mean 0.
    log_limit is the size in bytes at which the log file is exchanged for a new one; values below 1 mean 52,428,800.
    While another process has the file open, the system does not let it be exchanged, and it grows. Returns 9000 when the
-   driver does not come up, 9110 when it reports that the scanner is unavailable. After a failure to list scanners the
-   library is initialized all the same, but without hot-plug and power events; call VyraTerminate before the next try.
-   */
+   driver does not come up, 9110 when it reports that the scanner is unavailable. After a failure to list scanners, or
+   to start the notification service, the library is initialized all the same, but without hot-plug or power events: call
+   VyraTerminate before the next try, whatever failed. */
 int32_t VyraInitialize_N(VyraDeviceEventCallback callback, uint32_t log_level, int32_t log_limit);
 
 /* Gives up every open scanner, releases the driver, stops the notification service and closes the log. Of the scanners,
    it closes in the driver those that a loop over the handles 0, 1, 2, ... meets while it is below the number of
    scanners still open: of handles 0 to n-1 the lower half, rounded up. The others are dropped, and their capture ends
    with the driver's release. Every waiting VyraGetStatus returns. Video need not be stopped first, but should be: it is
-   not stopped here. Returns 9000 when the driver cannot be released; the library then stays initialized, without an
-   open scanner.
+   not stopped here. Returns 9000 when the driver cannot be released, and when the system refuses what the end of the
+   notification service takes; the library then stays initialized, without an open scanner. Another try may help, else
+   VyraInitialize_N and then VyraTerminate.
+
+   Not while the system sleeps, if it can be helped: the resume is not heard then, and every scanner is unavailable until
+   the next sleep is over.
 
    Waits for a notification subscriber that is running, and meanwhile runs window procedures of the calling thread for
    messages that are sent to them. What these call of this header is refused: VyraInitialize_N with 9000, everything
@@ -266,7 +271,8 @@ int32_t VyraGetStatus(uint32_t handle);
    a standard scanner, VYRA_MODE_ROLL (and 9 to 18) rolled fingers, 1608 x 1000. Mode 3 and modes above 18: 9109. 9114
    when the scanner does not have the configuration. unused is not read. Outstanding requests are dropped. The driver is
    told to stop first, also when no video runs, and has 200 ms to do so: every start takes that long. One processor
-   stays busy while video runs. Asks the scanner. */
+   stays busy while video runs, and one more for each start without a stop in between, until the scanner is closed. Asks
+   the scanner. */
 int32_t VyraBrenvoStartVideo(uint32_t handle, uint32_t mode, uint32_t unused);
 
 /* Starts video of flat fingers. As VyraBrenvoStartVideo in mode 1. */

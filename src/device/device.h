@@ -46,13 +46,14 @@ public:
     // returns, the host's buffers are its own again, and the device's threads are on their way out.
     void drop() noexcept;
 
-    // Capture control (capture_control.cpp). A start while the driver still captures waits 200 ms; a stop waits,
-    // without a limit, for an extraction thread.
+    // Capture control (capture_control.cpp). A start waits 200 ms when the driver accepts the stop before it, whether
+    // anything captured or not; a stop waits, without a limit, for an extraction thread.
     std::int32_t start_camera();
     std::int32_t start_video(std::uint16_t config);
     std::int32_t stop_video();
 
-    // Video requests (video_requests.cpp). Neither waits.
+    // Video requests (video_requests.cpp). Neither waits for an image; a result waits for the rest of
+    // a copy under way.
     std::int32_t submit_video_request(void* buffer, std::uint64_t context);
     std::int32_t get_video_result(void** buffer_out, std::uint64_t* context_out);
 
@@ -84,10 +85,12 @@ public:
     // What the manager's event handling needs of an open device.
     const std::string& name() const;
     void* driver_handle() const;
-    std::uint32_t video_state() const;
     void request_stop();  // without waiting for it
     bool disconnected() const { return disconnected_; }
     void set_disconnected(bool disconnected) { disconnected_.exchange(disconnected); }
+
+    // What the tests see of a capture.
+    std::uint32_t video_state() const;
 
 private:
     bool is_open() const { return device_state_ == DEVICE_OPEN; }

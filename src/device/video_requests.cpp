@@ -34,7 +34,7 @@ std::int32_t brenvozulta_device::get_video_result(void** buffer_out, std::uint64
     if (video_data_->video_state != VIDEO_RUNNING) {
         return refuse("get_video_result", VYRA_VIDEO_STOPPED);
     }
-    // Never waits: nothing ready is told as a time-out, and the host asks again.
+    // Never waits for an image: nothing ready is told as a time-out, and the host asks again.
     const auto frame = frame_queue_->take_ready();
     if (!frame) {
         return refuse("get_video_result", VYRA_VIDEO_TIMEOUT);

@@ -2,8 +2,8 @@
 // with one older generation. Its settings are in log_settings.h; how a line is made is in log_line.h, how the file is
 // opened and rotated in log_file.h.
 //
-// The log takes no lock. Lines of several threads may interleave piece by piece, and its failures are reported nowhere:
-// a line that cannot be written is dropped.
+// The log takes no lock over a line. Lines of several threads may interleave piece by piece, and its failures are
+// reported nowhere: a line that cannot be written is dropped.
 #pragma once
 
 namespace kvs::brenvozulta {

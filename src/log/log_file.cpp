@@ -34,8 +34,8 @@ constexpr std::size_t rotation_path_size = 256;
 // {62AB5D82-FDC1-4DC3-A9DD-070D1D495D97}, the ProgramData folder.
 constexpr GUID program_data_folder = {0x62AB5D82, 0xFDC1, 0x4DC3, {0xA9, 0xDD, 0x07, 0x0D, 0x1D, 0x49, 0x5D, 0x97}};
 
-// Read and exchanged as a whole, by any thread: the log has no lock, so that a line can be written wherever one is
-// held. Never destroyed: nothing runs when the library is unloaded.
+// Read and exchanged as a whole, by any thread, which Boost does under a spinlock: the log holds no lock over a line,
+// so that one can be written wherever a lock is held. Never destroyed: nothing runs when the library is unloaded.
 union Current_file {
     constexpr Current_file() : owner() {}
     ~Current_file() {}  // NOLINT(modernize-use-equals-default): it would be deleted
