@@ -15,13 +15,13 @@ device_table::device_owner device_table::look_up(std::uint32_t handle) const
     return device == nullptr ? device_owner() : *device;
 }
 
-device_table::entry device_table::make_entry(const device_owner& device)
+device_table::new_entry device_table::make_entry(const device_owner& device)
 {
     entries made;
     return made.extract(made.emplace(0, device).first);
 }
 
-void device_table::store(std::uint32_t handle, entry made)
+void device_table::store(std::uint32_t handle, new_entry made)
 {
     made.key() = handle;
     entries leaving;

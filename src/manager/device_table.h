@@ -19,7 +19,7 @@ public:
     using device_owner = boost::shared_ptr<brenvozulta_device>;
     using entries = std::map<std::uint32_t, device_owner>;
     using const_iterator = entries::const_iterator;
-    using entry = entries::node_type;
+    using new_entry = entries::node_type;
 
     static constexpr std::size_t capacity = 8;
 
@@ -57,11 +57,11 @@ public:
     device_owner look_up(std::uint32_t handle) const EXCLUDES(mutex_);
 
     // What store takes. It is made before the scanner is opened: one that is open is not lost for want of memory.
-    static entry make_entry(const device_owner& device);
+    static new_entry make_entry(const device_owner& device);
 
     // Replaces the device that has the handle already. A device that leaves the table is dropped, whoever still owns
     // or uses it.
-    void store(std::uint32_t handle, entry made) EXCLUDES(mutex_);
+    void store(std::uint32_t handle, new_entry made) EXCLUDES(mutex_);
     void erase(std::uint32_t handle) EXCLUDES(mutex_);
     void clear() EXCLUDES(mutex_);
 
