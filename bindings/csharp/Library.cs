@@ -156,7 +156,8 @@ namespace Vyra
             return subscription;
         }
 
-        /// <summary>Closes the scanners, the one opened last first, and terminates the library.</summary>
+        /// <summary>Closes the scanners, the one opened last first, and terminates the library, which waits for a handler that
+        /// is running: not to be called from one.</summary>
         public void Dispose()
         {
             if (Interlocked.Exchange(ref open, 0) == 0)

@@ -17,11 +17,15 @@ function defaultFile() {
 let loaded = null; // the first library of a process decides
 let working = null; // the library that is open
 
-// Images are not to be written into memory that Node.js has given back.
+// Images are not to be written into memory that Node.js has given back, and Node.js waits for the threads of its calls. No
+// more is done than that takes: a termination waits for an event under way, which waits for the event loop, which has ended.
 process.on('exit', () => {
   for (const scanner of [...(working?._scanners ?? [])].reverse()) {
     loaded.now.VyraStopVideo(scanner.handle);
     loaded.now.VyraCloseDevice_N(scanner.handle);
+  }
+  if (working?._waits) {
+    loaded.now.VyraTerminate();
   }
 });
 
@@ -33,6 +37,7 @@ class Library extends EventEmitter {
     this._scanners = new Set();
     this._lastOpened = null;
     this._subscriptions = [];
+    this._waits = 0; // for changes, under way
   }
 
   static async open({ file = defaultFile(), driver = null, logLevel = constants.LOG_OFF, logLimit = 0 } = {}) {

@@ -109,7 +109,9 @@ class Scanner {
     if (!this._library._scanners.has(this)) {
       throw new Error(`"${this.name}" was closed`);
     }
+    ++this._library._waits;
     const status = await this._functions.VyraGetStatus(this.handle);
+    --this._library._waits;
     if (status !== constants.DEVICE_UNAVAIL) {
       check('VyraGetStatus', status);
     }

@@ -100,7 +100,11 @@ async function main() {
   await failure(() => video.wait({ timeout: 20000 }));
   console.log(await scanner.waitForChange()); // a change that nobody waited for is kept
   console.log([...new Set(uncaught)].join());
-  await (await library.scanner('two')).video({ requests: 8 });
+  const two = await library.scanner('two');
+  await two.video({ requests: 8 });
+  two.waitForChange();
+  two.waitForChange();
+  two.waitForChange();
   process.on('exit', () => console.log('open at the end', isOpen('two')));
   process.exit(3);
 }

@@ -15,6 +15,7 @@ namespace test_support {
 struct Pretended {
     std::deque<std::int32_t> closes;  // results of the next closes
     int closed = 0;
+    std::int32_t stop_result = VYRA_OK;
     int submitted = 0;
     int terminated = 0;
     std::int32_t terminate_result = VYRA_OK;
@@ -49,7 +50,7 @@ protected:
             return result;
         };
         functions_.VyraBrenvoStartVideo = [](std::uint32_t, std::uint32_t, std::uint32_t) { return 0; };
-        functions_.VyraStopVideo = [](std::uint32_t) { return 0; };
+        functions_.VyraStopVideo = [](std::uint32_t) { return pretended.stop_result; };
         functions_.VyraSubmitVideoRequest = [](std::uint32_t, void*, std::uint64_t) {
             ++pretended.submitted;
             return 0;

@@ -11,14 +11,29 @@ using test_support::pretended;
 
 class Wrapper_calls_test : public test_support::Pretended_library_test {};
 
-TEST_F(Wrapper_calls_test, close_that_the_busy_library_refused_is_made_again)
+// A buffer that is given back although the scanner is not closed would be written into.
+TEST_F(Wrapper_calls_test, close_that_the_busy_library_refused_is_made_until_it_is_done)
 {
     vyra::library library(functions_);
     {
         vyra::scanner scanner(library, "scanner");
+        vyra::video video(scanner, vyra::mode::flat);
+        pretended.stop_result = VYRA_INTERNAL;
         pretended.closes = {VYRA_INTERNAL, VYRA_OUT_OF_RESOURCE};
+        pretended.closes.resize(20, VYRA_INTERNAL);
     }
-    EXPECT_EQ(pretended.closed, 3);
+    EXPECT_EQ(pretended.closed, 21);
+}
+
+TEST_F(Wrapper_calls_test, subscriber_that_throws_ends_the_program)
+{
+    const auto throwing = [this] {
+        vyra::library library(functions_);
+        const vyra::power_subscription power(library, [](bool) { throw std::runtime_error("nobody catches this"); });
+        pretended.power(SysPowerSleep);
+    };
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(throwing(), "nobody catches this");
 }
 
 TEST_F(Wrapper_calls_test, refused_release_is_asked_for_three_times)

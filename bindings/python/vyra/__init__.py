@@ -510,7 +510,8 @@ class Library:
         return subscription
 
     def close(self) -> None:
-        """Closes the scanners, the one opened last first, and terminates the library."""
+        """Closes the scanners, the one opened last first, and terminates the library, which waits for a callback that is
+        running: not to be called from one. At the end of the process it is called by itself."""
         if not self._open:
             return
         self._open = False

@@ -29,7 +29,7 @@ private:
     std::int32_t code_;
 };
 
-// The scanner was unplugged while video ran. Give it up, wait until it is listed again and open it anew.
+// The scanner was unplugged while video ran. Give it up, wait until it is listed again (change_watch) and open it anew.
 class unplugged : public error {
 public:
     explicit unplugged(const std::string& name) : error("capture: \"" + name + "\" is unplugged", VYRA_DEVICE_UNAVAIL)

@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -144,15 +146,17 @@ public:
         restart([&] { return functions().VyraPutMemory(handle_, image, bytes); }, "load firmware into");
     }
 
-    // Closes it now; its video must have ended. While another call holds the library, this waits, up to a minute.
+    // Closes it now; its video must have ended. While another call holds the library, this waits, also for the end of a
+    // firmware transfer: what was handed to the scanner is the host's when it has returned.
     void close() noexcept
     {
         if (handle_ == VYRA_NO_HANDLE) {
             return;
         }
-        std::int32_t status = VYRA_INTERNAL;
-        for (int tries = 12; tries > 0 && (status == VYRA_INTERNAL || status == VYRA_OUT_OF_RESOURCE); --tries) {
-            status = functions().VyraCloseDevice_N(handle_);
+        for (auto status = functions().VyraCloseDevice_N(handle_);
+             status == VYRA_INTERNAL || status == VYRA_OUT_OF_RESOURCE;
+             status = functions().VyraCloseDevice_N(handle_)) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));  // for memory: the library waits by itself
         }
         library_.open_[handle_ % library_.open_.size()] = nullptr;
         handle_ = VYRA_NO_HANDLE;
