@@ -43,8 +43,13 @@ def command(name, arguments):
 
 class Relayed(socketserver.StreamRequestHandler):
     def handle(self):
-        words = iter(lambda: b"".join(iter(lambda: self.rfile.read(1), b"\0")).decode(), "")
-        name, folder, *arguments = words
+        words = b""
+        while not words.endswith(b"\0\0"):
+            more = self.request.recv(4096)
+            if not more:
+                return
+            words += more
+        name, folder, *arguments = words[:-2].decode().split("\0")
         name = re.sub(r"^.*\\|\.exe$", "", name)
         environment = {**os.environ, "CMAKE_GENERATOR": "Ninja Multi-Config", "CMAKE_TOOLCHAIN_FILE": f"{ROOT}/cmake/mingw-w64.cmake"}
         done = subprocess.run(command(name, [native(argument) for argument in arguments]), cwd=native(folder), env=environment,
