@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <iostream>
 #include <stdexcept>
 
 #include "support/child_system.h"
@@ -55,22 +54,6 @@ private:
     const Environment& environment_;
 };
 
-// Under Wine the start of a process was seen to fail on a busy machine, once in many thousands, before anything of the
-// program has run. It is told of and tried again: a program that cannot be started fails every time.
-PROCESS_INFORMATION start(const std::vector<std::string>& command, STARTUPINFOW& startup)
-{
-    PROCESS_INFORMATION child{};
-    for (int attempt = 1; attempt <= 3 && child.hProcess == nullptr; ++attempt) {
-        std::wstring line = command_line(command);
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr, nullptr,
-                           &startup, &child) == FALSE) {
-            const DWORD error = GetLastError();
-            std::cerr << "start " << attempt << " of " << command.front() << " failed: error " << error << '\n';
-        }
-    }
-    return child;
-}
-
 HANDLE handle_of(System_handle handle)
 {
     return reinterpret_cast<HANDLE>(handle);
@@ -109,12 +92,16 @@ Spawned spawn(const std::vector<std::string>& command, const Environment& enviro
     startup.hStdOutput = out.writing;
     startup.hStdError = err.writing;
     const Variables variables(environment);
-    const PROCESS_INFORMATION child = start(command, startup);
+    PROCESS_INFORMATION child{};
+    std::wstring line = command_line(command);
+    const bool started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP, nullptr,
+                                        nullptr, &startup, &child) != FALSE;
+    const DWORD error = GetLastError();
     for (HANDLE childs : {in.reading, out.writing, err.writing}) {
         CloseHandle(childs);
     }
-    if (child.hProcess == nullptr) {
-        throw std::runtime_error("cannot start " + command.front());
+    if (!started) {
+        throw std::runtime_error("cannot start " + command.front() + ": error " + std::to_string(error));
     }
     if (!fed) {
         throw std::runtime_error("cannot write the input of " + command.front());
