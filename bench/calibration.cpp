@@ -96,7 +96,7 @@ std::vector<Figure> calibration_figures()
     if (forget_pages(embedded_image(), VYRA_CALIBRATION_SIZE)) {
         const Side first = {"the first memcpy", [] { return first_copy(copy_bare); }};
         figures.push_back(
-            {"calibration image, first call", "us", 1.5, {"", library_first_copy}, bare.name, {bare, first}});
+            {"calibration image, first call", "us", 1.5, {"", library_first_copy}, first.name, {first, bare}});
         figures.push_back({"calibration image, memory beside it", "KiB", 1024, {"", memory_of_first_copy}, "", {}});
     }
     return figures;

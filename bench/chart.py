@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
-"""Makes of a run of the benchmarks (scripts/bench --json FILE) the chart and the table of docs/performance.md.
+"""Makes of runs of the benchmarks (scripts/bench --json FILE) the tables of docs/performance.md and its chart.
 
-usage: bench/chart.py FILE            writes docs/performance.svg and prints the table
+usage: bench/chart.py FILE [WINDOWS_FILE]
+
+FILE is a run on Linux: of it come docs/performance.svg and the first table. WINDOWS_FILE is a run with --windows, of
+which the second table comes. Without it that one stays as it is.
 """
 import json
 import math
@@ -64,13 +67,27 @@ def chart(figures):
                       *lines, "</svg>", ""])
 
 
+def write_table(document, name, run):
+    """Puts the run's table between the two comments that name its place."""
+    begin, end = f"<!-- {name} -->", f"<!-- end of {name} -->"
+    before, rest = document.split(begin)
+    after = rest.split(end)[1]
+    load = run["load"]
+    others = "" if load is None else f" In the minute before, {number(load)} programs wanted a processor at a time."
+    head = f"{run['processors']} processors, the median of {run['rounds']} rounds.{others}"
+    return "\n".join([before + begin, head, "", *table(run["figures"]), end]) + after
+
+
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) not in (2, 3) or sys.argv[1].startswith("-"):
         sys.exit(__doc__)
-    figures = json.loads(pathlib.Path(sys.argv[1]).read_text())["figures"]
+    runs = [json.loads(pathlib.Path(name).read_text()) for name in sys.argv[1:]]
     docs = pathlib.Path(__file__).resolve().parent.parent / "docs"
-    (docs / "performance.svg").write_text(chart(figures))
-    print("\n".join(table(figures)))
+    document = (docs / "performance.md").read_text()
+    for name, run in zip(("run", "Windows run"), runs):
+        document = write_table(document, name, run)
+    (docs / "performance.md").write_text(document)
+    (docs / "performance.svg").write_text(chart(runs[0]["figures"]))
 
 
 if __name__ == "__main__":

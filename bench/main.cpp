@@ -72,6 +72,7 @@ std::vector<Figure> chosen_figures(const std::string& filter)
 
 int run(const Options& options)
 {
+    const auto load = load_of_the_machine();  // before the benchmarks add to it
     const Open_scanners scanners;
     std::vector<Measurement> measurements;
     bool missed = false;
@@ -88,7 +89,7 @@ int run(const Options& options)
     }
     if (!options.json.empty()) {
         std::ofstream file(options.json);
-        file << as_json(measurements, options.rounds) << "\n";
+        file << as_json(measurements, options.rounds, load) << "\n";
         if (!file.flush()) {
             throw std::runtime_error("cannot write " + options.json);
         }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -124,7 +125,13 @@ void print(const Measurement& measurement, std::ostream& out)
               goal, verdict(measurement.met()), rest);
 }
 
-std::string as_json(const std::vector<Measurement>& measurements, int rounds)
+std::optional<double> load_of_the_machine()
+{
+    double load = 0;
+    return std::ifstream("/proc/loadavg") >> load ? std::optional<double>(load) : std::nullopt;
+}
+
+std::string as_json(const std::vector<Measurement>& measurements, int rounds, std::optional<double> load)
 {
     nlohmann::ordered_json figures = nlohmann::ordered_json::array();
     for (const Measurement& each : measurements) {
@@ -140,7 +147,9 @@ std::string as_json(const std::vector<Measurement>& measurements, int rounds)
         }
         figures.push_back(std::move(figure));
     }
-    const nlohmann::ordered_json all = {
-        {"processors", std::thread::hardware_concurrency()}, {"rounds", rounds}, {"figures", std::move(figures)}};
+    const nlohmann::ordered_json all = {{"processors", std::thread::hardware_concurrency()},
+                                        {"load", load ? nlohmann::ordered_json(*load) : nullptr},
+                                        {"rounds", rounds},
+                                        {"figures", std::move(figures)}};
     return all.dump(2);
 }

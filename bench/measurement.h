@@ -29,4 +29,7 @@ Measurement measure(const Figure& figure, int rounds);
 void print_head(std::ostream& out);
 void print(const Measurement& measurement, std::ostream& out);
 
-std::string as_json(const std::vector<Measurement>& measurements, int rounds);
+// How many programs wanted a processor in the last minute; none where the system does not tell.
+std::optional<double> load_of_the_machine();
+
+std::string as_json(const std::vector<Measurement>& measurements, int rounds, std::optional<double> load);
