@@ -61,6 +61,7 @@ internal static class Hosts
         library.Dispose();
         using (library = new Library())
         {
+            Failure(() => new Library());
             library.OnUsb(1, 2, plugged => Console.WriteLine("new"));
             old.Dispose();
             Bench.Usb(true, 1, 2);

@@ -53,7 +53,7 @@ class Csharp_test(Stage):
         expected = {
             "Events": ["failed: of a handler", "sleep", "failed: of a handler", "resume", "arrived", "gone",
                        "failed: of a callback"],
-            "Subscriptions": ["new"],
+            "Subscriptions": ["InvalidOperationException: The library works already in this process: dispose it first.", "new"],
             "Data": ["3216 x 2004, True", "4096 abc", "3 800 True", "2 True False",
                      "VyraException: VyraBrenvoSetBuzzer: 9109. A null pointer, a zero capacity or a value out of range"],
             "Restarts": ["InvalidOperationException: This video ended with the scanner's restart: dispose it and start it anew.",

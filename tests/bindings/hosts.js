@@ -89,6 +89,7 @@ async function main() {
   const uncaught = [];
   process.on('uncaughtException', (error) => uncaught.push(error.message));
   library.on('plug', () => { throw new Error('of a listener'); });
+  await failure(() => Library.open());
   await data(library);
   await restarts(library);
   await waits(library);

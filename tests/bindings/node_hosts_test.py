@@ -17,6 +17,7 @@ class Node_hosts_test(Stage):
                            VYRA_LIBRARY=str(self.folder / "node_modules/vyrabrenvozulta/bin/libvyrabrenvozulta.so"))
         self.maxDiff = None
         self.assertEqual(self.run_to_end(["node", "hosts.js"], environment, code=3).splitlines(), [
+            "Error: the library works already in this process: close it first",
             "3216 2004 true",
             "4096 abc 3",
             "800 null",

@@ -28,7 +28,7 @@ def install_node_package(folder):
     """The npm package in a fresh project."""
     (folder / "package.json").write_text("{}")
     # npm asks whether the packages are for the system that it runs on.
-    subprocess.run(["npm", "install", "--silent", "--offline", "--no-audit", "--no-fund", "--force", NODE / "koffi.tgz",
+    subprocess.run(["npm", "install", "--silent", "--offline", "--no-audit", "--no-fund", "--force", "--ignore-scripts", NODE / "koffi.tgz",
                     package("node", folder)], cwd=folder, check=True)
 
 
