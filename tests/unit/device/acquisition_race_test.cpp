@@ -8,6 +8,8 @@
 #include <boost/smart_ptr/weak_ptr.hpp>
 #include <boost/thread/thread.hpp>
 #include <cstdint>
+#include <future>
+#include <utility>
 #include <vector>
 
 #include "device/acquisition.h"
@@ -61,6 +63,20 @@ std::int32_t deliver_to_place(const char& place, std::uint8_t pixel)
     return on_acquisition(&pixel, 1, 1, const_cast<char*>(&place));
 }
 
+// A callback on a thread of its own, which is given the time to come to wait for a request.
+boost::thread deliver_waiting(const char& place)
+{
+    std::promise<void> begins;
+    const auto begun = begins.get_future();
+    boost::thread waiting([&place, begins = std::move(begins)]() mutable {
+        begins.set_value();
+        EXPECT_EQ(deliver_to_place(place, 1), VYRA_OK);
+    });
+    begun.wait();
+    EXPECT_FALSE(waiting.try_join_for(5 * moment));
+    return waiting;
+}
+
 TEST(Acquisition_race_test, a_callback_that_waits_keeps_the_records_and_its_end_frees_them)
 {
     const char place = 0;
@@ -69,8 +85,7 @@ TEST(Acquisition_race_test, a_callback_that_waits_keeps_the_records_and_its_end_
     {
         Attached device(place);
         queue = device.queue;
-        waiting = boost::thread([&] { EXPECT_EQ(deliver_to_place(place, 1), VYRA_OK); });
-        EXPECT_FALSE(waiting.try_join_for(moment));
+        waiting = deliver_waiting(place);
     }
     EXPECT_TRUE(waiting.try_join_for(patience));
     EXPECT_TRUE(queue.expired());
@@ -80,10 +95,8 @@ TEST(Acquisition_race_test, a_callback_that_waits_keeps_the_records_and_its_end_
 TEST(Acquisition_race_test, a_new_device_at_the_address_is_found_beside_a_callback_of_the_old_one)
 {
     const char place = 0;
-    boost::thread waiting;
     Attached old(place);
-    waiting = boost::thread([&] { EXPECT_EQ(deliver_to_place(place, 1), VYRA_OK); });
-    EXPECT_FALSE(waiting.try_join_for(moment));
+    boost::thread waiting = deliver_waiting(place);
     detach_acquisition(address_of(place));
     EXPECT_EQ(deliver_to_place(place, 2), VIDEO_STOPPED);
     const Attached next(place);
