@@ -1,5 +1,4 @@
 // What a call costs that does nothing, alone and beside other threads' calls.
-#include <atomic>
 #include <boost/thread/recursive_mutex.hpp>
 #include <chrono>
 #include <cstdint>

@@ -1,7 +1,6 @@
 // The images that every side of a figure moves.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "mutex_pair.h"
 
 #include <mutex>
-#include <thread>
 
 #include "scanners.h"
 #include "turn.h"

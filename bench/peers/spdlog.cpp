@@ -5,7 +5,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
+#include <string>
 
 #include "../figure.h"
 #include "../log_text.h"
@@ -19,19 +21,22 @@ std::shared_ptr<spdlog::logger> new_logger(const std::string& path)
 }
 
 // spdlog leaves the last step to the system; it is taken here, as the library takes it.
-const Peer durable(figure_name::durable_line, {"spdlog", [] {
-                                                   const std::string path = "/tmp/vyra_bench_spdlog.txt";
-                                                   const auto logger = new_logger(path);
-                                                   const int file = open(path.c_str(), O_RDWR);
-                                                   const double each = microseconds_each([&] {
-                                                       logger->error(log_text);
-                                                       logger->flush();
-                                                       fsync(file);
-                                                   });
-                                                   close(file);
-                                                   unlink(path.c_str());
-                                                   return each;
-                                               }});
+const Peer durable(
+    figure_name::durable_line,
+    {"spdlog", [] {
+         const std::string path =
+             (std::filesystem::temp_directory_path() / ("vyra_bench_spdlog." + std::to_string(getpid()))).string();
+         const auto logger = new_logger(path);
+         const int file = open(path.c_str(), O_RDWR);
+         const double each = microseconds_each([&] {
+             logger->error(log_text);
+             logger->flush();
+             fsync(file);
+         });
+         close(file);
+         unlink(path.c_str());
+         return each;
+     }});
 
 const Peer disabled(figure_name::disabled_line, {"spdlog", [] {
                                                      const auto logger = new_logger("/dev/null");

@@ -45,7 +45,8 @@ typedef struct VyraLoadReport {
     char needed_by[VYRA_LOAD_TEXT]; /* the file that needs the one in question, when that is not the library itself */
     char function[VYRA_LOAD_TEXT];  /* the functions that the file lacks, with commas between them */
     char searched[VYRA_LOAD_TEXT];  /* where a missing file was looked for */
-    char message[5 * VYRA_LOAD_TEXT]; /* all of it as one sentence, without a full stop; empty after a success */
+    /* all of it as one sentence, without a full stop; empty after a success */
+    char message[5 * VYRA_LOAD_TEXT];
 } VyraLoadReport;
 
 /* Loads a library and stores the address of each of its functions.

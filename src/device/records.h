@@ -1,7 +1,7 @@
 // What a scanner device keeps of one open, and the layouts of the records that it exchanges with the host.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 
 #include "vyra/vyra.h"

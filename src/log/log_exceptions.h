@@ -15,7 +15,7 @@ enum class Ending { whole, out_of_memory, failed };
 
 // Runs `action`. What it throws is logged and goes no further: above it stand frames that no exception may cross, the
 // host's, the operating system's, the driver library's or the top of a thread.
-template <typename Action>
+template <class Action>
 Ending log_exceptions(Action&& action) noexcept
 {
     try {

@@ -3,8 +3,6 @@
 
 #include <cstdint>
 
-#include "vyra/status.h"
-
 namespace kvs::brenvozulta {
 
 // Room for the text of a code that has none of its own.

@@ -76,7 +76,9 @@ class Wheel_test(Stage):
         wheel = package("python", self.folder)
         self.assertEqual(wheel.name.split("-")[2:], ["py3", "none", "win_amd64.whl"])
         names = [name for name in zipfile.ZipFile(wheel).namelist() if name.startswith("vyra/")]
-        self.assertEqual(sorted(names), ["vyra/__init__.py", "vyra/_interface.py", "vyra/bin/vyrabrenvozulta.dll", "vyra/py.typed",
+        self.assertEqual(sorted(names), ["vyra/__init__.py", "vyra/_errors.py", "vyra/_functions.py", "vyra/_interface.py",
+                                         "vyra/_library.py", "vyra/_records.py", "vyra/_scanner.py",
+                                         "vyra/bin/vyrabrenvozulta.dll", "vyra/py.typed",
                                          "vyra/simulator/BrenvoZulta_USB.dll"])
 
 

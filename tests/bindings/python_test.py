@@ -259,7 +259,12 @@ class Python_test(Stage):
                 system_events.unplug({NAME!r})
                 print(scanner.wait_for_change())  # a change that nobody waited for is kept
                 answers = []
-                waiting = threading.Thread(target=lambda: answers.append(scanner.wait_for_change()))
+                def wait():
+                    try:
+                        answers.append(scanner.wait_for_change())
+                    except (RuntimeError, vyra.Error) as error:  # of a thread that came after the close
+                        answers.append(error)
+                waiting = threading.Thread(target=wait)
                 waiting.start()
                 scanner.close()
                 try:

@@ -21,7 +21,7 @@ OWN = {"C++": {"VyraGetStatus"}, "C#": {"VyraBrenvoSetUICallBack"}, "Python": {"
 LAYERS = {
     "C++": ("include/vyra/detail", "*.hpp", r"functions(?:\(\)|_)\."),
     "C#": ("bindings/csharp", "[!I]*.cs", r"Native\."),
-    "Python": ("bindings/python/vyra", "__init__.py", r"(?:_functions\.|self\._restart\(\")"),
+    "Python": ("bindings/python/vyra", "_[ls]*.py", r"(?:_functions\.|self\._restart\(\")"),
     "Node.js": ("bindings/node", "*.js", r"(?:_functions\.|loaded\.|this\._(?:call|restart)\(')"),
 }
 

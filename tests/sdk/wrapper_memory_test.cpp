@@ -2,7 +2,7 @@
 #include <chrono>
 
 #include "sdk/pretended_library.h"
-#include "unit/device/allocation_counter.h"
+#include "support/failing_new.h"
 
 namespace {
 
@@ -18,11 +18,11 @@ TEST_F(Wrapper_memory_test, images_need_no_memory)
     vyra::scanner scanner(library, "scanner");
     vyra::video video(scanner, vyra::mode::flat);
     video.submit(buffer, sizeof buffer);
-    const std::size_t before = test_support::allocations_of_this_thread();
+    const long before = failing_new::allocations_of_this_thread();
     for (int i = 0; i < 100; ++i) {
         video.submit(*video.wait(1s));
     }
-    EXPECT_EQ(test_support::allocations_of_this_thread(), before);
+    EXPECT_EQ(failing_new::allocations_of_this_thread(), before);
     EXPECT_EQ(pretended.submitted, 101);
 }
 

@@ -5,7 +5,6 @@
 
 #include <shlobj.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <map>
 #include <regex>

@@ -101,7 +101,7 @@ struct Desktop {
     ATOM next_atom = 0xC000;
 
     // A number that was never given before, or, when they are used again, the lowest that no object has.
-    template <typename Handle>
+    template <class Handle>
     Handle new_handle()
     {
         if (!reuses_handles) {

@@ -1,10 +1,8 @@
 // The modules of the process and what they carry.
 #pragma once
 #include <deque>
-#include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "windows.h"
 

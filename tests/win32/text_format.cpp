@@ -109,7 +109,7 @@ public:
     {
         return is_long(length) ? va_arg(list_, uint64_t) : va_arg(list_, unsigned);
     }
-    template <typename Pointer>
+    template <class Pointer>
     Pointer pointer()
     {
         return va_arg(list_, Pointer);

@@ -8,7 +8,7 @@ namespace {
 
 using Function = void (*)();
 
-template <typename F>
+template <class F>
 Function erase(F* function)
 {
     return reinterpret_cast<Function>(function);

@@ -5,9 +5,9 @@
 
 #include "image_writer.h"
 #include "in_process.h"
+#include "support/failing_new.h"
 #include "support/waiting.h"
 #include "tool_test.h"
-#include "unit/api/failing_new.h"
 
 namespace tool_tests {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include "support/failing_new.h"
 #include "support/log_lines.h"
-#include "unit/api/failing_new.h"
 #include "unit/api/quiet_driver.h"
 #include "vyra/vyra.h"
 

@@ -1,5 +1,5 @@
 // What the path of an image allocates: nothing.
-#include "unit/device/allocation_counter.h"
+#include "support/failing_new.h"
 
 #include <windows.h>
 
@@ -22,11 +22,11 @@ using namespace test_support;
 using namespace kvs::brenvozulta;
 
 template <class Work>
-std::size_t allocations_of(Work work)
+long allocations_of(Work work)
 {
-    const std::size_t before = allocations_of_this_thread();
+    const long before = failing_new::allocations_of_this_thread();
     work();
-    return allocations_of_this_thread() - before;
+    return failing_new::allocations_of_this_thread() - before;
 }
 
 class Allocations_test : public Device_test {

@@ -1,4 +1,4 @@
-// The folder in which the log's folder lies, for tests that take it away. One of two sources implements it.
+// The folder in which the log's folder lies, for tests that take it away. Where it is, one source of each build knows.
 #pragma once
 
 #include <string>

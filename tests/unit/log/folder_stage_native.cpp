@@ -1,6 +1,5 @@
 // Natively the folder is the double's, which is told one that has a parent to lose.
 #include <filesystem>
-#include <fstream>
 
 #include "unit/log/folder_stage.h"
 #include "win32_double/control.h"
@@ -18,23 +17,6 @@ Folder_stage::~Folder_stage()
 {
     win32_double::set_program_data(replaced_);
     std::filesystem::remove_all(parent_);
-}
-
-void Folder_stage::remove_parents()
-{
-    std::filesystem::remove_all(parent_);
-}
-
-void Folder_stage::put_a_file_in_the_way()
-{
-    std::ofstream(parent_) << "in the way";
-}
-
-void Folder_stage::clear_the_way()
-{
-    if (std::filesystem::is_regular_file(parent_)) {
-        std::filesystem::remove(parent_);
-    }
 }
 
 }  // namespace log_tests

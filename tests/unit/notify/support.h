@@ -3,9 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdint>
-#include <initializer_list>
 #include <ostream>
 #include <string>
 #include <string_view>

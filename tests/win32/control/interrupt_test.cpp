@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <future>
 
 namespace {

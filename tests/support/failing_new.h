@@ -1,4 +1,4 @@
-// Memory that runs out on demand, on one thread.
+// The program's operators new and delete: memory that is counted, and that runs out on demand, on one thread.
 #pragma once
 
 namespace failing_new {
@@ -9,7 +9,10 @@ void fail_allocation(long n);
 // Ends the order; tells whether the allocation was refused.
 bool stop();
 
-// Allocations of the calling thread while an order stands.
+// Allocations of the calling thread since the last order.
 long allocations();
+
+// All allocations of the calling thread.
+long allocations_of_this_thread();
 
 }  // namespace failing_new

@@ -1,4 +1,4 @@
-#include "unit/api/failing_new.h"
+#include "support/failing_new.h"
 
 #include <cstddef>
 #include <cstdlib>
@@ -10,10 +10,12 @@ namespace {
 
 thread_local bool counting = false;
 thread_local long counted = 0;
+thread_local long all = 0;
 thread_local long to_fail = 0;
 
 bool refused()
 {
+    ++all;
     return counting && ++counted == to_fail;
 }
 
@@ -49,6 +51,11 @@ bool stop()
 long allocations()
 {
     return counted;
+}
+
+long allocations_of_this_thread()
+{
+    return all;
 }
 
 }  // namespace failing_new
