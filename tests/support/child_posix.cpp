@@ -105,6 +105,11 @@ void interrupt(System_handle process)
     kill(static_cast<pid_t>(process), SIGINT);
 }
 
+void close_console(System_handle process)
+{
+    kill(static_cast<pid_t>(process), SIGHUP);
+}
+
 void end_by_force(System_handle process)
 {
     kill(static_cast<pid_t>(process), SIGKILL);

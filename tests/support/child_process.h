@@ -27,6 +27,7 @@ public:
     bool wait_for_error(const std::string& text);
 
     void interrupt() { test_support::interrupt(child_.process); }
+    void close_console() { test_support::close_console(child_.process); }
 
     // The exit code, once the child has ended; ends it by force after a test's patience. What a sanitizer says on its
     // standard error fails the test, whatever the exit code.

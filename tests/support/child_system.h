@@ -31,8 +31,9 @@ Spawned spawn(const std::vector<std::string>& command, const Environment& enviro
 std::size_t read_some(System_handle pipe, char* buffer, std::size_t size);
 void close_pipe(System_handle pipe);
 
-// Ctrl-C.
+// Ctrl-C, and the end of the console that the process was started in.
 void interrupt(System_handle process);
+void close_console(System_handle process);
 void end_by_force(System_handle process);
 // The exit code, waited for; -1 for a process that did not end by itself. Gives the process up.
 int wait_for_exit(System_handle process);

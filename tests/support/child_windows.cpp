@@ -64,6 +64,22 @@ System_handle number_of(HANDLE handle)
     return reinterpret_cast<System_handle>(handle);
 }
 
+// Without a console there is none to send the event through. It comes as the system brings it: on a new thread of the
+// child, which begins in the system's own distribution of such events to the handlers.
+void send_control_event(System_handle process, DWORD event)
+{
+    void* const routine = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine"));
+    HANDLE thread =
+        routine == nullptr
+            ? nullptr
+            : CreateRemoteThread(handle_of(process), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(routine),
+                                 reinterpret_cast<void*>(static_cast<std::uintptr_t>(event)), 0, nullptr);
+    if (thread == nullptr) {
+        throw std::runtime_error("cannot send the child process an event of its console");
+    }
+    CloseHandle(thread);
+}
+
 }  // namespace
 
 std::string program_folder()
@@ -121,20 +137,14 @@ void close_pipe(System_handle pipe)
     CloseHandle(handle_of(pipe));
 }
 
-// Without a console there is none to send the event through. It comes as the system brings it: on a new thread of the
-// child, which begins in the system's own distribution of such events to the handlers.
 void interrupt(System_handle process)
 {
-    void* const routine = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernelbase.dll"), "CtrlRoutine"));
-    HANDLE thread =
-        routine == nullptr
-            ? nullptr
-            : CreateRemoteThread(handle_of(process), nullptr, 0, reinterpret_cast<LPTHREAD_START_ROUTINE>(routine),
-                                 reinterpret_cast<void*>(static_cast<std::uintptr_t>(CTRL_C_EVENT)), 0, nullptr);
-    if (thread == nullptr) {
-        throw std::runtime_error("cannot interrupt the child process");
-    }
-    CloseHandle(thread);
+    send_control_event(process, CTRL_C_EVENT);
+}
+
+void close_console(System_handle process)
+{
+    send_control_event(process, CTRL_CLOSE_EVENT);
 }
 
 void end_by_force(System_handle process)

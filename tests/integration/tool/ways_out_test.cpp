@@ -195,6 +195,17 @@ TEST_F(Ctrl_c_test, ends_a_capture_process_in_order)
     EXPECT_THAT(child.out(), HasSubstr(" frames/s  "));
 }
 
+TEST_F(Ctrl_c_test, a_closed_console_ends_a_capture_process_in_order)
+{
+    Child_process child(tool({"capture", "--frames", "0", "--out", path("images"), "--json"}));
+    ASSERT_TRUE(test_support::becomes_true([&] { return std::filesystem::exists(path("images/image_0002.png")); }));
+    child.close_console();
+    EXPECT_EQ(child.wait(), 0) << child.err();
+    const Json summary = Json::parse(child.out());
+    const std::filesystem::directory_iterator written(path("images"));
+    EXPECT_EQ(summary["images"].size(), static_cast<std::size_t>(std::distance(begin(written), end(written))));
+}
+
 TEST_F(Ctrl_c_test, ends_a_watch_process)
 {
     Child_process child(tool({"watch"}));
