@@ -18,7 +18,7 @@ TEST_F(Wrapper_memory_test, images_need_no_memory)
     vyra::scanner scanner(library, "scanner");
     vyra::video video(scanner, vyra::mode::flat);
     video.submit(buffer, sizeof buffer);
-    const long before = failing_new::allocations_of_this_thread();
+    const std::size_t before = failing_new::allocations_of_this_thread();
     for (int i = 0; i < 100; ++i) {
         video.submit(*video.wait(1s));
     }

@@ -10,7 +10,7 @@ namespace {
 
 thread_local bool counting = false;
 thread_local long counted = 0;
-thread_local long all = 0;
+thread_local std::size_t all = 0;
 thread_local long to_fail = 0;
 
 bool refused()
@@ -53,7 +53,7 @@ long allocations()
     return counted;
 }
 
-long allocations_of_this_thread()
+std::size_t allocations_of_this_thread()
 {
     return all;
 }

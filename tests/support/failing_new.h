@@ -1,6 +1,8 @@
 // The program's operators new and delete: memory that is counted, and that runs out on demand, on one thread.
 #pragma once
 
+#include <cstddef>
+
 namespace failing_new {
 
 // Lets the calling thread's n-th allocation from now on fail (n from 1), once.
@@ -13,6 +15,6 @@ bool stop();
 long allocations();
 
 // All allocations of the calling thread.
-long allocations_of_this_thread();
+std::size_t allocations_of_this_thread();
 
 }  // namespace failing_new

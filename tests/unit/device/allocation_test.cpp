@@ -22,9 +22,9 @@ using namespace test_support;
 using namespace kvs::brenvozulta;
 
 template <class Work>
-long allocations_of(Work work)
+std::size_t allocations_of(Work work)
 {
-    const long before = failing_new::allocations_of_this_thread();
+    const std::size_t before = failing_new::allocations_of_this_thread();
     work();
     return failing_new::allocations_of_this_thread() - before;
 }
