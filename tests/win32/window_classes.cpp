@@ -32,6 +32,19 @@ std::shared_ptr<Window_class> find_class(LPCSTR name, HINSTANCE instance)
     return nullptr;
 }
 
+namespace {
+
+// Null, with the error that goes with it, for a class that there is not.
+std::shared_ptr<Window_class> known_class(LPCSTR name, HINSTANCE instance)
+{
+    auto found = find_class(name, instance);
+    if (found == nullptr) {
+        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
+    }
+    return found;
+}
+
+}  // namespace
 }  // namespace win32_double
 
 using namespace win32_double;
@@ -68,13 +81,9 @@ BOOL UnregisterClassA(LPCSTR name, HINSTANCE instance)
     if (unregister_call.refused()) {
         return FALSE;
     }
-    if (instance == nullptr) {
-        instance = executable_handle();
-    }
     const Desktop_lock lock(desktop().lock);
-    const auto found = find_class(name, instance);
+    const auto found = known_class(name, instance);
     if (found == nullptr) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
         return FALSE;
     }
     const auto& windows = desktop().windows;
@@ -93,13 +102,9 @@ BOOL GetClassInfoExA(HINSTANCE instance, LPCSTR name, WNDCLASSEXA* description)
     if (info_call.refused()) {
         return FALSE;
     }
-    if (instance == nullptr) {
-        instance = executable_handle();
-    }
     const Desktop_lock lock(desktop().lock);
-    const auto found = find_class(name, instance);
+    const auto found = known_class(name, instance);
     if (found == nullptr) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
         return FALSE;
     }
     *description = found->description;
