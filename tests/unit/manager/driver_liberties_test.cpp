@@ -53,10 +53,11 @@ TEST_F(Driver_liberties_test, a_handle_that_comes_again_is_the_new_scanners)
 }
 
 // The arrival inside the call is told on the host's thread, so the removal, which is told on another, comes after it.
+// Nothing is logged: the lines of both, which other tests compare, would be written piece by piece at the same time.
 TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle_first)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AT_ONCE), 1);
-    initialize(host_callback);
+    ASSERT_EQ(VyraInitialize_N(host_callback, VYRA_LOG_OFF, 0), VYRA_OK);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1, 1);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_PLUG, scanner_2);
     ASSERT_EQ(open(scanner_1), 0U);
@@ -64,9 +65,6 @@ TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle
     EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}, Host_event{5, scanner_1, 0}));
     EXPECT_TRUE(access::device(0).disconnected());
     EXPECT_EQ(access::detected_names(), Lines{scanner_2});
-    // The two threads' lines stand in any order.
-    EXPECT_THAT(take_log(),
-                ::testing::UnorderedElementsAreArray(joined({plug_lines(scanner_2), unplug_lines(scanner_1)})));
 }
 
 TEST_F(Driver_liberties_test, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
