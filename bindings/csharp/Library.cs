@@ -106,6 +106,22 @@ namespace Vyra
             return new Identity(record);
         }
 
+        // Its images would come into another scanner's buffers, which may be too small for them.
+        internal void RefuseBesideVideo()
+        {
+            lock (scanners)
+            {
+                foreach (var other in scanners)
+                {
+                    if (other.HasVideo)
+                    {
+                        throw new InvalidOperationException("The video of \"" + other.Name +
+                                                            "\" runs already: dispose it first.");
+                    }
+                }
+            }
+        }
+
         /// <summary>Opens the scanner of that name, in any case of letters. It is the one that delivers images from now
         /// on.</summary>
         /// <exception cref="ScannerGoneException">No scanner of that name is attached.</exception>

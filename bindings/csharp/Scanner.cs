@@ -78,6 +78,8 @@ namespace Vyra
             }
         }
 
+        internal bool HasVideo => video != null && video.IsRunning;
+
         internal bool DeliversImages => library.IsLastOpened(this);
 
         // How often the host restarted it: video does not go on then.
@@ -243,10 +245,7 @@ namespace Vyra
             {
                 throw new ArgumentOutOfRangeException(nameof(requests), requests, "1 to 8");
             }
-            if (video != null && video.IsRunning)
-            {
-                throw new InvalidOperationException("This scanner's video runs already: dispose it first.");
-            }
+            library.RefuseBesideVideo();
             return video = new Video(this, mode, requests);
         }
 

@@ -130,8 +130,10 @@ class Scanner {
     if (!(requests >= 1 && requests <= constants.MAX_VIDEO_REQUESTS)) {
       throw new RangeError(`requests is ${requests}, not 1 to ${constants.MAX_VIDEO_REQUESTS}`);
     }
-    if (this._video) {
-      throw new Error("this scanner's video runs already: close it first");
+    for (const other of this._library._scanners) { // its images would come into this scanner's buffers
+      if (other._video) {
+        throw new Error(`the video of "${other.name}" runs already: close it first`);
+      }
     }
     await this._call('VyraBrenvoStartVideo', mode, 0);
     const video = new Video(this, mode, requests);

@@ -42,7 +42,8 @@ public:
     }
     bool try_lock() TRY_ACQUIRE(true) { return system_lock_.try_lock(); }
     // Tries again for some microseconds first: most often the lock is held by a call that is over sooner than the
-    // system would put this thread to sleep and wake it.
+    // system would put this thread to sleep and wake it. When the time is over in a process that is ending, the lock is
+    // the caller's, as above: a host that tries until it is would never end.
     template <class Duration>
     bool try_lock_for(const Duration& limit) TRY_ACQUIRE(true)
     {
@@ -54,7 +55,11 @@ public:
                 return true;
             }
         }
-        return system_lock_.try_lock_for(limit);
+        if (system_lock_.try_lock_for(limit)) {
+            return true;
+        }
+        orphaned_ = process_is_ending();
+        return orphaned_;
     }
 
     // Does nothing: what the compiler cannot see here, its caller knows.

@@ -102,6 +102,8 @@ async function main() {
   console.log(await scanner.waitForChange()); // a change that nobody waited for is kept
   console.log([...new Set(uncaught)].join());
   const two = await library.scanner('two');
+  await failure(() => two.video());
+  await scanner.close();
   await two.video({ requests: 8 });
   two.waitForChange();
   two.waitForChange();

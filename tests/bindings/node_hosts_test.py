@@ -37,6 +37,7 @@ class Node_hosts_test(Stage):
             "ScannerGoneError: VyraGetVideoResult: 9005. The scanner was unplugged",
             "false",
             "of a listener",
+            f'Error: the video of "{NAME}" runs already: close it first',
             "open at the end 0"])
 
 

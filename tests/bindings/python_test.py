@@ -115,7 +115,7 @@ class Python_test(Stage):
         self.assertEqual(out.splitlines(), [
             "VyraOpenDevice 9005",
             "VyraOpenDevice: 9110. The scanner is open already or not open at all, or the system is asleep",
-            "no image within 0.01 s", "None", "this scanner's video runs already: close it first",
+            "no image within 0.01 s", "None", f'the video of "{NAME}" runs already: close it first',
             "the library works already in this process: close it first"])
 
     def test_a_library_that_was_closed_can_be_opened_again(self):
@@ -288,6 +288,7 @@ class Python_test(Stage):
                     except RuntimeError as error:
                         print(error)
                 told(lambda: video.wait(timeout=20))
+                told(second.video)
                 video.close()
                 told(video.poll)
                 first.close()
@@ -296,7 +297,8 @@ class Python_test(Stage):
                 library.open("one").close()
             """, self.scenario(frame_rate=0, scanners=[{"name": "one"}, {"name": "two"}]))
         self.assertEqual(out.splitlines(), [
-            '"one" delivers no images, since another scanner was opened: open it anew', "this video was closed",
+            '"one" delivers no images, since another scanner was opened: open it anew',
+            'the video of "one" runs already: close it first', "this video was closed",
             'opening "one" would displace "two": close scanners in reverse order of opening'])
 
     def test_buffers_stay_until_the_library_has_given_them_back(self):

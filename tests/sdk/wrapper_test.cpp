@@ -170,6 +170,8 @@ TEST_F(Wrapper_test, second_video_and_video_of_a_silenced_scanner_are_refused)
     {
         vyra::video video(scanner, vyra::mode::flat);
         EXPECT_THROW(vyra::video(scanner, vyra::mode::roll), std::logic_error);
+        vyra::scanner next(library, other_scanner);
+        EXPECT_THROW(vyra::video(next, vyra::mode::roll), std::logic_error) << "flat images would come to its buffers";
     }
     vyra::scanner last(library, other_scanner);
     EXPECT_THROW(vyra::video(scanner, vyra::mode::flat), std::logic_error);

@@ -251,8 +251,9 @@ class Scanner:
         """
         if not 1 <= requests <= _interface.MAX_VIDEO_REQUESTS:
             raise ValueError(f"requests is {requests}, not 1 to {_interface.MAX_VIDEO_REQUESTS}")
-        if self._video:
-            raise RuntimeError("this scanner's video runs already: close it first")
+        for other in list(self._library._scanners):  # its images would come into this scanner's buffers
+            if other._video:
+                raise RuntimeError(f'the video of "{other.name}" runs already: close it first')
         roll = mode == MODE_ROLL or 9 <= mode <= 18
         usual = (_interface.ROLL_WIDTH, _interface.ROLL_HEIGHT) if roll else (_interface.FLAT_WIDTH, _interface.FLAT_HEIGHT)
         self._video = Video(self, mode, requests, size or usual)

@@ -165,6 +165,15 @@ public:
 private:
     friend class video;
 
+    void refuse_beside_video() const
+    {
+        for (const scanner* const other : library_.open_) {
+            if (other != nullptr && other->has_video_) {
+                throw std::logic_error("vyra: video of \"" + other->name() + "\" runs already");
+            }
+        }
+    }
+
     void check(std::int32_t status, const char* action) const
     {
         if (status != VYRA_OK) {

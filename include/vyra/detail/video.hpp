@@ -20,12 +20,11 @@ namespace vyra {
 class video {
 public:
     // Takes 200 ms. Throws error (9114: the scanner does not have this way of capturing), and std::logic_error when
-    // video of this scanner runs already or another scanner was opened since: then images would not come.
+    // video of any scanner runs already or another scanner was opened since: images would not come, or those of the
+    // other scanner into buffers that may be too small for them.
     video(vyra::scanner& scanner, mode mode) : scanner_(scanner), size_(size_of(mode)), ends_(scanner.ends_)
     {
-        if (scanner_.has_video_) {
-            throw std::logic_error("vyra: video of \"" + scanner_.name() + "\" runs already");
-        }
+        scanner_.refuse_beside_video();
         refuse_silenced();
         const auto number = static_cast<std::uint32_t>(mode);
         if (const auto status = functions().VyraBrenvoStartVideo(scanner_.handle(), number, 0)) {

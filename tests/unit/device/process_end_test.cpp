@@ -7,12 +7,12 @@
 
 #include <atomic>
 #include <thread>
-#include <utility>
 
 #include "device/data_mutex.h"
 #include "device/stop_handshake.h"
 #include "device/video_state.h"
 #include "locks/locks.h"
+#include "support/boost_waiting.h"
 #include "support/waiting.h"
 
 namespace {
@@ -31,15 +31,7 @@ protected:
         system_ = LoadLibraryA("ntdll.dll");
         ASSERT_NE(system_, nullptr);
     }
-    void TearDown() override
-    {
-        if (system_ != nullptr) {
-            stay();
-        }
-    }
-
-    // The process is not ending after all.
-    void stay() { EXPECT_TRUE(FreeLibrary(std::exchange(system_, nullptr))); }
+    void TearDown() override { EXPECT_TRUE(FreeLibrary(system_)); }
 
 private:
     HMODULE system_ = nullptr;
@@ -80,8 +72,27 @@ TEST_F(Ending_process_test, no_thread_is_left_to_give_up_a_lock)
     EXPECT_FALSE(lock.try_lock()) << "its owner is not known to have left what it guards whole";
 }
 
-// Those that waited may have ended while they held the lock that is within the condition.
-TEST_F(Ending_process_test, no_thread_is_left_to_be_notified)
+// Nor that of the operations, which a host may need until it has its scanner closed.
+TEST_F(Ending_process_test, no_thread_is_left_to_give_up_the_lock_of_the_operations)
+{
+    static auto& lock = *new recursive_timed_mutex;
+    std::thread([] { lock.lock(); }).join();
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(lock.try_lock_for(test_support::moment));
+        lock.unlock();
+    }
+}
+
+TEST(Process_end_test, a_lock_that_is_held_is_waited_for_and_not_had)
+{
+    static auto& lock = *new recursive_timed_mutex;
+    std::thread([] { lock.lock(); }).join();
+    EXPECT_FALSE(lock.try_lock_for(test_support::moment));
+}
+
+// Those that waited may have ended while they held the lock that is within the condition. No lock is taken here while
+// the process is said to end: two threads would have it.
+TEST(Process_end_test, no_thread_is_left_to_be_notified)
 {
     plain_mutex mutex;
     condition changed;
@@ -97,10 +108,11 @@ TEST_F(Ending_process_test, no_thread_is_left_to_be_notified)
         const scoped_lock<plain_mutex> lock(mutex);
         return waiting;
     });
+    const HMODULE ending = LoadLibraryA("ntdll.dll");
     changed.notify_all();
     std::this_thread::sleep_for(std::chrono::milliseconds(test_support::moment_ms));
     EXPECT_FALSE(notified);
-    stay();
+    EXPECT_TRUE(FreeLibrary(ending));
     changed.notify_all();
     waiter.join();
 }
