@@ -58,8 +58,11 @@ public:
         if (system_lock_.try_lock_for(limit)) {
             return true;
         }
-        orphaned_ = process_is_ending();
-        return orphaned_;
+        if (!process_is_ending()) {
+            return false;
+        }
+        orphaned_ = true;
+        return true;
     }
 
     // Does nothing: what the compiler cannot see here, its caller knows.
