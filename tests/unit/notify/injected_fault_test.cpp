@@ -239,6 +239,7 @@ TEST_F(Injected_fault_test, a_stop_that_cannot_wait_for_messages_still_waits_for
 TEST_F(Injected_fault_test, the_window_is_registered_for_usb_devices_and_no_others)
 {
     start();
+    send(WM_NULL, 0);  // answered once the window, which is there before, has been registered
     ASSERT_TRUE(SubscribeToUsbEvent(device_vendor, device_product, record_usb));
     EXPECT_EQ(win32_double::device_event(DBT_DEVICEARRIVAL, other_devices, device_path), 0U);
     EXPECT_TRUE(take_events().empty());
