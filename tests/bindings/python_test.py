@@ -259,19 +259,24 @@ class Python_test(Stage):
                 system_events.unplug({NAME!r})
                 print(scanner.wait_for_change())  # a change that nobody waited for is kept
                 answers = []
-                def wait():
-                    try:
-                        answers.append(scanner.wait_for_change())
-                    except (RuntimeError, vyra.Error) as error:  # of a thread that came after the close
-                        answers.append(error)
-                waiting = threading.Thread(target=wait)
+                called = threading.Event()
+                status = scanner._functions.VyraGetStatus
+                class Watched:
+                    def __getattr__(self, name):
+                        return getattr(library._functions, name)
+                    def VyraGetStatus(self, handle):
+                        called.set()  # from here on a close is a change, also when it comes first
+                        return status(handle)
+                scanner._functions = Watched()
+                waiting = threading.Thread(target=lambda: answers.append(scanner.wait_for_change()))
                 waiting.start()
+                called.wait()
                 scanner.close()
+                waiting.join()
                 try:
                     scanner.wait_for_change()
                 except RuntimeError as error:
                     print(error)
-            waiting.join()
             print(len(answers))
             """, self.scenario())
         self.assertEqual(out, f'False\n"{NAME}" was closed\n1\n')

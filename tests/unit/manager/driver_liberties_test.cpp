@@ -1,5 +1,8 @@
 // What a driver may do and a kind one does not: handles that come again, second calls that are refused, events inside
 // calls and late, calls that return late.
+#include <fstream>
+#include <iterator>
+
 #include "manager_test.h"
 
 using namespace manager_tests;
@@ -22,6 +25,29 @@ protected:
         happening.scanner = scanner;
         happening.late_ms = late_ms;
         ASSERT_EQ(brenvozulta_sim_add_happening(&happening), 1);
+    }
+
+    // Expects these messages in the log and no others, of two threads that wrote at the same time: pieces of their
+    // lines may stand in any order, each whole. Ends the session, with which the log goes.
+    static void expect_pieces(const Lines& messages)
+    {
+        std::ifstream file(test_support::log_path(), std::ios::binary);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        const auto count = [&](const std::string& piece) {
+            std::size_t found = 0;
+            for (auto at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
+                ++found;
+            }
+            return found;
+        };
+        for (const std::string& message : messages) {
+            const std::string on_disk = message.substr(0, message.size() - 1) + "\r\n";
+            EXPECT_EQ(count(on_disk), 1U) << message;
+        }
+        EXPECT_EQ(count(" Thd "), messages.size());
+        file.close();
+        VyraTerminate();
+        test_support::remove_logs();
     }
 
     static void wait_for_events() { ASSERT_EQ(brenvozulta_sim_wait_events_done(patience_ms), 1); }
@@ -53,11 +79,10 @@ TEST_F(Driver_liberties_test, a_handle_that_comes_again_is_the_new_scanners)
 }
 
 // The arrival inside the call is told on the host's thread, so the removal, which is told on another, comes after it.
-// Nothing is logged: the lines of both, which other tests compare, would be written piece by piece at the same time.
 TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle_first)
 {
     ASSERT_EQ(brenvozulta_sim_set_handle_reuse(BRENVOZULTA_SIM_REUSE_AT_ONCE), 1);
-    ASSERT_EQ(VyraInitialize_N(host_callback, VYRA_LOG_OFF, 0), VYRA_OK);
+    initialize(host_callback);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_UNPLUG, scanner_1, 1);
     inside_call(BRENVOZULTA_SIM_ON_RETURN, "QXDR_OpenDevice", BRENVOZULTA_SIM_PLUG, scanner_2);
     ASSERT_EQ(open(scanner_1), 0U);
@@ -65,6 +90,7 @@ TEST_F(Driver_liberties_test, a_late_removal_is_the_scanners_that_had_the_handle
     EXPECT_THAT(take_host_events(), ElementsAre(Host_event{5, scanner_2, 1}, Host_event{5, scanner_1, 0}));
     EXPECT_TRUE(access::device(0).disconnected());
     EXPECT_EQ(access::detected_names(), Lines{scanner_2});
+    expect_pieces(joined({plug_lines(scanner_2), unplug_lines(scanner_1)}));
 }
 
 TEST_F(Driver_liberties_test, a_scanner_that_stayed_open_in_the_driver_is_refused_and_had_again_after_a_terminate)
