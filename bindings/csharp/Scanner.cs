@@ -239,6 +239,8 @@ namespace Vyra
         /// <summary>Starts a capture, which takes 200 ms.</summary>
         /// <param name="mode">Constants.ModeFlat or ModeRoll.</param>
         /// <param name="requests">1 to 8: images that can arrive before one is fetched.</param>
+        /// <exception cref="InvalidOperationException">Video of this or of another scanner runs already, whose images would
+        /// come here.</exception>
         public Video StartVideo(int mode = Constants.ModeFlat, int requests = 4)
         {
             if (requests < 1 || requests > Constants.MaxVideoRequests)

@@ -107,7 +107,10 @@ export class Scanner {
    * transfer; every other call that waits longer than 5 s fails meanwhile.
    */
   loadFirmware(image: Buffer): Promise<void>;
-  /** Starts a capture, which takes 200 ms. requests, 1 to 8: images that can arrive before one is fetched. */
+  /**
+   * Starts a capture, which takes 200 ms. requests, 1 to 8: images that can arrive before one is fetched. Throws when video
+   * of this or of another scanner runs already, whose images would come here.
+   */
   video(options?: { mode?: number; requests?: number }): Promise<Video>;
   /** Stops its video and closes it. */
   close(): Promise<void>;

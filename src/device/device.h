@@ -52,8 +52,7 @@ public:
     std::int32_t start_video(std::uint16_t config);
     std::int32_t stop_video();
 
-    // Video requests (video_requests.cpp). Neither waits for an image; a result waits for the rest of
-    // a copy under way.
+    // Video requests (video_requests.cpp). Neither waits for an image; a result waits for the rest of a copy under way.
     std::int32_t submit_video_request(void* buffer, std::uint64_t context);
     std::int32_t get_video_result(void** buffer_out, std::uint64_t* context_out);
 

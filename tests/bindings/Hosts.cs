@@ -119,6 +119,7 @@ internal static class Hosts
             var video = scanner.StartVideo();
             var other = library.Open("two");
             Failure(() => video.Poll());
+            Failure(() => other.StartVideo());
             scanner.Dispose();
             Failure(() => video.Poll());
             Failure(() => library.Open(Name));

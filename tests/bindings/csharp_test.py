@@ -60,6 +60,7 @@ class Csharp_test(Stage):
                          "gone: False", "1600", "ScannerGoneException: VyraGetVideoResult: 9005. The scanner was unplugged",
                          "False"],
             "Waits": [f'InvalidOperationException: "{NAME}" delivers no images, since another scanner was opened: open it anew.',
+                      f'InvalidOperationException: The video of "{NAME}" runs already: dispose it first.',
                       "ObjectDisposedException: Cannot access a disposed object.",
                       f'InvalidOperationException: Opening "{NAME}" would displace "two": dispose scanners in reverse order of '
                       "opening.", "True", "ObjectDisposedException: Cannot access a disposed object."],

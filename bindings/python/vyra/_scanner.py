@@ -248,7 +248,7 @@ class Scanner:
     def video(self, mode: int = MODE_FLAT, requests: int = 4, size: Optional[Tuple[int, int]] = None) -> Video:
         """Starts a capture, which takes 200 ms. requests, 1 to 8: images that can arrive before one is fetched. size is
         that of the images in pixels, for a scanner that has others: the library writes whole images whatever the buffer.
-        """
+        Raises RuntimeError when video of this or of another scanner runs already, whose images would come here."""
         if not 1 <= requests <= _interface.MAX_VIDEO_REQUESTS:
             raise ValueError(f"requests is {requests}, not 1 to {_interface.MAX_VIDEO_REQUESTS}")
         for other in list(self._library._scanners):  # its images would come into this scanner's buffers
